@@ -1,0 +1,267 @@
+#include "host/AnimationFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+namespace kirrel::host {
+
+namespace {
+
+std::runtime_error fileError(const QString& path, const char* what) {
+    return std::runtime_error((QFileInfo(path).fileName() + ": " + QString::fromUtf8(what)).toStdString());
+}
+
+class Reader {
+  public:
+    explicit Reader(const QString& path) : file_(path), path_(path) {
+        if (!file_.open(QIODevice::ReadOnly)) throw fileError(path, "cannot be opened");
+    }
+    std::int16_t int16() {
+        unsigned char b[2];
+        bytes(b, 2);
+        return static_cast<std::int16_t>(b[0] | (b[1] << 8));
+    }
+    void bytes(void* out, qint64 n) {
+        if (file_.read(static_cast<char*>(out), n) != n) throw fileError(path_, "is shorter than its header says");
+    }
+    krl::Plane plane(int w, int h) {
+        krl::Plane p(w, h);
+        if (!p.empty()) bytes(p.data(), static_cast<qint64>(p.size()));
+        return p;
+    }
+    // Refuses sizes that the file cannot hold, before anything is allocated.
+    void expect(qint64 bytesNeeded) {
+        if (bytesNeeded > file_.size() - file_.pos()) throw fileError(path_, "is shorter than its header says");
+    }
+
+  private:
+    QFile file_;
+    QString path_;
+};
+
+class Writer {
+  public:
+    explicit Writer(const QString& path) : file_(path), path_(path) {
+        if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw fileError(path, "cannot be written");
+    }
+    void int16(int v) {
+        const unsigned char b[2] = {static_cast<unsigned char>(v & 255), static_cast<unsigned char>((v >> 8) & 255)};
+        bytes(b, 2);
+    }
+    void bytes(const void* p, qint64 n) {
+        if (n > 0 && file_.write(static_cast<const char*>(p), n) != n) throw fileError(path_, "could not be written");
+    }
+    void plane(const krl::Plane& p) { bytes(p.data(), static_cast<qint64>(p.size())); }
+    void picture(const Picture& p) {
+        plane(p.r);
+        plane(p.g);
+        plane(p.b);
+    }
+
+  private:
+    QFile file_;
+    QString path_;
+};
+
+void checkBounds(const QString& path, int w, int h) {
+    if (w < 0 || h < 0) throw fileError(path, "has a negative picture size");
+}
+
+qint64 planeBytes(int w, int h) { return static_cast<qint64>(w + 1) * (h + 1); }
+
+} // namespace
+
+Animation readAnimationDat(const QString& path) {
+    Reader in(path);
+    const int frames = in.int16();
+    const int w = in.int16();
+    const int h = in.int16();
+    checkBounds(path, w, h);
+    if (frames < 0) throw fileError(path, "has a negative frame count");
+    Animation a;
+    const int sets = std::max(frames, 1);
+    in.expect(sets * 3 * planeBytes(w, h));
+    auto readPicture = [&] {
+        Picture p;
+        p.r = in.plane(w, h);
+        p.g = in.plane(w, h);
+        p.b = in.plane(w, h);
+        return p;
+    };
+    if (frames == 0) {
+        a.still = readPicture();
+        return a;
+    }
+    a.frames.reserve(static_cast<std::size_t>(frames));
+    for (int i = 0; i < frames; ++i) a.frames.push_back(readPicture());
+    a.still = a.frames.front();
+    return a;
+}
+
+void writeAnimationDat(const QString& path, const Animation& a) {
+    Writer out(path);
+    const Picture& first = a.frames.empty() ? a.still : a.frames.front();
+    out.int16(static_cast<int>(a.frames.size()));
+    out.int16(first.width());
+    out.int16(first.height());
+    if (a.frames.empty()) out.picture(a.still);
+    for (const auto& f : a.frames) out.picture(f);
+}
+
+Picture readPictureDat(const QString& path) {
+    Reader in(path);
+    const int w = in.int16();
+    const int h = in.int16();
+    checkBounds(path, w, h);
+    in.expect(3 * planeBytes(w, h));
+    Picture p;
+    p.r = in.plane(w, h);
+    p.g = in.plane(w, h);
+    p.b = in.plane(w, h);
+    return p;
+}
+
+krl::Plane readPlaneDat(const QString& path) {
+    Reader in(path);
+    const int w = in.int16();
+    const int h = in.int16();
+    checkBounds(path, w, h);
+    in.expect(planeBytes(w, h));
+    return in.plane(w, h);
+}
+
+void writePictureDat(const QString& path, const Picture& p) {
+    Writer out(path);
+    out.int16(p.width());
+    out.int16(p.height());
+    out.picture(p);
+}
+
+void writePlaneDat(const QString& path, const krl::Plane& p) {
+    Writer out(path);
+    out.int16(p.width());
+    out.int16(p.height());
+    out.plane(p);
+}
+
+// --- images ----------------------------------------------------------------------------------------
+
+namespace {
+constexpr int kMaxImageSide = 16384;
+
+QImage checkedImage(const QImage& img, const QString& path) {
+    if (img.isNull()) throw fileError(path, "is not a picture Kirrel can read");
+    if (img.width() > kMaxImageSide || img.height() > kMaxImageSide) throw fileError(path, "is too large");
+    return img;
+}
+
+bool isDat(const QString& path) { return path.endsWith(".dat", Qt::CaseInsensitive); }
+} // namespace
+
+Picture pictureFromImage(const QImage& image) {
+    const QImage img = image.convertToFormat(QImage::Format_RGB888);
+    const int w = img.width();
+    const int h = img.height();
+    Picture p(w, h);
+    for (int y = 0; y <= h; ++y) {
+        const uchar* line = img.constScanLine(std::min(y, h - 1));
+        std::uint8_t* r = p.r.row(y);
+        std::uint8_t* g = p.g.row(y);
+        std::uint8_t* b = p.b.row(y);
+        for (int x = 0; x <= w; ++x) {
+            const uchar* px = line + 3 * std::min(x, w - 1);
+            r[x] = px[0];
+            g[x] = px[1];
+            b[x] = px[2];
+        }
+    }
+    return p;
+}
+
+krl::Plane greyPlaneFromImage(const QImage& image) {
+    const QImage img = image.convertToFormat(QImage::Format_Grayscale8);
+    const int w = img.width();
+    const int h = img.height();
+    krl::Plane p(w, h);
+    for (int y = 0; y <= h; ++y) {
+        const uchar* line = img.constScanLine(std::min(y, h - 1));
+        std::uint8_t* dst = p.row(y);
+        for (int x = 0; x <= w; ++x) dst[x] = line[std::min(x, w - 1)];
+    }
+    return p;
+}
+
+QImage imageFromPicture(const Picture& p) {
+    const int w = std::max(1, p.width());
+    const int h = std::max(1, p.height());
+    QImage img(w, h, QImage::Format_RGB888);
+    img.fill(Qt::black);
+    const int cols = std::min(w, p.r.cols());
+    const int rows = std::min(h, p.r.rows());
+    for (int y = 0; y < rows; ++y) {
+        uchar* line = img.scanLine(y);
+        const std::uint8_t* r = p.r.row(y);
+        const std::uint8_t* g = p.g.row(y);
+        const std::uint8_t* b = p.b.row(y);
+        for (int x = 0; x < cols; ++x) {
+            line[3 * x] = r[x];
+            line[3 * x + 1] = g[x];
+            line[3 * x + 2] = b[x];
+        }
+    }
+    return img;
+}
+
+QImage imageFromPlane(const krl::Plane& p) {
+    Picture grey;
+    grey.r = grey.g = grey.b = p;
+    return imageFromPicture(grey);
+}
+
+Animation readAnimationFile(const QString& path) {
+    QFileInfo info(path);
+    if (!info.exists()) throw fileError(path, "does not exist");
+    if (isDat(path)) return readAnimationDat(path);
+    Animation a;
+    if (info.isDir()) {
+        const QStringList names = QDir(path).entryList({"*.png", "*.PNG"}, QDir::Files, QDir::Name);
+        if (names.isEmpty()) throw fileError(path, "holds no PNG frames");
+        for (const QString& n : names) {
+            const QString f = QDir(path).filePath(n);
+            a.frames.push_back(pictureFromImage(checkedImage(QImage(f), f)));
+        }
+    } else {
+        QImageReader reader(path);
+        if (!reader.canRead()) throw fileError(path, "is not a picture Kirrel can read");
+        if (reader.supportsAnimation() && reader.imageCount() != 1) {
+            QImage frame;
+            while (reader.read(&frame)) a.frames.push_back(pictureFromImage(checkedImage(frame, path)));
+            if (a.frames.empty()) throw fileError(path, "holds no frames");
+        } else {
+            a.still = pictureFromImage(checkedImage(reader.read(), path));
+            return a;
+        }
+    }
+    a.still = a.frames.front();
+    return a;
+}
+
+Picture readPictureFile(const QString& path) {
+    if (!QFileInfo::exists(path)) throw fileError(path, "does not exist");
+    if (isDat(path)) return readPictureDat(path);
+    return pictureFromImage(checkedImage(QImage(path), path));
+}
+
+krl::Plane readAlphaFile(const QString& path) {
+    if (!QFileInfo::exists(path)) throw fileError(path, "does not exist");
+    if (isDat(path)) return readPlaneDat(path);
+    return greyPlaneFromImage(checkedImage(QImage(path), path));
+}
+
+} // namespace kirrel::host

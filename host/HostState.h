@@ -1,0 +1,181 @@
+#pragma once
+// The in-memory host: frames, the main buffer with its alpha, the swap buffer, layers, colours,
+// the run bracket, progress, the scrubber, single-picture undo, folders, and the modal boxes
+// (answered by a Responder). It is what every Vantry_Class handle reaches.
+//
+// Decisions the panel leaves to its host, made the way an animator would expect:
+// - The main buffer writes through to the current frame at once, so GotoFrame never loses a change.
+// - NewBuffer(W, H) starts afresh: the animation goes (Total 0) and the main buffer becomes a white
+//   still picture; the swap picture and the alpha plane are scaled to the new size, so a user's
+//   swap picture and mask survive a size change.
+// - CreateAnim / CreateAnimAdv make every frame a copy of the picture in the main buffer and make
+//   frame 0 current.
+// - InsertFrame(n) puts a copy of frame n at n+1 and moves later frames up by one.
+// - Frame numbers outside 0..Total-1 are ignored by the writers; readers give a black plane.
+// - A plane of the wrong size handed to a Set call is cropped or padded with black to fit.
+// - Fresh alpha is fully opaque (255 everywhere).
+
+#include "host/DialogLog.h"
+#include "host/Picture.h"
+#include "host/Responder.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace kirrel::host {
+
+enum class Channel { R, G, B };
+
+class HostState {
+  public:
+    HostState();
+
+    // --- size and frames ---
+    int bufferWidth() const { return still_.width(); }
+    int bufferHeight() const { return still_.height(); }
+    int totalFrames() const { return static_cast<int>(frames_.size()); }
+    int currentFrame() const { return current_; }
+    void gotoFrame(long long f);
+    void insertFrame(long long n);
+    void deleteFrame(long long f);
+    void createAnim(long long count);
+    void newBuffer(long long w, long long h);
+    void showScrub(long long position, long long total);
+    void stopAnimation();
+    void refresh();
+
+    // --- planes ---
+    krl::Plane getBuffer(Channel c) const;
+    void setBuffer(Channel c, const krl::Plane& p);
+    krl::Plane getAlpha() const { return alpha_; }
+    void setAlpha(const krl::Plane& p);
+    krl::Plane getSwap(Channel c) const;
+    void setSwap(Channel c, const krl::Plane& p);
+    krl::Plane getFrame(Channel c, long long f) const;
+    void setFrame(Channel c, const krl::Plane& p, long long f);
+    krl::Plane getLayer(Channel c, long long layer) const;
+    int layerCount() const { return 1 + static_cast<int>(extraLayers_.size()); }
+    int currentLayer() const { return currentLayer_; }
+    int layerOpacity() const { return layerOpacity_; }
+
+    // --- colours and alpha display ---
+    std::uint32_t primaryColor() const { return primary_; }
+    std::uint32_t secondaryColor() const { return secondary_; }
+    void setPrimaryColor(int r, int g, int b) { primary_ = packColor(r, g, b); changed(); }
+    void setSecondaryColor(int r, int g, int b) { secondary_ = packColor(r, g, b); changed(); }
+    void alphaOn() { alphaShown_ = true; changed(); }
+    void alphaOff() { alphaShown_ = false; changed(); }
+    void initMarquee() { ++marqueeBuilds_; changed(); }
+    void saveUndo();
+    bool restoreUndo(); // the host's own undo of one picture; false when there is none
+
+    // --- run bracket and progress ---
+    void lock() { locked_ = true; changed(); }
+    void unlock() { locked_ = false; changed(); }
+    void changePointer(int p) { pointer_ = p; changed(); }
+    void restorePointer() { pointer_ = 0; changed(); }
+    void status(double percent);
+    void statusClose();
+    void setProgress(double percent);
+
+    // --- dialogs and paths ---
+    void messageBox(const std::string& text);
+    int questionBox(const std::string& text);
+    double valueBox(const std::string& title, double minimum, double maximum);
+    std::string requestFileOpen(const std::string& title, const std::string& def, const std::string& filter);
+    std::string requestFileSave(const std::string& title, const std::string& def, const std::string& filter);
+    std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& def);
+    void reportError(const std::string& text);
+    const std::string& tempDir() const { return tempDir_; }
+    const std::string& appDir() const { return appDir_; }
+    const std::string& wallpaper() const { return wallpaper_; }
+    void sendFormObject(QWidget* form);
+    void renameBuffer(const std::string& name) { bufferName_ = name; changed(); }
+    void newFilename(const std::string& path) { filename_ = path; }
+
+    // --- set-up and inspection by the stand-in's own window and by session scripts ---
+    void setResponder(Responder* r) { responder_ = r; }
+    Responder* responder() const { return responder_; }
+    void setTempDir(const std::string& d) { tempDir_ = d; }
+    void setAppDir(const std::string& d) { appDir_ = d; }
+    void setWallpaper(const std::string& f) { wallpaper_ = f; }
+    void loadAnimation(std::vector<Picture> frames, int current = 0);
+    void loadStill(Picture p);
+    void loadSwap(const Picture& p);
+    void setPrimaryPacked(std::uint32_t c) { primary_ = c; }
+    void setSecondaryPacked(std::uint32_t c) { secondary_ = c; }
+    void setLayerOpacity(int o) { layerOpacity_ = o; }
+    void addLayer(Picture p) { extraLayers_.push_back(std::move(p)); }
+
+    const Picture& mainPicture() const;
+    const Picture& framePicture(int f) const { return frames_.at(static_cast<std::size_t>(f)); }
+    const Picture& swapPicture() const { return swap_; }
+    const krl::Plane& alphaPlane() const { return alpha_; }
+    bool locked() const { return locked_; }
+    int pointer() const { return pointer_; }
+    double progress() const { return progress_; }
+    bool statusOpen() const { return statusOpen_; }
+    double statusValue() const { return statusValue_; }
+    int scrubPosition() const { return scrubPos_; }
+    int scrubTotal() const { return scrubTotal_; }
+    bool alphaShown() const { return alphaShown_; }
+    int marqueeBuilds() const { return marqueeBuilds_; }
+    int stopRequests() const { return stopRequests_; }
+    const std::string& bufferName() const { return bufferName_; }
+    const std::string& filename() const { return filename_; }
+    const DialogLog& dialogs() const { return dialogs_; }
+    const std::vector<QWidget*>& forms() const { return forms_; }
+    void forgetForm(QWidget* form);
+
+    // The window listens to redraw; set by whoever shows the host.
+    std::function<void()> onChange;
+    std::function<void(QWidget*)> onFormSent;
+    std::function<void()> onStopAnimation;
+
+  private:
+    Picture& mainPictureMut();
+    bool validFrame(long long f) const { return f >= 0 && f < totalFrames(); }
+    void fitExtrasToBuffer();
+    void changed() {
+        if (onChange) onChange();
+    }
+    Responder& answerer();
+
+    Picture still_;                  // the main buffer when there is no animation
+    std::vector<Picture> frames_;    // the animation; the current frame *is* the main buffer
+    int current_ = 0;
+    krl::Plane alpha_;
+    Picture swap_;
+    std::vector<Picture> extraLayers_;
+    int currentLayer_ = 0;
+    int layerOpacity_ = 255;
+    std::uint32_t primary_ = 0;        // black
+    std::uint32_t secondary_ = 0xFFFFFF; // white
+    bool locked_ = false;
+    int pointer_ = 0;
+    double progress_ = 0;
+    bool statusOpen_ = false;
+    double statusValue_ = 0;
+    int scrubPos_ = 0;
+    int scrubTotal_ = 0;
+    bool alphaShown_ = false;
+    int marqueeBuilds_ = 0;
+    int stopRequests_ = 0;
+    Picture undoPicture_;
+    krl::Plane undoAlpha_;
+    bool hasUndo_ = false;
+    std::string tempDir_, appDir_, wallpaper_, bufferName_, filename_;
+    DialogLog dialogs_;
+    std::vector<QWidget*> forms_;
+    Responder* responder_ = nullptr;
+};
+
+// The one running host that every Vantry_Class handle reaches.
+HostState& runningHost();
+
+} // namespace kirrel::host

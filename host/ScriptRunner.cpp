@@ -1,0 +1,372 @@
+#include "host/ScriptRunner.h"
+
+#include "host/AnimationFiles.h"
+#include "host/HostOperations.h"
+#include "host/HostState.h"
+#include "host/ScriptedResponder.h"
+#include "host/StateDump.h"
+#include "panel/EventGuard.h"
+#include "panel/FormBase.h"
+#include "panel/HostSettings.h"
+#include "panel/Panel.h"
+#include "panel/Trace.h"
+
+#include <QAbstractSlider>
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTextStream>
+
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+
+namespace kirrel::host {
+
+namespace {
+
+// A script error: the run stops with exit code 2 and this one line.
+struct ScriptError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The examples in the documentation carry // comments; a script may too.
+QByteArray withoutComments(const QByteArray& in) {
+    QByteArray out;
+    bool inString = false;
+    for (qsizetype i = 0; i < in.size(); ++i) {
+        const char c = in[i];
+        if (inString) {
+            out += c;
+            if (c == '\\' && i + 1 < in.size()) out += in[++i];
+            else if (c == '"') inString = false;
+        } else if (c == '"') {
+            inString = true;
+            out += c;
+        } else if (c == '/' && i + 1 < in.size() && in[i + 1] == '/') {
+            while (i < in.size() && in[i] != '\n') ++i;
+            out += '\n';
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+std::uint32_t colourOf(const QJsonValue& v, const char* key) {
+    const QJsonArray a = v.toArray();
+    if (a.size() != 3) throw ScriptError(std::string("\"") + key + "\" must be [r, g, b]");
+    return packColor(a[0].toInt(), a[1].toInt(), a[2].toInt());
+}
+
+class Runner {
+  public:
+    Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
+
+    QString path(const QString& rel) const { return QDir::cleanPath(base_.absoluteFilePath(rel)); }
+
+    void setUpHost(const QJsonObject& h) {
+        HostState& host = runningHost();
+        const QString temp = h.contains("temp_dir") ? path(h["temp_dir"].toString()) : path("tmp");
+        if (!QDir().mkpath(temp)) throw ScriptError("cannot create the temporary folder " + temp.toStdString());
+        host.setTempDir(temp.toStdString());
+        if (h.contains("app_dir")) host.setAppDir(path(h["app_dir"].toString()).toStdString());
+        if (h.contains("animation")) {
+            Animation a = readAnimationFile(path(h["animation"].toString()));
+            if (a.frames.empty()) host.loadStill(a.still);
+            else host.loadAnimation(std::move(a.frames));
+        } else if (h.contains("size")) {
+            const QJsonArray s = h["size"].toArray();
+            if (s.size() != 2) throw ScriptError("\"size\" must be [W, H]");
+            const int w = s[0].toInt(), hh = s[1].toInt();
+            if (w < 0 || hh < 0 || w > 16384 || hh > 16384) throw ScriptError("\"size\" is out of range");
+            host.loadStill(Picture::filled(w, hh, 0xFFFFFF));
+            const int frames = h["frames"].toInt(0);
+            if (frames > 0) host.createAnim(frames);
+        }
+        if (h.contains("swap")) host.loadSwap(readPictureFile(path(h["swap"].toString())));
+        if (h.contains("alpha")) {
+            const krl::Plane a = readAlphaFile(path(h["alpha"].toString()));
+            host.setAlpha(scalePlane(a, host.bufferWidth(), host.bufferHeight()));
+        }
+        if (h.contains("primary")) host.setPrimaryPacked(colourOf(h["primary"], "primary"));
+        if (h.contains("secondary")) host.setSecondaryPacked(colourOf(h["secondary"], "secondary"));
+        if (h.contains("current_frame")) host.gotoFrame(h["current_frame"].toInt());
+        if (h.contains("layer_opacity")) host.setLayerOpacity(h["layer_opacity"].toInt());
+        if (h.contains("settings")) {
+            std::map<QString, QString> values;
+            const QJsonObject s = h["settings"].toObject();
+            for (auto it = s.begin(); it != s.end(); ++it)
+                values[it.key()] = it.value().isString() ? it.value().toString() : QString::number(it.value().toDouble(), 'g', 15);
+            panel::overlayHostSettings(values);
+        }
+    }
+
+    panel::FormBase* formFor(const QJsonObject& step) const {
+        if (step.contains("form")) {
+            const QString name = step["form"].toString();
+            panel::FormBase* f = panel::FormBase::find(name);
+            if (!f) throw ScriptError("the form " + name.toStdString() + " is not open");
+            return f;
+        }
+        panel::FormBase* f = panel::FormBase::front();
+        if (!f) throw ScriptError("no form is open");
+        return f;
+    }
+
+    static QObject* controlIn(panel::FormBase* f, const QString& name) {
+        QObject* c = f->controlOrAction(name);
+        if (!c) throw ScriptError("the form " + f->objectName().toStdString() + " has no control " + name.toStdString());
+        return c;
+    }
+
+    void open(const QString& plugin) {
+        panel::FormBase* main = panel::FormBase::find("Mainfrm");
+        if (!main) throw ScriptError("the panel is not open");
+        auto* cats = qobject_cast<QListWidget*>(main->control("List1"));
+        auto* plugins = qobject_cast<QListWidget*>(main->control("List2"));
+        if (!cats || !plugins) throw ScriptError("the panel has no catalogue");
+        for (int c = 0; c < cats->count(); ++c) {
+            if (cats->currentRow() != c) cats->setCurrentRow(c);
+            for (int p = 0; p < plugins->count(); ++p) {
+                if (plugins->item(p)->text() != plugin) continue;
+                plugins->setCurrentRow(p);
+                emit plugins->itemDoubleClicked(plugins->item(p));
+                return;
+            }
+        }
+        throw ScriptError("the catalogue has no plug-in \"" + plugin.toStdString() + "\"");
+    }
+
+    void set(const QJsonObject& step) {
+        const QJsonObject s = step["set"].toObject();
+        panel::FormBase* f = formFor(step);
+        QObject* c = controlIn(f, s["control"].toString());
+        auto needIndex = [&](int count) {
+            if (s.contains("index")) {
+                const int i = s["index"].toInt(-2);
+                if (i < -1 || i >= count) throw ScriptError("index " + std::to_string(i) + " is out of range");
+                return i;
+            }
+            throw ScriptError("a list is set by \"index\" or \"text\"");
+        };
+        if (auto* cb = qobject_cast<QComboBox*>(c)) {
+            if (s.contains("text")) {
+                const int i = cb->findText(s["text"].toString(), Qt::MatchExactly);
+                if (i < 0) throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" + s["text"].toString().toStdString() + "\"");
+                cb->setCurrentIndex(i);
+            } else {
+                cb->setCurrentIndex(needIndex(cb->count()));
+            }
+        } else if (auto* lw = qobject_cast<QListWidget*>(c)) {
+            if (s.contains("text")) {
+                const auto found = lw->findItems(s["text"].toString(), Qt::MatchExactly);
+                if (found.isEmpty()) throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" + s["text"].toString().toStdString() + "\"");
+                lw->setCurrentItem(found.front());
+            } else {
+                lw->setCurrentRow(needIndex(lw->count()));
+            }
+        } else if (auto* ck = qobject_cast<QCheckBox*>(c)) {
+            const int v = s["value"].isBool() ? (s["value"].toBool() ? 1 : 0) : s["value"].toInt();
+            ck->setCheckState(v == 1 ? Qt::Checked : v == 2 ? Qt::PartiallyChecked : Qt::Unchecked);
+        } else if (auto* op = qobject_cast<QRadioButton*>(c)) {
+            op->setChecked(s["value"].isBool() ? s["value"].toBool() : s["value"].toInt() != 0);
+        } else if (auto* sl = qobject_cast<QAbstractSlider*>(c)) {
+            sl->setValue(s["value"].toInt());
+        } else if (auto* t = qobject_cast<QLineEdit*>(c)) {
+            t->setText(s["text"].isString() ? s["text"].toString() : QString::number(s["value"].toDouble()));
+        } else {
+            throw ScriptError("the control " + c->objectName().toStdString() + " cannot be set");
+        }
+    }
+
+    void click(const QJsonObject& step) {
+        panel::FormBase* f = formFor(step);
+        QObject* c = controlIn(f, step["click"].toString());
+        if (auto* w = qobject_cast<QWidget*>(c); w && !w->isEnabled())
+            throw ScriptError("the control " + c->objectName().toStdString() + " is disabled");
+        if (auto* b = qobject_cast<QPushButton*>(c)) b->click();
+        else if (auto* l = qobject_cast<panel::ClickLabel*>(c)) l->click();
+        else if (auto* op = qobject_cast<QRadioButton*>(c)) op->setChecked(true);
+        else if (auto* ck = qobject_cast<QCheckBox*>(c)) ck->click();
+        else if (auto* a = qobject_cast<QAction*>(c)) a->trigger();
+        else throw ScriptError("the control " + c->objectName().toStdString() + " cannot be clicked");
+    }
+
+    void menu(const QJsonObject& step) {
+        const QString name = step["menu"].toString();
+        panel::FormBase* f = step.contains("form") ? formFor(step) : panel::FormBase::find("Mainfrm");
+        if (!f) throw ScriptError("the panel is not open");
+        auto* a = f->findChild<QAction*>(name);
+        if (!a) throw ScriptError("the form " + f->objectName().toStdString() + " has no menu entry " + name.toStdString());
+        a->trigger();
+    }
+
+    void answer(const QJsonArray& answers) {
+        for (const QJsonValue& v : answers) {
+            const QJsonObject o = v.toObject();
+            QueuedAnswer a{};
+            if (o.contains("question")) {
+                a.kind = QueuedAnswer::Kind::Question;
+                a.number = o["question"].toDouble();
+            } else if (o.contains("value")) {
+                a.kind = QueuedAnswer::Kind::Value;
+                a.number = o["value"].toDouble();
+            } else if (o.contains("file")) {
+                a.kind = QueuedAnswer::Kind::File;
+                const QString file = o["file"].toString();
+                a.text = file.isEmpty() ? std::string() : path(file).toStdString();
+            } else if (o.contains("input")) {
+                a.kind = QueuedAnswer::Kind::Input;
+                a.text = o["input"].toString().toStdString();
+            } else {
+                throw ScriptError("an answer is {\"question\"}, {\"value\"}, {\"file\"} or {\"input\"}");
+            }
+            responder_.push(std::move(a));
+        }
+    }
+
+    void closeForm(const QString& name) {
+        panel::FormBase* f = panel::FormBase::find(name);
+        if (!f) throw ScriptError("the form " + name.toStdString() + " is not open");
+        f->closeByUser();
+    }
+
+    void screenshot(const QJsonObject& step) {
+        panel::FormBase* f = formFor(step);
+        const QString file = path(step["screenshot"].toString());
+        QDir().mkpath(QFileInfo(file).absolutePath());
+        if (!f->grab().save(file)) throw ScriptError("cannot write " + file.toStdString());
+    }
+
+    // Plays one step; the user's part of it runs behind the event boundary like any user action.
+    void play(const QJsonObject& step) {
+        auto user = [&](const std::function<void()>& action) {
+            std::optional<ScriptError> scriptError;
+            runGuarded([&] {
+                try {
+                    action();
+                } catch (const ScriptError& e) {
+                    scriptError = e;
+                } catch (const std::invalid_argument& e) {
+                    scriptError = ScriptError(e.what());
+                }
+            });
+            if (scriptError) throw *scriptError;
+        };
+        if (step.contains("open")) user([&] { open(step["open"].toString()); });
+        else if (step.contains("menu")) user([&] { menu(step); });
+        else if (step.contains("set")) user([&] { set(step); });
+        else if (step.contains("leave")) formFor(step)->leave(step["leave"].toString());
+        else if (step.contains("click")) user([&] { click(step); });
+        else if (step.contains("answer")) answer(step["answer"].toArray());
+        else if (step.contains("host"))
+            user([&] { callHostOperation(step["host"].toString(), step["args"].toArray()); });
+        else if (step.contains("dump")) dumpHost(runningHost(), path(step["dump"].toString()));
+        else if (step.contains("screenshot")) screenshot(step);
+        else if (step.contains("close")) user([&] { closeForm(step["close"].toString()); });
+        else throw ScriptError("unknown step " + QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+
+    ScriptedResponder responder_;
+
+  private:
+    QDir base_;
+};
+
+} // namespace
+
+ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
+    ScriptResult result;
+    QFile file(scriptPath);
+    if (!file.open(QIODevice::ReadOnly)) return {2, "cannot read the script " + scriptPath.toStdString(), {}};
+    QJsonParseError err{};
+    const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
+    if (err.error != QJsonParseError::NoError || !doc.isObject())
+        return {2, "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " + std::to_string(err.offset), {}};
+    const QJsonObject root = doc.object();
+
+    std::unique_ptr<std::ofstream> trace;
+    if (!tracePath.isEmpty()) {
+        trace = std::make_unique<std::ofstream>(tracePath.toStdString(), std::ios::trunc);
+        if (!*trace) return {2, "cannot write the trace " + tracePath.toStdString(), {}};
+        Vantry::setTraceSink([t = trace.get()](const std::string& line) { *t << line << '\n' << std::flush; });
+    }
+
+    Runner runner(scriptPath);
+    runningHost().setResponder(&runner.responder_);
+    int stepNo = 0;
+    try {
+        runner.setUpHost(root["host"].toObject());
+        panel::startPanel();
+        if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
+        const QJsonArray steps = root["steps"].toArray();
+        for (const QJsonValue& v : steps) {
+            ++stepNo;
+            if (!v.isObject()) throw ScriptError("a step must be an object");
+            runner.play(v.toObject());
+            if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
+            if (programEnded()) break;
+        }
+    } catch (const ScriptError& e) {
+        result = {2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
+    } catch (const std::exception& e) {
+        result = {2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
+    }
+    for (const auto& a : runner.responder_.pending())
+        result.leftover += "unused answer: " + ScriptedResponder::kindName(a.kind) + "\n";
+    runningHost().setResponder(nullptr);
+    Vantry::setTraceSink({});
+    return result;
+}
+
+const char* sessionScriptHelp() {
+    return R"HELP(Usage: kirrel [ANIMATION]
+       kirrel --script SESSION.json [--trace TRACE.txt]
+
+Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PNG frames, a .gif or an
+image) or a built-in sample animation.
+
+--script plays a session script headless and exits 0 when every step ran (or the program ended
+itself), 2 with one line on stderr for a malformed script or a box that had no queued answer.
+Relative paths are relative to the script's folder.
+
+{ "host": { "temp_dir": "tmp", "app_dir": "app",
+            "animation": "anim.dat" | "frames/" | "anim.gif" | "picture.png",
+            "size": [W, H], "frames": N,            (instead of "animation")
+            "swap": "swap.dat" | "picture.png", "alpha": "alpha.dat" | "grey.png",
+            "primary": [r,g,b], "secondary": [r,g,b], "current_frame": 0, "layer_opacity": 255,
+            "settings": { "Textbox_Fill_Color": "6706517" } },
+  "steps": [
+    {"open": "Wipes"}                      select the category and double-click the plug-in
+    {"menu": "menuCombine"}                a menu entry of Mainfrm
+    {"set": {"control": "cboTransitions", "index": 1}}   or "text": "Swap", or "value": 1 / true
+    {"leave": "cboFrameStart"}             the focus leaves a control: its validation runs
+    {"click": "cmd_Run"}                   buttons, clickable labels, "cmdSave(2)"
+    {"answer": [{"question": 2}, {"value": 7}, {"file": "out.gif"}, {"input": " 30"}]}
+    {"host": "Van_GotoFrame", "args": [3]} a host operation, as if the user acted in the host
+    {"dump": "out"}                        animation.dat, swap.dat, alpha.dat, state.json, frames/
+    {"screenshot": "form.png"}             the form in front
+    {"close": "frmWipes"} ] }              its "Done"; "Mainfrm" closes the panel
+Add "form": "frmX" to a step to address a form that is not in front.
+.dat layouts (little-endian int16): animation: Frames, W, H, then R, G, B planes per frame (Frames 0:
+one still picture); swap: W, H, R, G, B; alpha: W, H, one plane. W and H are upper bounds: a plane
+holds (W+1) x (H+1) bytes, x fastest.
+--trace writes one line per host call: Name(arg, ...).
+)HELP";
+}
+
+} // namespace kirrel::host

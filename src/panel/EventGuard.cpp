@@ -1,0 +1,58 @@
+#include "panel/EventGuard.h"
+
+#include "host/HostState.h"
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+namespace kirrel {
+
+namespace {
+bool ended = false;
+std::optional<std::string> pendingAbort;
+std::function<void()> endHandler;
+int depth = 0;
+
+std::string describe(const std::exception& e) {
+    if (dynamic_cast<const std::bad_alloc*>(&e)) return "Out of memory";
+    const std::string what = e.what();
+    return what.empty() ? std::string("Unexpected error") : what;
+}
+} // namespace
+
+void endProgram() { throw ProgramEnd{}; }
+bool programEnded() { return ended; }
+void resetProgramEnded() { ended = false; }
+void setProgramEndHandler(std::function<void()> handler) { endHandler = std::move(handler); }
+
+std::optional<std::string> takeScriptAbort() {
+    auto a = std::move(pendingAbort);
+    pendingAbort.reset();
+    return a;
+}
+
+void runGuarded(const std::function<void()>& action) {
+    // A handler may raise another event synchronously (a list click filling another list): only the
+    // outermost boundary catches, so the inner failure unwinds the whole user action.
+    if (depth > 0) {
+        action();
+        return;
+    }
+    struct Depth {
+        Depth() { ++depth; }
+        ~Depth() { --depth; }
+    } guard;
+    try {
+        action();
+    } catch (const ProgramEnd&) {
+        ended = true;
+        if (endHandler) endHandler();
+    } catch (const host::ScriptAbort& a) {
+        pendingAbort = a.reason;
+    } catch (const std::exception& e) {
+        host::runningHost().reportError(describe(e));
+    }
+}
+
+} // namespace kirrel

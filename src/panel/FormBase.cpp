@@ -1,0 +1,262 @@
+#include "panel/FormBase.h"
+
+#include "host/HostState.h"
+#include "panel/EventGuard.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+
+#include <algorithm>
+#include <vector>
+
+namespace kirrel::panel {
+
+namespace {
+std::vector<FormBase*>& openList() {
+    static std::vector<FormBase*> forms;
+    return forms;
+}
+std::map<QString, FormMaker>& makers() {
+    static std::map<QString, FormMaker> m;
+    return m;
+}
+} // namespace
+
+FormBase::FormBase(const QString& name, const QString& caption) {
+    setObjectName(name);
+    setWindowTitle(caption);
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    openList().push_back(this);
+}
+
+FormBase::~FormBase() {
+    auto& l = openList();
+    l.erase(std::remove(l.begin(), l.end(), this), l.end());
+    host::runningHost().forgetForm(this);
+}
+
+void FormBase::loadForm() {
+    runGuarded([this] {
+        QWidget* self = this;
+        van_.Van_SendFormObject(self, 0);
+        formLoad();
+    });
+}
+
+void FormBase::showForm() {
+    show();
+    raise();
+    // The most recently shown form is the one in front.
+    auto& l = openList();
+    l.erase(std::remove(l.begin(), l.end(), this), l.end());
+    l.push_back(this);
+    runGuarded([this] { formActivate(); });
+}
+
+void FormBase::closeByUser() { close(); }
+
+void FormBase::closeEvent(QCloseEvent* event) {
+    if (unloading_) {
+        event->accept();
+        return;
+    }
+    bool allow = true;
+    runGuarded([&] { allow = queryUnload(); });
+    if (!allow) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    unloadForm();
+}
+
+void FormBase::unloadForm() {
+    if (unloading_) return;
+    unloading_ = true;
+    runGuarded([this] { formUnload(); });
+    hide();
+    auto& l = openList();
+    l.erase(std::remove(l.begin(), l.end(), this), l.end());
+    deleteLater();
+}
+
+QWidget* FormBase::control(const QString& name) const {
+    if (objectName() == name) return const_cast<FormBase*>(this);
+    return findChild<QWidget*>(name);
+}
+
+QObject* FormBase::controlOrAction(const QString& name) const {
+    if (QWidget* w = control(name)) return w;
+    return findChild<QAction*>(name);
+}
+
+void FormBase::leave(const QString& name) {
+    QWidget* c = control(name);
+    if (!c) return;
+    auto it = validators_.find(c);
+    if (it != validators_.end()) runGuarded(it->second);
+}
+
+bool FormBase::hasValidate(const QString& name) const {
+    QWidget* c = control(name);
+    return c && validators_.count(c) > 0;
+}
+
+FormBase* FormBase::front() {
+    auto& l = openList();
+    for (auto it = l.rbegin(); it != l.rend(); ++it)
+        if ((*it)->isVisible()) return *it;
+    return l.empty() ? nullptr : l.back();
+}
+
+FormBase* FormBase::find(const QString& name) {
+    for (FormBase* f : openList())
+        if (f->objectName() == name) return f;
+    return nullptr;
+}
+
+QList<FormBase*> FormBase::openForms() {
+    QList<FormBase*> out;
+    for (FormBase* f : openList()) out.push_back(f);
+    return out;
+}
+
+void FormBase::setWallpaper(const QPixmap& tile) {
+    wallpaper_ = tile;
+    update();
+}
+
+void FormBase::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    if (wallpaper_.isNull()) return;
+    QPainter painter(this);
+    // Columns inside rows, from the top left corner, each tile at its natural size.
+    for (int y = 0; y < height(); y += wallpaper_.height())
+        for (int x = 0; x < width(); x += wallpaper_.width()) painter.drawPixmap(x, y, wallpaper_);
+}
+
+// --- control factories ---------------------------------------------------------------------------
+
+QPushButton* FormBase::makeButton(const QString& name, const QString& caption, std::function<void()> onClick) {
+    auto* b = new QPushButton(caption, this);
+    b->setObjectName(name);
+    if (onClick) connect(b, &QPushButton::clicked, this, guarded([f = std::move(onClick)](bool) { f(); }));
+    return b;
+}
+
+QLabel* FormBase::makeLabel(const QString& name, const QString& caption) {
+    auto* l = new QLabel(caption, this);
+    l->setObjectName(name);
+    return l;
+}
+
+ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption, std::function<void()> onClick) {
+    auto* l = new ClickLabel(caption, this);
+    l->setObjectName(name);
+    l->setCursor(Qt::PointingHandCursor);
+    if (onClick) connect(l, &ClickLabel::clicked, this, guarded(std::move(onClick)));
+    return l;
+}
+
+PictureBox* FormBase::makePicture(const QString& name) {
+    auto* p = new PictureBox(this);
+    p->setObjectName(name);
+    return p;
+}
+
+QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClick) {
+    auto* c = new QComboBox(this);
+    c->setObjectName(name);
+    c->installEventFilter(this);
+    if (onClick) connect(c, &QComboBox::currentIndexChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    return c;
+}
+
+QListWidget* FormBase::makeList(const QString& name, std::function<void()> onClick,
+                                std::function<void()> onDblClick) {
+    auto* l = new QListWidget(this);
+    l->setObjectName(name);
+    l->installEventFilter(this);
+    if (onClick) connect(l, &QListWidget::currentRowChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    if (onDblClick)
+        connect(l, &QListWidget::itemDoubleClicked, this,
+                guarded([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
+    return l;
+}
+
+QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std::function<void()> onClick) {
+    auto* c = new QCheckBox(caption, this);
+    c->setObjectName(name);
+    if (onClick) connect(c, &QCheckBox::stateChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    return c;
+}
+
+QRadioButton* FormBase::makeOption(const QString& name, const QString& caption, std::function<void()> onClick) {
+    auto* o = new QRadioButton(caption, this);
+    o->setObjectName(name);
+    if (onClick)
+        connect(o, &QRadioButton::toggled, this, guarded([f = std::move(onClick)](bool on) {
+                    if (on) f();
+                }));
+    return o;
+}
+
+QSlider* FormBase::makeSlider(const QString& name, int minimum, int maximum, std::function<void()> onChange,
+                              std::function<void()> onScroll) {
+    auto* s = new QSlider(Qt::Horizontal, this);
+    s->setObjectName(name);
+    s->setRange(minimum, maximum);
+    if (onChange) connect(s, &QSlider::valueChanged, this, guarded([f = std::move(onChange)](int) { f(); }));
+    if (onScroll) connect(s, &QSlider::sliderMoved, this, guarded([f = std::move(onScroll)](int) { f(); }));
+    return s;
+}
+
+QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChange) {
+    auto* t = new QLineEdit(this);
+    t->setObjectName(name);
+    t->installEventFilter(this);
+    if (onChange)
+        connect(t, &QLineEdit::textChanged, this, guarded([f = std::move(onChange)](const QString&) { f(); }));
+    return t;
+}
+
+void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
+    validators_[control] = std::move(handler);
+}
+
+bool FormBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusOut) {
+        auto it = validators_.find(watched);
+        if (it != validators_.end()) runGuarded(it->second);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+std::string FormBase::askInput(const std::string& prompt, const std::string& title, const std::string& defaultText) {
+    auto a = host::runningHost().inputBox(prompt, title, defaultText);
+    return a ? *a : std::string();
+}
+
+// --- form catalogue --------------------------------------------------------------------------------
+
+void registerForm(const QString& name, FormMaker maker) { makers()[name] = std::move(maker); }
+bool formKnown(const QString& name) { return makers().count(name) > 0; }
+
+FormBase* loadFormByName(const QString& name) {
+    if (FormBase* open = FormBase::find(name)) return open;
+    auto it = makers().find(name);
+    if (it == makers().end()) return nullptr;
+    FormBase* f = it->second();
+    f->loadForm();
+    return f;
+}
+
+} // namespace kirrel::panel

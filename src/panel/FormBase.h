@@ -1,0 +1,100 @@
+#pragma once
+// What every form of the panel shares: its own automation object, the hand-over to the host, controls
+// found by name (control arrays as "name(i)"), the Validate event when the focus leaves a list or a
+// text box, the load/activate/unload life, and the platform's input box.
+
+#include "panel/Controls.h"
+#include "panel/Vantry.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <functional>
+#include <map>
+#include <optional>
+
+class QAbstractSlider;
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+class QSlider;
+
+namespace kirrel::panel {
+
+class FormBase : public QWidget {
+    Q_OBJECT
+  public:
+    FormBase(const QString& name, const QString& caption);
+    ~FormBase() override;
+
+    // Form_Load: the hand-over to the host (Van_SendFormObject), then the form's own load.
+    void loadForm();
+    // Shows the form and raises its Activate event.
+    void showForm();
+    // Asks the form to close as a user would (its "Done", or the window's close box).
+    virtual void closeByUser();
+    // Drops the form after its Unload event.
+    void unloadForm();
+
+    QWidget* control(const QString& name) const;
+    QObject* controlOrAction(const QString& name) const;
+    // The focus leaves the named control: its Validate event runs.
+    void leave(const QString& name);
+    bool hasValidate(const QString& name) const;
+    // The platform's input box; the empty string when cancelled.
+    std::string askInput(const std::string& prompt, const std::string& title, const std::string& defaultText);
+
+    Vantry::Vantry_Class& van() { return van_; }
+    // The tile painted behind the controls (see Draw_Pattern); a null pixmap paints nothing.
+    void setWallpaper(const QPixmap& tile);
+
+    static FormBase* front();
+    static FormBase* find(const QString& name);
+    static QList<FormBase*> openForms();
+
+  protected:
+    virtual void formLoad() {}
+    virtual void formActivate() {}
+    // Form_QueryUnload: false cancels the closing.
+    virtual bool queryUnload() { return true; }
+    virtual void formUnload() {}
+
+    // Control factories; every handler runs behind the event boundary.
+    QPushButton* makeButton(const QString& name, const QString& caption, std::function<void()> onClick);
+    QLabel* makeLabel(const QString& name, const QString& caption);
+    ClickLabel* makeClickLabel(const QString& name, const QString& caption, std::function<void()> onClick);
+    PictureBox* makePicture(const QString& name);
+    // onClick runs when the selection changes, by the user or by code (as a drop-down list's Click does).
+    QComboBox* makeCombo(const QString& name, std::function<void()> onClick = {});
+    QListWidget* makeList(const QString& name, std::function<void()> onClick = {},
+                          std::function<void()> onDblClick = {});
+    QCheckBox* makeCheck(const QString& name, const QString& caption, std::function<void()> onClick = {});
+    QRadioButton* makeOption(const QString& name, const QString& caption, std::function<void()> onClick = {});
+    // onChange runs on every change of value; onScroll while the thumb is dragged.
+    QSlider* makeSlider(const QString& name, int minimum, int maximum, std::function<void()> onChange = {},
+                        std::function<void()> onScroll = {});
+    QLineEdit* makeText(const QString& name, std::function<void()> onChange = {});
+    void onValidate(QWidget* control, std::function<void()> handler);
+
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    Vantry::Vantry_Class van_;
+    std::map<QObject*, std::function<void()>> validators_;
+    bool unloading_ = false;
+    QPixmap wallpaper_;
+};
+
+// Opens a form by name (made on first use); nullptr when the name is unknown.
+using FormMaker = std::function<FormBase*()>;
+void registerForm(const QString& name, FormMaker maker);
+bool formKnown(const QString& name);
+FormBase* loadFormByName(const QString& name);
+
+} // namespace kirrel::panel

@@ -1,0 +1,131 @@
+// The two blurs. Callers repeat them up to a hundred times per frame and on every slider
+// notification, so both are separable passes over 16-bit row sums with a ring of a few rows as the
+// only scratch: a row is written only after every source row it depends on has been read, which
+// also makes the blurs safe in place (source and result the very same plane).
+//
+// Both treat the processed extent as the whole picture and repeat its edge pixels outward, so a flat
+// picture stays exactly flat and nothing outside the extent is read. Both take w, h as upper bounds;
+// a count (W+1, H+1) is clamped to the planes and covers them just the same.
+//
+// BoxBlur: 5x5 box (radius 2), rounded to nearest. TriBlur: 3x3 [1 2 1] tent, a lighter step.
+
+#include "pixel/Extent.h"
+#include "pixel/Filters.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+namespace krl {
+
+namespace {
+
+using u8 = std::uint8_t;
+using u16 = std::uint16_t;
+
+// Rounded division of a 5x5 sum (0..6375) by 25 as a multiply-shift; checked exhaustively below.
+constexpr std::uint32_t kDiv25Mul = 41944;
+constexpr unsigned kDiv25Shift = 20;
+constexpr bool div25IsExact() {
+    for (std::uint32_t s = 0; s <= 25u * 255u; ++s)
+        if ((((s + 12u) * kDiv25Mul) >> kDiv25Shift) != (s + 12u) / 25u) return false;
+    return true;
+}
+static_assert(div25IsExact());
+
+// Horizontal 5-tap sums of one row, edges repeated.
+void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
+    auto at = [&](int x) { return static_cast<u16>(src[std::clamp(x, 0, n - 1)]); };
+    if (n < 5) {
+        for (int x = 0; x < n; ++x)
+            dst[x] = static_cast<u16>(at(x - 2) + at(x - 1) + at(x) + at(x + 1) + at(x + 2));
+        return;
+    }
+    dst[0] = static_cast<u16>(3 * src[0] + src[1] + src[2]);
+    dst[1] = static_cast<u16>(2 * src[0] + src[1] + src[2] + src[3]);
+    for (int x = 2; x < n - 2; ++x)
+        dst[x] = static_cast<u16>(src[x - 2] + src[x - 1] + src[x] + src[x + 1] + src[x + 2]);
+    dst[n - 2] = static_cast<u16>(src[n - 4] + src[n - 3] + src[n - 2] + 2 * src[n - 1]);
+    dst[n - 1] = static_cast<u16>(src[n - 3] + src[n - 2] + 3 * src[n - 1]);
+}
+
+void boxColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
+               const u16* __restrict d, const u16* __restrict e, u8* __restrict dst, int n) {
+    for (int x = 0; x < n; ++x) {
+        const std::uint32_t s = 12u + a[x] + b[x] + c[x] + d[x] + e[x];
+        dst[x] = static_cast<u8>((s * kDiv25Mul) >> kDiv25Shift);
+    }
+}
+
+// Horizontal [1 2 1] sums of one row, edges repeated.
+void tentRow(const u8* __restrict src, u16* __restrict dst, int n) {
+    if (n == 1) {
+        dst[0] = static_cast<u16>(4 * src[0]);
+        return;
+    }
+    dst[0] = static_cast<u16>(3 * src[0] + src[1]);
+    for (int x = 1; x < n - 1; ++x)
+        dst[x] = static_cast<u16>(src[x - 1] + 2 * src[x] + src[x + 1]);
+    dst[n - 1] = static_cast<u16>(src[n - 2] + 3 * src[n - 1]);
+}
+
+void tentColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c, u8* __restrict dst,
+                int n) {
+    for (int x = 0; x < n; ++x)
+        dst[x] = static_cast<u8>((a[x] + 2u * b[x] + c[x] + 8u) >> 4);
+}
+
+// One plane through a separable kernel of the given radius. Row sums of the last 2*radius+1 source
+// rows live in a ring; source rows are read strictly ahead of the rows written.
+template <int Radius, class RowFn, class ColFn>
+void blurPlane(const u8* src, int srcStride, u8* dst, int dstStride, Extent e, std::vector<u16>& ring,
+               RowFn rowFn, ColFn colFn) {
+    constexpr int kTaps = 2 * Radius + 1;
+    const int n = e.cols;
+    ring.resize(static_cast<std::size_t>(kTaps) * static_cast<std::size_t>(n));
+    auto slot = [&](int y) { return ring.data() + static_cast<std::size_t>(y % kTaps) * n; };
+    int next = 0; // next source row to sum
+    for (int y = 0; y < e.rows; ++y) {
+        const int need = std::min(y + Radius, e.rows - 1);
+        for (; next <= need; ++next)
+            rowFn(src + static_cast<std::size_t>(next) * srcStride, slot(next), n);
+        const u16* rows[kTaps];
+        for (int k = 0; k < kTaps; ++k)
+            rows[k] = slot(std::clamp(y - Radius + k, 0, e.rows - 1));
+        u8* out = dst + static_cast<std::size_t>(y) * dstStride;
+        if constexpr (Radius == 2)
+            colFn(rows[0], rows[1], rows[2], rows[3], rows[4], out, n);
+        else
+            colFn(rows[0], rows[1], rows[2], out, n);
+    }
+}
+
+} // namespace
+
+// When A and B are different planes B is left alone; when they are the same planes the blur runs in
+// place. Each channel is blurred from its own B plane.
+void BoxBlur(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+             int h) {
+    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
+    if (e.empty()) return;
+    Plane* out[3] = {&AR, &AG, &AB};
+    const Plane* in[3] = {&BR, &BG, &BB};
+    u8* dst[3];
+    for (int c = 0; c < 3; ++c)
+        dst[c] = out[c]->data();
+    std::vector<u16> ring;
+    for (int c = 0; c < 3; ++c)
+        blurPlane<2>(in[c]->data(), in[c]->cols(), dst[c], out[c]->cols(), e, ring, boxRow, boxColumn);
+}
+
+void TriBlur(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
+    const Extent e = boundExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    std::vector<u16> ring;
+    for (Plane* p : {&AR, &AG, &AB}) {
+        u8* d = p->data();
+        blurPlane<1>(d, p->cols(), d, p->cols(), e, ring, tentRow, tentColumn);
+    }
+}
+
+} // namespace krl

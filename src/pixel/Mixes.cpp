@@ -1,0 +1,197 @@
+// Cross-fades, per-channel arithmetic of two pictures, mixes through a mask, and flat fills.
+// All of them touch each pixel once and in place, so they are plain row loops the compiler vectorises.
+
+#include "pixel/Mixing.h"
+#include "pixel/MixRows.h"
+
+#include <algorithm>
+
+namespace krl {
+
+namespace {
+using mix::In;
+using mix::Out;
+
+// Share of the first picture in 256ths for a percentage: 100 maps to 256 and 0 to 0 exactly, so the
+// ends of a fade give one picture untouched; between them the error is below half a step of 256.
+unsigned weight256(int pct) {
+    pct = std::clamp(pct, 0, 100);
+    return (static_cast<unsigned>(pct) * 256u + 50u) / 100u;
+}
+
+// a * wa/256 + b * (256-wa)/256, rounded. Fits 16-bit lanes: 255 * 256 + 128 < 65536.
+inline std::uint8_t blend(unsigned a, unsigned b, unsigned wa) {
+    return static_cast<std::uint8_t>((a * wa + b * (256u - wa) + 128u) >> 8);
+}
+
+// x / 255 rounded to nearest, exact for 0 <= x <= 255 * 255.
+inline unsigned div255(unsigned x) {
+    x += 128u;
+    return (x + (x >> 8)) >> 8;
+}
+
+std::uint8_t toByte(int v) { return static_cast<std::uint8_t>(std::clamp(v, 0, 255)); }
+
+} // namespace
+
+void MixBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int pct, int w,
+                int h) {
+    if (pct >= 100) return;
+    const unsigned wa = weight256(pct);
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [wa](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = blend(a[i], b[i], wa);
+                  });
+}
+
+void MixBufferColor(Plane& AR, Plane& AG, Plane& AB, int red, int green, int blue, int pct, int w, int h) {
+    if (pct >= 100) return;
+    const Extent e = boundExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const unsigned wa = weight256(pct);
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    const unsigned colour[3] = {toByte(red), toByte(green), toByte(blue)};
+    for (int c = 0; c < 3; ++c) {
+        const unsigned k = colour[c];
+        mix::eachRow(a.c[c], e, [wa, k](std::uint8_t* p, int n) {
+            for (int i = 0; i < n; ++i) p[i] = blend(p[i], k, wa);
+        });
+    }
+}
+
+void MixBufferNegative(Plane& AR, Plane& AG, Plane& AB, int pct, int w, int h) {
+    if (pct <= 0) return;
+    const Extent e = boundExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const unsigned wn = weight256(pct); // share of the negative
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    for (int c = 0; c < 3; ++c) {
+        mix::eachRow(a.c[c], e, [wn](std::uint8_t* p, int n) {
+            for (int i = 0; i < n; ++i) p[i] = blend(255u - p[i], p[i], wn);
+        });
+    }
+}
+
+void MixBufferChannels(Plane& AR, Plane& AG, Plane& AB, int pct, int channels, int w, int h) {
+    // Which of red, green, blue stay; the others fade towards 0.
+    static constexpr bool kStays[7][3] = {{}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 0}, {1, 0, 1}, {0, 1, 1}};
+    if (channels < 1 || channels > 6 || pct >= 100) return;
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const unsigned wa = weight256(pct);
+    Plane* planes[3] = {&AR, &AG, &AB};
+    for (int c = 0; c < 3; ++c) {
+        if (kStays[channels][c]) continue; // a plane that stays is not even detached
+        mix::eachRow(mix::out(*planes[c]), e, [wa](std::uint8_t* p, int n) {
+            for (int i = 0; i < n; ++i) p[i] = blend(p[i], 0u, wa);
+        });
+    }
+}
+
+void FiftyMixBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                     int h) {
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = static_cast<std::uint8_t>((a[i] + b[i] + 1u) >> 1);
+                  });
+}
+
+void AddBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h) {
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = static_cast<std::uint8_t>(std::min(a[i] + b[i], 255));
+                  });
+}
+
+void MultiplyBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                     int h) {
+    // Scaled so that white is neutral: a * 255 / 255 = a, and black gives black.
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = static_cast<std::uint8_t>(div255(a[i] * unsigned{b[i]}));
+                  });
+}
+
+void DarkenBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                   int h) {
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = std::min(a[i], b[i]);
+                  });
+}
+
+void LightenBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                    int h) {
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i) a[i] = std::max(a[i], b[i]);
+                  });
+}
+
+void DiffBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h) {
+    mix::eachPair(AR, AG, AB, BR, BG, BB, boundExtent(w, h, AR, AG, AB, BR, BG, BB),
+                  [](std::uint8_t* a, const std::uint8_t* b, int n) {
+                      for (int i = 0; i < n; ++i)
+                          a[i] = static_cast<std::uint8_t>(std::max(a[i], b[i]) - std::min(a[i], b[i]));
+                  });
+}
+
+void AlphaMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, const Plane& M,
+              int w, int h) {
+    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB, M);
+    if (e.empty()) return;
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    const mix::Ins b = mix::ins(BR, BG, BB);
+    const In m = mix::in(M);
+    for (int c = 0; c < 3; ++c) {
+        for (int y = 0; y < e.rows; ++y) {
+            std::uint8_t* pa = a.c[c][y];
+            const std::uint8_t* pb = b.c[c][y];
+            const std::uint8_t* pm = m[y];
+            // (a * (255 - m) + b * m) / 255: m = 0 is exactly a, m = 255 exactly b.
+            for (int i = 0; i < e.cols; ++i) {
+                const unsigned k = pm[i];
+                pa[i] = static_cast<std::uint8_t>(div255(pa[i] * (255u - k) + pb[i] * k));
+            }
+        }
+    }
+}
+
+void AlphaMixThresh(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+                    const Plane& M, int level, int w, int h) {
+    if (level <= 0) return;
+    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB, M);
+    if (e.empty()) return;
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    const mix::Ins b = mix::ins(BR, BG, BB);
+    if (level > 255) { // every mask value lies below: all of B
+        for (int c = 0; c < 3; ++c)
+            mix::eachRow(a.c[c], b.c[c], e, [](std::uint8_t* pa, const std::uint8_t* pb, int n) {
+                mix::moveCells(pa, pb, n);
+            });
+        return;
+    }
+    const In m = mix::in(M);
+    const auto lv = static_cast<std::uint8_t>(level);
+    for (int c = 0; c < 3; ++c) {
+        for (int y = 0; y < e.rows; ++y) {
+            std::uint8_t* pa = a.c[c][y];
+            const std::uint8_t* pb = b.c[c][y];
+            const std::uint8_t* pm = m[y];
+            for (int i = 0; i < e.cols; ++i) pa[i] = pm[i] < lv ? pb[i] : pa[i];
+        }
+    }
+}
+
+void FillBufferColor(Plane& AR, Plane& AG, Plane& AB, int red, int green, int blue, int w, int h) {
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    const std::uint8_t colour[3] = {toByte(red), toByte(green), toByte(blue)};
+    for (int c = 0; c < 3; ++c) {
+        const std::uint8_t k = colour[c];
+        mix::eachRow(a.c[c], e, [k](std::uint8_t* p, int n) { std::memset(p, k, static_cast<std::size_t>(n)); });
+    }
+}
+
+} // namespace krl

@@ -1,0 +1,207 @@
+// Per-pixel tone operations: negative, grey, desaturation by channel, the two thresholds,
+// posterizing, and brightness steps.
+//
+// Sizes: all but GreyThreshold take w, h as counts (W+1, H+1 cover the planes; W, H leave the last
+// column and row as they were). GreyThreshold, a two-picture filter, takes upper bounds.
+//
+// Aliasing: where one plane object is passed several times in a triple, each channel's work is
+// applied to it in turn, in the order red, green, blue. So Negative(P, P, P) inverts P three times,
+// which leaves it inverted, and GreyScale(P, P, P) leaves it as it was.
+
+#include "pixel/Extent.h"
+#include "pixel/FilterSupport.h"
+#include "pixel/Filters.h"
+
+#include <array>
+#include <cstring>
+#include <vector>
+
+namespace krl {
+
+namespace {
+
+using u8 = std::uint8_t;
+
+struct Triple {
+    u8* p[3];
+    int stride[3];
+    u8* row(int c, int y) const { return p[c] + static_cast<std::size_t>(y) * stride[c]; }
+};
+
+Triple writable(Plane& r, Plane& g, Plane& b) {
+    return {{r.data(), g.data(), b.data()}, {r.cols(), g.cols(), b.cols()}};
+}
+
+// Applies fn(row pointer, count) to each plane of the triple in turn over the extent.
+template <class Fn> void eachPlane(Plane& r, Plane& g, Plane& b, Extent e, Fn fn) {
+    for (Plane* p : {&r, &g, &b}) {
+        u8* base = p->data();
+        for (int y = 0; y < e.rows; ++y)
+            fn(base + static_cast<std::size_t>(y) * p->cols(), e.cols);
+    }
+}
+
+void lookup(u8* p, int n, const std::array<u8, 256>& lut) {
+    for (int x = 0; x < n; ++x)
+        p[x] = lut[p[x]];
+}
+
+} // namespace
+
+void Negative(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    eachPlane(AR, AG, AB, e, [](u8* p, int n) {
+        for (int x = 0; x < n; ++x)
+            p[x] = static_cast<u8>(255 - p[x]);
+    });
+}
+
+void GreyScale(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const Triple t = writable(AR, AG, AB);
+    std::vector<u8> grey(static_cast<std::size_t>(e.cols));
+    u8* __restrict gr = grey.data();
+    for (int y = 0; y < e.rows; ++y) {
+        const u8* r = t.row(0, y);
+        const u8* g = t.row(1, y);
+        const u8* b = t.row(2, y);
+        for (int x = 0; x < e.cols; ++x)
+            gr[x] = filt::luma(r[x], g[x], b[x]);
+        for (int c = 0; c < 3; ++c)
+            std::memcpy(t.row(c, y), gr, static_cast<std::size_t>(e.cols));
+    }
+}
+
+// The chosen channel's slider sets a level (percent of 255); the tolerance reaches from that level
+// toward brighter values when positive and toward darker values when negative. Pixels whose chosen
+// channel lies in that band, ends included, lose their colour (they take their grey in all three
+// planes); pixels outside it keep their colour. Tolerance 0 greys only the exact level, so the
+// dialog opens on a picture that looks untouched, and dragging the tolerance grows the grey area.
+void GreyOut(Plane& AR, Plane& AG, Plane& AB, int level, int channel, int tolerance, int w, int h) {
+    if (channel < 1 || channel > 3) return;
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const int centre = (filt::clampInt(level, 0, 100) * 255 + 50) / 100;
+    const int other = centre + filt::clampInt(tolerance, -255, 255);
+    const u8 lo = static_cast<u8>(filt::clampInt(std::min(centre, other), 0, 255));
+    const u8 hi = static_cast<u8>(filt::clampInt(std::max(centre, other), 0, 255));
+    const Triple t = writable(AR, AG, AB);
+    std::vector<u8> scratch(2 * static_cast<std::size_t>(e.cols));
+    u8* __restrict grey = scratch.data();
+    u8* __restrict mask = grey + e.cols;
+    for (int y = 0; y < e.rows; ++y) {
+        const u8* r = t.row(0, y);
+        const u8* g = t.row(1, y);
+        const u8* b = t.row(2, y);
+        const u8* key = t.row(channel - 1, y);
+        for (int x = 0; x < e.cols; ++x) {
+            grey[x] = filt::luma(r[x], g[x], b[x]);
+            mask[x] = (key[x] >= lo && key[x] <= hi) ? 0xFF : 0x00;
+        }
+        for (int c = 0; c < 3; ++c) {
+            u8* p = t.row(c, y);
+            for (int x = 0; x < e.cols; ++x)
+                p[x] = static_cast<u8>((p[x] & ~mask[x]) | (grey[x] & mask[x]));
+        }
+    }
+}
+
+// The grey of B (the plain mean of its three channels) is cut at level, and the black-and-white
+// result is laid half over A: where the grey reaches the level A goes halfway to white, elsewhere
+// halfway to black, rounded half to even. That is the rule the dialog's preview shows, so Apply
+// gives what the user saw. level 0 lightens everything, 256 darkens everything.
+void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+                   int level, int w, int h) {
+    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
+    if (e.empty()) return;
+    const Triple t = writable(AR, AG, AB);
+    const u8* src[3] = {BR.data(), BG.data(), BB.data()};
+    const int srcStride[3] = {BR.cols(), BG.cols(), BB.cols()};
+    const unsigned cut = static_cast<unsigned>(filt::clampInt(level, 0, 256));
+    std::vector<u8> scratch(static_cast<std::size_t>(e.cols));
+    u8* __restrict white = scratch.data();
+    for (int y = 0; y < e.rows; ++y) {
+        const u8* r = src[0] + static_cast<std::size_t>(y) * srcStride[0];
+        const u8* g = src[1] + static_cast<std::size_t>(y) * srcStride[1];
+        const u8* b = src[2] + static_cast<std::size_t>(y) * srcStride[2];
+        for (int x = 0; x < e.cols; ++x) {
+            // (sum + 1) / 3 is the mean rounded to nearest; thirds never tie.
+            const unsigned mean = ((r[x] + g[x] + b[x] + 1u) * 21846u) >> 16;
+            white[x] = mean >= cut ? 255 : 0;
+        }
+        for (int c = 0; c < 3; ++c) {
+            u8* p = t.row(c, y);
+            for (int x = 0; x < e.cols; ++x)
+                p[x] = static_cast<u8>(filt::halfEven(p[x] + white[x]));
+        }
+    }
+}
+
+// A byte at or above level becomes 255, below it 0. level 0 (or less) gives 255 everywhere,
+// 256 (or more) gives 0 everywhere.
+void Threshold(Plane& M, int level, int w, int h) {
+    const Extent e = countExtent(w, h, M);
+    if (e.empty()) return;
+    u8* base = M.data();
+    const int stride = M.cols();
+    if (level <= 0 || level > 255) {
+        const u8 v = level <= 0 ? 255 : 0;
+        for (int y = 0; y < e.rows; ++y)
+            std::memset(base + static_cast<std::size_t>(y) * stride, v, static_cast<std::size_t>(e.cols));
+        return;
+    }
+    const u8 cut = static_cast<u8>(level);
+    for (int y = 0; y < e.rows; ++y) {
+        u8* p = base + static_cast<std::size_t>(y) * stride;
+        for (int x = 0; x < e.cols; ++x)
+            p[x] = p[x] >= cut ? 255 : 0;
+    }
+}
+
+// level is a strength 0..255: every 32 steps halve the number of tones per channel, from 256 (level
+// below 32, no change) down to 2 (level 224 and up). The callers' level 200 gives 4 tones per
+// channel, 64 colours: the flat bands of a cel-shaded picture. Tones are spread evenly over 0..255
+// so black and white survive.
+void Posterize(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h) {
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty()) return;
+    const int halvings = filt::clampInt(level, 0, 255) / 32;
+    if (halvings == 0) return;
+    const int tones = 256 >> halvings;
+    std::array<u8, 256> lut{};
+    for (int v = 0; v < 256; ++v) {
+        const int band = v * tones / 256;
+        lut[static_cast<std::size_t>(v)] = static_cast<u8>((band * 255 + (tones - 1) / 2) / (tones - 1));
+    }
+    eachPlane(AR, AG, AB, e, [&](u8* p, int n) { lookup(p, n, lut); });
+}
+
+// Adds level to every byte, held at 255; a negative level subtracts, held at 0.
+void IncreaseBrightness(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h) {
+    const Extent e = countExtent(w, h, AR, AG, AB);
+    if (e.empty() || level == 0) return;
+    const int step = filt::clampInt(level, -255, 255);
+    if (step > 0) {
+        const u8 add = static_cast<u8>(step);
+        const u8 top = static_cast<u8>(255 - step);
+        eachPlane(AR, AG, AB, e, [=](u8* p, int n) {
+            for (int x = 0; x < n; ++x)
+                p[x] = p[x] > top ? 255 : static_cast<u8>(p[x] + add);
+        });
+    } else {
+        const u8 sub = static_cast<u8>(-step);
+        eachPlane(AR, AG, AB, e, [=](u8* p, int n) {
+            for (int x = 0; x < n; ++x)
+                p[x] = p[x] < sub ? 0 : static_cast<u8>(p[x] - sub);
+        });
+    }
+}
+
+// Subtracts level from every byte, held at 0; a negative level adds, held at 255.
+void IncreaseDarkness(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h) {
+    IncreaseBrightness(AR, AG, AB, -filt::clampInt(level, -255, 255), w, h);
+}
+
+} // namespace krl
