@@ -1,0 +1,85 @@
+#include "support/Support.h"
+
+#include "panel/EventGuard.h"
+#include "panel/FormBase.h"
+#include "panel/HostSettings.h"
+#include "panel/Trace.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace kirrel::test {
+
+void HostTest::SetUp() {
+    host::runningHost() = host::HostState();
+    host().setResponder(&responder);
+    host().setTempDir(QDir(scratch.path()).filePath("tmp").toStdString());
+    QDir().mkpath(QString::fromStdString(tempDir()));
+    resetProgramEnded();
+    (void)takeScriptAbort();
+    panel::clearHostSettingsOverlay();
+    Vantry::setTraceSink([this](const std::string& line) { trace.push_back(line); });
+}
+
+void HostTest::TearDown() {
+    Vantry::setTraceSink({});
+    for (panel::FormBase* f : panel::FormBase::openForms()) delete f;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    host().setResponder(nullptr);
+    panel::clearHostSettingsOverlay();
+}
+
+host::HostState& HostTest::host() { return host::runningHost(); }
+std::string HostTest::tempDir() const { return host::runningHost().tempDir(); }
+
+std::vector<std::string> HostTest::calls(const std::string& name) const {
+    std::vector<std::string> out;
+    for (const auto& l : trace)
+        if (l.rfind(name + "(", 0) == 0) out.push_back(l);
+    return out;
+}
+
+host::Picture patternPicture(int w, int h, int seed) {
+    host::Picture p(w, h);
+    for (int y = 0; y <= h; ++y)
+        for (int x = 0; x <= w; ++x) {
+            p.r.at(x, y) = static_cast<std::uint8_t>(seed + x + 3 * y);
+            p.g.at(x, y) = static_cast<std::uint8_t>(seed + 2 * x + y + 85);
+            p.b.at(x, y) = static_cast<std::uint8_t>(seed + 5 * x + 7 * y + 170);
+        }
+    return p;
+}
+
+RunResult runScript(const QString& dir, const std::string& json, const std::string& name) {
+    QDir().mkpath(dir);
+    const QString script = QDir(dir).filePath(QString::fromStdString(name));
+    writeFile(script, json);
+    QProcess p;
+    p.setWorkingDirectory(dir);
+    p.start(KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")});
+    RunResult r;
+    if (!p.waitForFinished(120000)) {
+        p.kill();
+        r.err = "timed out";
+        return r;
+    }
+    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = p.readAllStandardOutput().toStdString();
+    r.err = p.readAllStandardError().toStdString();
+    return r;
+}
+
+std::string readFile(const QString& path) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return {};
+    return f.readAll().toStdString();
+}
+
+void writeFile(const QString& path, const std::string& bytes) {
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+} // namespace kirrel::test

@@ -1,0 +1,47 @@
+#pragma once
+// Shared helpers for the core tests: a fresh host per test, a scratch folder, and running the
+// kirrel executable on a session script.
+
+#include "host/HostState.h"
+#include "host/ScriptedResponder.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace kirrel::test {
+
+// Gives every test a fresh host with a scripted responder and its own temporary folder, records the
+// trace, and closes every form afterwards.
+class HostTest : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    host::HostState& host();
+    host::ScriptedResponder responder;
+    QTemporaryDir scratch;
+    std::vector<std::string> trace;
+    std::string tempDir() const;
+    // The trace lines that start with the given operation name.
+    std::vector<std::string> calls(const std::string& name) const;
+};
+
+// A picture whose every pixel differs from its neighbours: value = seed + x + 3y (+ channel offset).
+host::Picture patternPicture(int w, int h, int seed);
+
+struct RunResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+// Writes the script to dir/name and runs `kirrel --script` on it (with --trace trace.txt in dir).
+RunResult runScript(const QString& dir, const std::string& json, const std::string& name = "session.json");
+std::string readFile(const QString& path);
+void writeFile(const QString& path, const std::string& bytes);
+
+} // namespace kirrel::test
