@@ -1,7 +1,9 @@
 // kirrel: the panel of animation effects with its stand-in host, or a session script played headless.
 
-#include "host/AnimationFiles.h"
+#include "host/DemoReel.h"
 #include "host/HostState.h"
+#include "host/HostWindow.h"
+#include "host/QtResponder.h"
 #include "host/SampleAnimation.h"
 #include "host/ScriptRunner.h"
 #include "panel/EventGuard.h"
@@ -9,8 +11,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QScreen>
+#include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -40,6 +45,65 @@ std::string defaultTempDir() {
     return QDir::cleanPath(dir).toStdString();
 }
 
+bool hasDisplay() {
+    for (const char* v : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(v); value && *value) return true;
+    return false;
+}
+
+// The window at the screen's top left, leaving room on the right for the panel where there is some.
+void placeWindow(QWidget& window) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen) return;
+    const QRect room = screen->availableGeometry();
+    constexpr int kPanelRoom = 450;
+    const int width = std::clamp(room.width() - kPanelRoom - 40, 760, 1100);
+    const int height = std::clamp(room.height() - 80, 520, 800);
+    window.resize(std::min(width, room.width()), std::min(height, room.height()));
+    window.move(room.left() + 16, room.top() + 16);
+}
+
+int runWindow(const QString& animation) {
+    auto& host = kirrel::host::runningHost();
+    host.loadAnimation(kirrel::host::sampleAnimation());
+    host.loadSwap(kirrel::host::sampleSwapPicture());
+    host.renameBuffer("Sample animation");
+
+    kirrel::host::HostWindow window(host);
+    window.adoptCurrentAsDocument("Sample animation");
+    kirrel::host::QtResponder responder([&window]() -> QWidget* {
+        QWidget* active = QApplication::activeWindow();
+        return active ? active : &window;
+    });
+    host.setResponder(&responder);
+    placeWindow(window);
+    window.show();
+
+    // A file that cannot be read leaves the sample in place, after a message box.
+    if (!animation.isEmpty())
+        window.openAnimation(animation);
+    else if (!QSettings().value("window/welcomeDismissed", false).toBool())
+        window.setWelcomeVisible(true);
+
+    kirrel::setProgramEndHandler([] { QApplication::exit(0); });
+    kirrel::panel::startPanel();
+    int code = 0;
+    if (!kirrel::programEnded()) code = QApplication::exec();
+    host.setResponder(nullptr);
+    return code;
+}
+
+int runDemoReel(const QString& animation) {
+    const QString out = QDir::current().filePath("kirrel-demo");
+    const auto result = kirrel::host::renderDemoReel(out, animation);
+    if (!result.ok) {
+        std::fprintf(stderr, "kirrel: the demo reel failed: %s\n", qPrintable(result.message));
+        return 1;
+    }
+    std::fputs(qPrintable(result.message), stdout);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -61,7 +125,11 @@ int main(int argc, char** argv) {
     }
     if (!trace.isEmpty() && script.isEmpty()) return usageError("--trace goes with --script");
 
-    if (!script.isEmpty()) {
+    const bool demo = script.isEmpty() && !hasDisplay();
+    if (demo)
+        std::puts("kirrel: no display found (DISPLAY and WAYLAND_DISPLAY are not set); rendering a demo reel "
+                  "instead.");
+    if (!script.isEmpty() || demo) {
         if (!std::getenv("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(quietMessages);
     }
@@ -81,21 +149,11 @@ int main(int argc, char** argv) {
         return result.exitCode;
     }
 
-    try {
-        if (animation.isEmpty()) {
-            host.loadAnimation(kirrel::host::sampleAnimation());
-            host.loadSwap(kirrel::host::sampleSwapPicture());
-        } else {
-            auto a = kirrel::host::readAnimationFile(animation);
-            if (a.frames.empty()) host.loadStill(a.still);
-            else host.loadAnimation(std::move(a.frames));
-        }
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "kirrel: %s\n", e.what());
-        return 1;
-    }
-    kirrel::setProgramEndHandler([] { QApplication::exit(0); });
-    kirrel::panel::startPanel();
-    if (kirrel::programEnded()) return 0;
-    return QApplication::exec();
+    // The window's own settings (recent files, last folder); set after the temporary folder, which
+    // does not depend on it.
+    QApplication::setOrganizationName("Kirrel");
+    QApplication::setApplicationVersion("1.29");
+    if (demo) return runDemoReel(animation);
+    QApplication::setStyle("Fusion");
+    return runWindow(animation);
 }

@@ -282,6 +282,25 @@ void HostState::loadStill(Picture p) {
     changed();
 }
 
+void HostState::swapMainAndSwap() {
+    Picture& main = mainPictureMut();
+    Picture fitted = scalePicture(swap_, bufferWidth(), bufferHeight());
+    swap_ = std::move(main);
+    main = std::move(fitted);
+    changed();
+}
+
+void HostState::copyFrameToSwap() {
+    swap_ = mainPicture();
+    changed();
+}
+
+void HostState::fillAlpha(int value) {
+    alpha_ = krl::Plane(bufferWidth(), bufferHeight());
+    alpha_.fill(static_cast<std::uint8_t>(std::clamp(value, 0, 255)));
+    changed();
+}
+
 void HostState::loadSwap(const Picture& p) {
     swap_ = scalePicture(p, bufferWidth(), bufferHeight());
     changed();

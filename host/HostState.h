@@ -11,6 +11,8 @@
 // - CreateAnim / CreateAnimAdv make every frame a copy of the picture in the main buffer and make
 //   frame 0 current.
 // - InsertFrame(n) puts a copy of frame n at n+1 and moves later frames up by one.
+// - An animation holds at most 32767 frames, the most a 16-bit frame count can say: CreateAnim asked
+//   for more makes that many, and InsertFrame at the limit does nothing.
 // - Frame numbers outside 0..Total-1 are ignored by the writers; readers give a black plane.
 // - A plane of the wrong size handed to a Set call is cropped or padded with black to fit.
 // - Fresh alpha is fully opaque (255 everywhere).
@@ -72,6 +74,7 @@ class HostState {
     void initMarquee() { ++marqueeBuilds_; changed(); }
     void saveUndo();
     bool restoreUndo(); // the host's own undo of one picture; false when there is none
+    bool hasUndo() const { return hasUndo_; }
 
     // --- run bracket and progress ---
     void lock() { locked_ = true; changed(); }
@@ -111,6 +114,11 @@ class HostState {
     void setSecondaryPacked(std::uint32_t c) { secondary_ = c; }
     void setLayerOpacity(int o) { layerOpacity_ = o; }
     void addLayer(Picture p) { extraLayers_.push_back(std::move(p)); }
+
+    // --- the window's own commands on the pictures ---
+    void swapMainAndSwap();    // the main buffer and the swap picture change places
+    void copyFrameToSwap();    // the swap picture becomes a copy of the main buffer
+    void fillAlpha(int value); // 0 clears the alpha plane (transparent), 255 fills it (opaque)
 
     const Picture& mainPicture() const;
     const Picture& framePicture(int f) const { return frames_.at(static_cast<std::size_t>(f)); }
