@@ -140,6 +140,16 @@ Pic makeScene() {
     p.drawLine(QPointF(8, 16), QPointF(36, 22));
     p.drawLine(QPointF(60, 12), QPointF(92, 18));
     p.end();
+    // A little film grain, as a photograph would have, so that smoothing filters show what they do.
+    std::uint32_t seed = 12345;
+    for (int y = 0; y < kRows; ++y)
+        for (int x = 0; x < kCols; ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            const int d = static_cast<int>(seed >> 28) - 8;
+            const QRgb c = img.pixel(x, y);
+            auto add = [d](int v) { return std::clamp(v + d, 0, 255); };
+            img.setPixel(x, y, qRgb(add(qRed(c)), add(qGreen(c)), add(qBlue(c))));
+        }
     return fromImage(img);
 }
 
@@ -261,9 +271,9 @@ void addFilterRows(std::vector<Row>& rows, const Pic& card, const Pic& scene, co
     }));
     rows.push_back(sweep("Channel Threshold: red 128, then GreyThreshold", scene, spread(0, 256),
                          [&scene](Pic& p, int lv) {
-                             krl::Threshold(p.r, 128, W, H);
-                             krl::Threshold(p.g, 256, W, H);
-                             krl::Threshold(p.b, 256, W, H);
+                             krl::Threshold(p.r, 128, W + 1, H + 1);
+                             krl::Threshold(p.g, 256, W + 1, H + 1);
+                             krl::Threshold(p.b, 256, W + 1, H + 1);
                              krl::GreyThreshold(p.r, p.g, p.b, scene.r, scene.g, scene.b, lv, W, H);
                          }));
     rows.push_back(

@@ -23,12 +23,16 @@ namespace {
 using u8 = std::uint8_t;
 using u16 = std::uint16_t;
 
-// Rounded division of a 5x5 sum (0..6375) by 25 as a multiply-shift; checked exhaustively below.
-constexpr std::uint32_t kDiv25Mul = 41944;
-constexpr unsigned kDiv25Shift = 20;
+// Rounded division of a 5x5 sum (0..6375) by 25 as a 16-bit multiply-high and a shift, which the
+// compiler turns into one vector instruction per eight pixels; checked exhaustively below.
+constexpr std::uint32_t kDiv25Mul = 20972;
+constexpr unsigned kDiv25Shift = 3;
+constexpr u16 div25(u16 t) {
+    return static_cast<u16>(static_cast<u16>((std::uint32_t{t} * kDiv25Mul) >> 16) >> kDiv25Shift);
+}
 constexpr bool div25IsExact() {
     for (std::uint32_t s = 0; s <= 25u * 255u; ++s)
-        if ((((s + 12u) * kDiv25Mul) >> kDiv25Shift) != (s + 12u) / 25u) return false;
+        if (div25(static_cast<u16>(s + 12u)) != (s + 12u) / 25u) return false;
     return true;
 }
 static_assert(div25IsExact());
@@ -51,10 +55,8 @@ void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
 
 void boxColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
                const u16* __restrict d, const u16* __restrict e, u8* __restrict dst, int n) {
-    for (int x = 0; x < n; ++x) {
-        const std::uint32_t s = 12u + a[x] + b[x] + c[x] + d[x] + e[x];
-        dst[x] = static_cast<u8>((s * kDiv25Mul) >> kDiv25Shift);
-    }
+    for (int x = 0; x < n; ++x)
+        dst[x] = static_cast<u8>(div25(static_cast<u16>(a[x] + b[x] + c[x] + d[x] + e[x] + 12u)));
 }
 
 // Horizontal [1 2 1] sums of one row, edges repeated.
@@ -72,7 +74,7 @@ void tentRow(const u8* __restrict src, u16* __restrict dst, int n) {
 void tentColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c, u8* __restrict dst,
                 int n) {
     for (int x = 0; x < n; ++x)
-        dst[x] = static_cast<u8>((a[x] + 2u * b[x] + c[x] + 8u) >> 4);
+        dst[x] = static_cast<u8>(static_cast<u16>(a[x] + 2u * b[x] + c[x] + 8u) >> 4);
 }
 
 // One plane through a separable kernel of the given radius. Row sums of the last 2*radius+1 source

@@ -38,11 +38,13 @@ void composeRow(const u8* wr, const u8* wg, const u8* wb, const u8* mr, const u8
     u8* __restrict outG = out + n;
     u8* __restrict outB = out + 2 * n;
     for (int x = 0; x < n; ++x) {
-        const bool isP = p.valid & (wr[x] == p.r) & (wg[x] == p.g) & (wb[x] == p.b);
-        const bool isS = s.valid & (wr[x] == s.r) & (wg[x] == s.g) & (wb[x] == s.b);
-        outR[x] = isP ? mr[x] : (isS ? sr[x] : wr[x]);
-        outG[x] = isP ? mg[x] : (isS ? sg[x] : wg[x]);
-        outB[x] = isP ? mb[x] : (isS ? sb[x] : wb[x]);
+        // Byte masks (0 or 0xFF) keep this a straight run of vector compares and selects.
+        const u8 isP = static_cast<u8>(-((wr[x] == p.r) & (wg[x] == p.g) & (wb[x] == p.b) & p.valid));
+        const u8 isS = static_cast<u8>(-((wr[x] == s.r) & (wg[x] == s.g) & (wb[x] == s.b) & s.valid) & ~isP);
+        const u8 keep = static_cast<u8>(~(isP | isS));
+        outR[x] = static_cast<u8>((mr[x] & isP) | (sr[x] & isS) | (wr[x] & keep));
+        outG[x] = static_cast<u8>((mg[x] & isP) | (sg[x] & isS) | (wg[x] & keep));
+        outB[x] = static_cast<u8>((mb[x] & isP) | (sb[x] & isS) | (wb[x] & keep));
     }
 }
 

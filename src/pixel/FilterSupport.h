@@ -1,7 +1,9 @@
 #pragma once
 // Small arithmetic shared by the filter implementations. Internal to the pixel library.
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace krl::filt {
 
@@ -16,16 +18,44 @@ inline unsigned halfEven(unsigned v) {
     return q + (v & q & 1u);
 }
 
-// A fixed, stateless texture value per position (0..255). Used for grain that must stay put from
-// frame to frame, like the tooth of paper, and must not consume the noise source.
-inline std::uint8_t positionGrain(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
+// A fixed, stateless hash of a position. Used for grain that must stay put from frame to frame, like
+// the tooth of paper, and must not consume the noise source.
+inline std::uint32_t positionHash(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
     std::uint32_t h = x * 0x9E3779B1u ^ (y + 0x7F4A7C15u) * 0x85EBCA77u ^ salt * 0xC2B2AE3Du;
     h ^= h >> 15;
     h *= 0x2C1B3C6Du;
     h ^= h >> 12;
     h *= 0x297A2D39u;
     h ^= h >> 15;
-    return static_cast<std::uint8_t>(h >> 24);
+    return h;
+}
+
+// Grain value 0..255 of a position.
+inline std::uint8_t positionGrain(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
+    return static_cast<std::uint8_t>(positionHash(x, y, salt) >> 24);
+}
+
+// One row of fixed grain for row y: a long stretch of positionGrain values, started at a place that
+// depends on y. Reads contiguously from a table instead of hashing every pixel.
+inline void grainRow(std::uint32_t y, std::uint32_t salt, std::uint8_t* out, int n) {
+    constexpr int kLength = 8192;
+    using Table = std::array<std::uint8_t, kLength>;
+    static const std::array<Table, 4> tables = [] {
+        std::array<Table, 4> t{};
+        for (std::uint32_t s = 0; s < 4; ++s)
+            for (std::uint32_t i = 0; i < kLength; ++i)
+                t[s][i] = positionGrain(i, 0, s + 17);
+        return t;
+    }();
+    const std::uint8_t* src = tables[salt & 3].data();
+    int pos = static_cast<int>(positionHash(y, 1, salt) % kLength);
+    while (n > 0) {
+        const int run = n < kLength - pos ? n : kLength - pos;
+        std::memcpy(out, src + pos, static_cast<std::size_t>(run));
+        out += run;
+        n -= run;
+        pos = 0;
+    }
 }
 
 inline int clampInt(int v, int lo, int hi) {

@@ -45,8 +45,22 @@ struct ToonStyle {
     int edgeFrom;   // Sobel magnitude (0..2040) where the line starts to darken
     int edgeGain;   // darkening per unit of magnitude above edgeFrom, out of 256
     int tones;      // flat colour bands per channel
+    int smoothing;  // a blur change beyond this is a smeared edge and is not taken
     bool thickLine; // widen lines by one pixel each way
 };
+
+// [1 2 1] smoothing of one row of grey from three rows, edges repeated; keeps grain out of the lines.
+void smoothRow(const u8* a, const u8* b, const u8* c, u8* __restrict out, int n) {
+    auto v = [&](int x) { return a[x] + 2 * b[x] + c[x]; };
+    if (n == 1) {
+        out[0] = static_cast<u8>((4 * v(0) + 8) >> 4);
+        return;
+    }
+    out[0] = static_cast<u8>((3 * v(0) + v(1) + 8) >> 4);
+    for (int x = 1; x < n - 1; ++x)
+        out[x] = static_cast<u8>((v(x - 1) + 2 * v(x) + v(x + 1) + 8) >> 4);
+    out[n - 1] = static_cast<u8>((v(n - 2) + 3 * v(n - 1) + 8) >> 4);
+}
 
 // Line darkness (0 none .. 256 black) of one row from three rows of grey, edges repeated.
 void edgeRow(const u8* a, const u8* b, const u8* c, u16* __restrict out, int n, const ToonStyle& st) {
@@ -66,9 +80,23 @@ void edgeRow(const u8* a, const u8* b, const u8* c, u16* __restrict out, int n, 
     out[n - 1] = edgeAt(n - 2, n - 1, n - 1);
 }
 
-// Flat colour bands of the blurred picture A, with dark lines where the unblurred picture B has edges.
-// Lines come from B so that they stay crisp however much A was blurred; the blur only flattens the
-// colour. B is never written.
+// Rows of a per-row stage kept in a small ring, produced in order on demand.
+template <class T> struct RowRing {
+    std::vector<T> data;
+    std::size_t n;
+    int size;
+    int next = 0;
+    RowRing(int ringRows, std::size_t cols)
+        : data(static_cast<std::size_t>(ringRows) * cols), n(cols), size(ringRows) {}
+    T* row(int y) { return data.data() + static_cast<std::size_t>(y % size) * n; }
+};
+
+// Flat colour bands with dark lines where the unblurred picture B has edges. The colour is the blurred
+// A where the blur changed the pixel little, B where it changed it much: within an area the blur
+// irons out texture and shading, while near a strong edge, where the blur has smeared one colour into
+// the next, each side keeps its own colour, so heavy blurring flattens without halos. Lines come from B
+// (lightly smoothed against grain) so that they stay crisp however much A was blurred. B is never
+// written.
 void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
           const ToonStyle& st) {
     const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
@@ -82,42 +110,56 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
         band[static_cast<std::size_t>(v)] = static_cast<u8>((k * 255 + (st.tones - 1) / 2) / (st.tones - 1));
     }
 
-    // Grey of B in a ring of five rows (lines of the thick style look two rows ahead), and the line
-    // darkness of the last three rows for widening.
+    // Three stages, each a ring of rows: grey of B, smoothed grey, line darkness. Output row y needs
+    // line rows up to y+1 (thick lines), hence smoothed rows up to y+2 and grey rows up to y+3; all
+    // of B that row y depends on is read before row y of A is written.
     const int n = e.cols;
     const std::size_t sn = static_cast<std::size_t>(n);
-    std::vector<u8> greyRing(5 * sn);
-    std::vector<u16> edgeRing(3 * sn);
+    const int last = e.rows - 1;
+    auto clampY = [&](int y) { return std::clamp(y, 0, last); };
+    RowRing<u8> grey(4, sn), smooth(4, sn);
+    RowRing<u16> edge(4, sn);
     std::vector<u16> line(sn);
-    auto greyOf = [&](int y) { return greyRing.data() + static_cast<std::size_t>(y % 5) * sn; };
-    auto edgeOf = [&](int y) { return edgeRing.data() + static_cast<std::size_t>(y % 3) * sn; };
-    auto clampY = [&](int y) { return std::clamp(y, 0, e.rows - 1); };
-    const int lookAhead = st.thickLine ? 2 : 1;
-    int nextGrey = 0;
-    int nextEdge = 0;
+    std::vector<u16> pull(sn);
     for (int y = 0; y < e.rows; ++y) {
-        for (; nextGrey <= std::min(y + lookAhead, e.rows - 1); ++nextGrey)
-            lumaRow(in[0].row(nextGrey), in[1].row(nextGrey), in[2].row(nextGrey), greyOf(nextGrey), n);
-        for (; nextEdge <= std::min(y + lookAhead - 1, e.rows - 1); ++nextEdge)
-            edgeRow(greyOf(clampY(nextEdge - 1)), greyOf(nextEdge), greyOf(clampY(nextEdge + 1)),
-                    edgeOf(nextEdge), n, st);
+        const int needEdge = std::min(y + (st.thickLine ? 1 : 0), last);
+        const int needSmooth = std::min(needEdge + 1, last);
+        const int needGrey = std::min(needSmooth + 1, last);
+        for (; grey.next <= needGrey; ++grey.next)
+            lumaRow(in[0].row(grey.next), in[1].row(grey.next), in[2].row(grey.next), grey.row(grey.next), n);
+        for (int& k = smooth.next; k <= needSmooth; ++k)
+            smoothRow(grey.row(clampY(k - 1)), grey.row(k), grey.row(clampY(k + 1)), smooth.row(k), n);
+        for (int& k = edge.next; k <= needEdge; ++k)
+            edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n, st);
         if (st.thickLine) {
-            const u16* up = edgeOf(clampY(y - 1));
-            const u16* mid = edgeOf(y);
-            const u16* down = edgeOf(clampY(y + 1));
+            const u16* up = edge.row(clampY(y - 1));
+            const u16* mid = edge.row(y);
+            const u16* down = edge.row(clampY(y + 1));
             for (int x = 0; x < n; ++x) {
                 const int xl = std::max(x - 1, 0);
                 const int xr = std::min(x + 1, n - 1);
-                const u16 v = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
-                line[static_cast<std::size_t>(x)] = v;
+                line[static_cast<std::size_t>(x)] = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
             }
         } else {
-            std::memcpy(line.data(), edgeOf(y), sn * sizeof(u16));
+            std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
+        }
+        // How far the blur may pull each pixel: fully while the largest channel change stays within
+        // half of `smoothing`, not at all beyond `smoothing`.
+        for (int x = 0; x < n; ++x) {
+            int moved = 0;
+            for (int c = 0; c < 3; ++c)
+                moved = std::max(moved, std::abs(out[c].row(y)[x] - in[c].row(y)[x]));
+            pull[static_cast<std::size_t>(x)] =
+                static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
         }
         for (int c = 0; c < 3; ++c) {
             u8* p = out[c].row(y);
-            for (int x = 0; x < n; ++x)
-                p[x] = static_cast<u8>((band[p[x]] * (256u - line[static_cast<std::size_t>(x)]) + 128u) >> 8);
+            const u8* q = in[c].row(y);
+            for (int x = 0; x < n; ++x) {
+                const std::size_t i = static_cast<std::size_t>(x);
+                const int flat = q[x] + (((p[x] - q[x]) * pull[i]) >> 8);
+                p[x] = static_cast<u8>((band[static_cast<std::size_t>(flat)] * (256u - line[i]) + 128u) >> 8);
+            }
         }
     }
 }
@@ -133,7 +175,7 @@ NightTables makeNightTables() {
     NightTables t;
     for (int v = 0; v < 256; ++v) {
         const double f = v / 255.0;
-        t.gain[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * std::pow(f, 0.55)));
+        t.gain[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * std::pow(f, 0.7)));
         // Phosphor green: never quite black, highlights bleed toward a pale green-white.
         t.g[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(18.0 + 237.0 * f));
         t.r[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * (0.06 * f + 0.5 * f * f * f)));
@@ -163,11 +205,13 @@ std::vector<u16> falloff(int n, int depth) {
 // ---- sketch --------------------------------------------------------------------------------------
 
 // Colour dodge of the picture by its blurred negative: flat areas dodge to white, edges stay dark.
+// Where the negative is white there is no room left and the dodge gives white.
 void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n) {
     for (int x = 0; x < n; ++x) {
-        const float room = 255.0f - static_cast<float>(a[x]);
-        const float q = static_cast<float>(b[x]) * 255.0f / std::max(room, 1.0f) + 0.5f;
-        out[x] = room <= 0.0f ? 255 : static_cast<u8>(std::min(q, 255.0f));
+        const float full = static_cast<float>((a[x] + 1) >> 8); // 1 exactly when a is 255
+        const float room = 255.0f - static_cast<float>(a[x]) + full;
+        const float q = (static_cast<float>(b[x]) * 255.0f + full * 65025.0f) / room + 0.5f;
+        out[x] = static_cast<u8>(static_cast<int>(q < 255.0f ? q : 255.0f));
     }
 }
 
@@ -175,26 +219,28 @@ void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n) {
 
 void ToonFilter(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                 int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{112, 3, 6, false});
+    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{112, 3, 6, 40, false});
 }
 
 // "Edge Boost": lines start at weaker edges, darken faster and are a pixel wider each way.
 void ToonFilter2(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                  int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{64, 5, 6, true});
+    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{64, 5, 6, 40, true});
 }
 
 // A holds the blurred negative, B the picture; the line drawing replaces A, B is only read. The
 // dodge gives the pencil line; strength shapes its tone: 128 leaves the plain dodge, higher values
-// bend the tone curve (an exponent of strength / 128) so that lines grow darker and wider, 255 the
-// strongest. Strengths outside 128..255 are held to that range.
+// bend the tone curve (exponent 1 at 128 up to 4 at 255) so that the soft shoulders of each line
+// darken too and lines grow darker and wider, 255 the strongest. Strengths outside 128..255 are held to that
+// range.
 void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                 int h, int strength) {
     const Extent e = countExtent(w, h, AR, AG, AB, BR, BG, BB);
     if (e.empty()) return;
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
-    const double exponent = filt::clampInt(strength, 128, 255) / 128.0;
+    const bool plainDodge = strength <= 128;
+    const double exponent = 1.0 + 3.0 * (filt::clampInt(strength, 128, 255) - 128) / 127.0;
     std::array<u8, 256> tone{};
     for (int v = 0; v < 256; ++v)
         tone[static_cast<std::size_t>(v)] =
@@ -204,6 +250,10 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
         for (int c = 0; c < 3; ++c) {
             u8* p = out[c].row(y);
             dodgeRow(p, in[c].row(y), dodged.data(), e.cols);
+            if (plainDodge) {
+                std::memcpy(p, dodged.data(), dodged.size());
+                continue;
+            }
             for (int x = 0; x < e.cols; ++x)
                 p[x] = tone[dodged[static_cast<std::size_t>(x)]];
         }
@@ -211,32 +261,33 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
 }
 
 // The finishing touch of the graphic-novel look: the picture as if laid down in chalk on toothed
-// paper. Blacks are lifted and colours softened toward pastel, and the paper's tooth shows through
-// as pale specks where the chalk skipped. level 0..100 is the strength (callers use about 50). The
-// tooth is a fixed texture of the position, so it stays put from frame to frame like real paper.
+// paper. Blacks are lifted and colours softened toward pastel, and the paper shows through in short
+// diagonal strokes where the chalk skipped over its tooth. level 0..100 is the strength (callers use
+// about 50; 0 leaves the picture). The texture is a fixed function of the position, so it stays put
+// from frame to frame like real paper.
 void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
     const Extent e = countExtent(w, h, AR, AG, AB);
     const int t = filt::clampInt(level, 0, 100);
     if (e.empty() || t == 0) return;
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
-    const unsigned lift = static_cast<unsigned>(t * 80 / 100);   // share of the way to white, /256
-    const unsigned soften = static_cast<unsigned>(t * 90 / 100); // share of the way to grey, /256
-    const int speckFrom = 255 - t * 150 / 100;                   // tooth above this shows paper
+    const int lift = t * 64 / 100;           // share of the way to white everywhere, out of 256
+    const unsigned soften = t * 80 / 100;    // share of the way to grey, out of 256
+    const int skipFrom = 255 - t * 90 / 100; // tooth above this lets the paper through
     const std::size_t n = static_cast<std::size_t>(e.cols);
     std::vector<u16> whiten(n);
     std::vector<u8> grey(n);
     std::vector<u8> result(3 * n);
     for (int y = 0; y < e.rows; ++y) {
         for (int x = 0; x < e.cols; ++x) {
-            // Tooth: fine grain on a coarser, slightly slanted grain, like pressed paper fibres.
+            // Strokes: grain cells eight pixels long along the diagonal, one pixel across it.
+            const auto along = static_cast<std::uint32_t>((x + y) >> 3);
+            const auto across = static_cast<std::uint32_t>(x - y + 4096);
+            const int stroke = filt::positionGrain(along, across, 1);
             const int fine =
-                filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 1);
-            const int coarse = filt::positionGrain(static_cast<std::uint32_t>((x + y / 2) >> 1),
-                                                   static_cast<std::uint32_t>(y >> 1), 2);
-            const int tooth = (fine + 3 * coarse) >> 2;
-            const int speck = tooth > speckFrom ? (tooth - speckFrom) * 4 : 0;
-            whiten[static_cast<std::size_t>(x)] =
-                static_cast<u16>(std::min(256, static_cast<int>(lift) + speck));
+                filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
+            const int tooth = (3 * stroke + fine) >> 2;
+            const int skip = tooth > skipFrom ? (tooth - skipFrom) * 3 : 0;
+            whiten[static_cast<std::size_t>(x)] = static_cast<u16>(std::min(256, lift + skip));
         }
         lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
         for (int c = 0; c < 3; ++c) {
@@ -259,17 +310,17 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     if (e.empty()) return;
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const NightTables& t = nightTables();
-    const std::vector<u16> fx = falloff(e.cols, 72);
-    const std::vector<u16> fy = falloff(e.rows, 72);
+    const std::vector<u16> fx = falloff(e.cols, 60);
+    const std::vector<u16> fy = falloff(e.rows, 60);
     const std::size_t n = static_cast<std::size_t>(e.cols);
     std::vector<u8> grey(n);
+    std::vector<u8> grainLine(n);
     for (int y = 0; y < e.rows; ++y) {
         lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
+        filt::grainRow(static_cast<std::uint32_t>(y), 3, grainLine.data(), e.cols);
         for (std::size_t x = 0; x < n; ++x) {
             const int keep = 256 - fx[x] - fy[static_cast<std::size_t>(y)];
-            const int grain =
-                (filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 3) - 128) /
-                12;
+            const int grain = (grainLine[x] - 128) / 20;
             grey[x] = static_cast<u8>(filt::clampInt(((t.gain[grey[x]] * keep) >> 8) + grain, 0, 255));
         }
         u8* r = out[0].row(y);

@@ -12,6 +12,7 @@
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
