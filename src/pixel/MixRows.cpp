@@ -13,7 +13,8 @@ void putRow(std::uint8_t* dst, const std::uint8_t* src, const std::uint8_t* mask
 }
 } // namespace
 
-void rollRows(Out a, const Extent& e, int shift, const std::uint8_t* mask, std::vector<std::uint8_t>& scratch) {
+void rollRows(Out a, const Extent& e, int shift, const std::uint8_t* mask,
+              std::vector<std::uint8_t>& scratch) {
     const int n = e.rows;
     if (e.empty()) return;
     shift %= n;
@@ -41,7 +42,8 @@ In snapshot(In src, const Extent& e, std::vector<std::uint8_t>& store) {
     if (e.empty()) return src;
     store.resize(static_cast<std::size_t>(e.cols) * static_cast<std::size_t>(e.rows));
     for (int y = 0; y < e.rows; ++y)
-        std::memcpy(store.data() + static_cast<std::size_t>(y) * e.cols, src[y], static_cast<std::size_t>(e.cols));
+        std::memcpy(store.data() + static_cast<std::size_t>(y) * e.cols, src[y],
+                    static_cast<std::size_t>(e.cols));
     return {store.data(), e.cols};
 }
 

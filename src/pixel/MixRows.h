@@ -33,44 +33,56 @@ struct In {
     bool aliases(const Out& o) const { return base == o.base; }
 };
 
-inline Out out(Plane& p) { return {p.data(), p.cols()}; }
-inline In in(const Plane& p) { return {p.data(), p.cols()}; }
+inline Out out(Plane& p) {
+    return {p.data(), p.cols()};
+}
+inline In in(const Plane& p) {
+    return {p.data(), p.cols()};
+}
 
 // The three result planes of an operation, taken writable in channel order.
 struct Outs {
     Out c[3];
 };
-inline Outs outs(Plane& R, Plane& G, Plane& B) { return {{out(R), out(G), out(B)}}; }
+inline Outs outs(Plane& R, Plane& G, Plane& B) {
+    return {{out(R), out(G), out(B)}};
+}
 
 // The three input planes; take them only after the result planes.
 struct Ins {
     In c[3];
 };
-inline Ins ins(const Plane& R, const Plane& G, const Plane& B) { return {{in(R), in(G), in(B)}}; }
+inline Ins ins(const Plane& R, const Plane& G, const Plane& B) {
+    return {{in(R), in(G), in(B)}};
+}
 
 // Runs line(a, n) over every row of one plane.
 template <class Line> void eachRow(Out a, const Extent& e, Line&& line) {
-    for (int y = 0; y < e.rows; ++y) line(a[y], e.cols);
+    for (int y = 0; y < e.rows; ++y)
+        line(a[y], e.cols);
 }
 
 // Runs line(a, b, n) over every row of one result plane and its input plane.
 template <class Line> void eachRow(Out a, In b, const Extent& e, Line&& line) {
-    for (int y = 0; y < e.rows; ++y) line(a[y], b[y], e.cols);
+    for (int y = 0; y < e.rows; ++y)
+        line(a[y], b[y], e.cols);
 }
 
 // Two-picture pixel operations: line(a, b, n) on every row of the three channel pairs.
 template <class Line>
-void eachPair(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, const Extent& e,
-              Line&& line) {
+void eachPair(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+              const Extent& e, Line&& line) {
     if (e.empty()) return;
     const Outs a = outs(AR, AG, AB);
     const Ins b = ins(BR, BG, BB);
-    for (int c = 0; c < 3; ++c) eachRow(a.c[c], b.c[c], e, line);
+    for (int c = 0; c < 3; ++c)
+        eachRow(a.c[c], b.c[c], e, line);
 }
 
 // Copies cells [from, to) of one row; memmove because a row may be copied onto itself.
 inline void copySpan(std::uint8_t* dst, const std::uint8_t* src, int from, int to) {
-    if (to > from && dst + from != src + from) std::memmove(dst + from, src + from, static_cast<std::size_t>(to - from));
+    if (to > from && dst + from != src + from)
+        std::memmove(dst + from, src + from, static_cast<std::size_t>(to - from));
 }
 
 inline void moveCells(std::uint8_t* dst, const std::uint8_t* src, int n) {
@@ -104,23 +116,42 @@ inline void nearestMap(int k, int n, std::vector<int>& map) {
     }
 }
 
-// Writes rows [y0, y1) from source rows src(y) in an order that stays correct when source and
-// result are one buffer: rows that read from above are done bottom-up, rows that read from below
-// top-down. Requires src(y) - y to be non-decreasing, as it is for shifts and for nearestMap bands.
-template <class Src, class Line> void mapRows(int y0, int y1, Src src, Line&& line) {
+// Writes rows [y0, y1) from source rows y + delta, in an order that stays correct when source and
+// result are one buffer: top-down when reading from below, bottom-up when reading from above.
+template <class Line> void shiftRows(int y0, int y1, int delta, Line&& line) {
+    if (delta >= 0) {
+        for (int y = y0; y < y1; ++y)
+            line(y, y + delta);
+    } else {
+        for (int y = y1 - 1; y >= y0; --y)
+            line(y, y + delta);
+    }
+}
+
+// Writes rows y0 .. y0 + map.size() - 1 from source rows map[y - y0], a nearestMap band. In such a
+// band the source runs ahead of the result by a growing amount, so the rows that read from above
+// come first, bottom-up, and the rest top-down: correct in place as well.
+template <class Line> void mapRows(int y0, const std::vector<int>& map, Line&& line) {
+    const int y1 = y0 + static_cast<int>(map.size());
+    auto src = [&](int y) { return map[static_cast<std::size_t>(y - y0)]; };
     int split = y0;
-    while (split < y1 && src(split) < split) ++split;
-    for (int y = split - 1; y >= y0; --y) line(y, src(y));
-    for (int y = split; y < y1; ++y) line(y, src(y));
+    while (split < y1 && src(split) < split)
+        ++split;
+    for (int y = split - 1; y >= y0; --y)
+        line(y, src(y));
+    for (int y = split; y < y1; ++y)
+        line(y, src(y));
 }
 
 // Rotates rows 0..e.rows-1 of a plane downwards by `shift` with wrap-around (row y goes to row
 // y + shift), in place with one scratch row. With a mask only cells whose mask byte is 0xFF move.
-void rollRows(Out a, const Extent& e, int shift, const std::uint8_t* mask, std::vector<std::uint8_t>& scratch);
+void rollRows(Out a, const Extent& e, int shift, const std::uint8_t* mask,
+              std::vector<std::uint8_t>& scratch);
 
 // a[i] = mask[i] ? b[i] : a[i] over n cells, for masks of 0x00 / 0xFF bytes.
 inline void maskedCopy(std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* mask, int n) {
-    for (int i = 0; i < n; ++i) a[i] = static_cast<std::uint8_t>((b[i] & mask[i]) | (a[i] & ~mask[i]));
+    for (int i = 0; i < n; ++i)
+        a[i] = static_cast<std::uint8_t>((b[i] & mask[i]) | (a[i] & ~mask[i]));
 }
 
 // Copies the extent of a plane into `store` and returns rows reading from the copy. For the rare

@@ -21,19 +21,21 @@ void MixBufferColor(Plane& AR, Plane& AG, Plane& AB, int red, int green, int blu
 void MixBufferNegative(Plane& AR, Plane& AG, Plane& AB, int pct, int w, int h);
 // channels 1 R, 2 G, 3 B, 4 RG, 5 RB, 6 GB stay; pct: share of the untouched picture. Either sense.
 void MixBufferChannels(Plane& AR, Plane& AG, Plane& AB, int pct, int channels, int w, int h);
-void FiftyMixBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                     int h);
-void AddBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h);
-void MultiplyBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                     int h);
+void FiftyMixBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+                     int w, int h);
+void AddBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                int h);
+void MultiplyBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+                     int w, int h);
 void DarkenBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                    int h);
 void LightenBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                     int h);
-void DiffBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h);
+void DiffBuffers(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                 int h);
 // M = 0 keeps A, 255 gives B. Bound sense.
-void AlphaMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, const Plane& M,
-              int w, int h);
+void AlphaMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+              const Plane& M, int w, int h);
 // A pixel takes B where M < level: level 0 keeps A, 256 gives B everywhere. Bound sense.
 void AlphaMixThresh(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
                     const Plane& M, int level, int w, int h);
@@ -44,15 +46,19 @@ void FillBufferColor(Plane& AR, Plane& AG, Plane& AB, int red, int green, int bl
 // Copies the rectangle (x1,y1)-(x2,y2), corners inclusive, from B into A.
 void BoxMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
             int x1, int y1, int x2, int y2);
-// level 0 keeps A, 255 gives B; mode 1 horizontal slats, 2 vertical.
-void BlindMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-              int level, int mode);
+// level 0 keeps A, 255 gives B; mode 1 horizontal slats, 2 vertical. Ten slats, opening together.
+void BlindMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+              int h, int level, int mode);
 // leaf: width of each door leaf; 0 keeps A, half the size gives B. mode 1 left/right, 2 top/bottom.
+// The leaves carry B's two halves and slide in from the edges (see Patterns.cpp).
 void DoorMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
              int leaf, int mode);
 // stripe: twice the user's stripe size; reveal 0..W (mode 1, horizontal stripes) or 0..H (mode 2).
-void StripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-               int stripe, int reveal, int mode);
+// StripeMix: reveal 0 keeps A, the full size gives B.
+void StripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+               int h, int stripe, int reveal, int mode);
+// The moving stripes run the other way round, as their callers pass the arriving picture as A:
+// reveal 0 gives B, the full size leaves A (see Patterns.cpp).
 void SlideStripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                     int h, int stripe, int reveal, int mode);
 void PushStripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
@@ -60,14 +66,15 @@ void PushStripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
 
 // --- moves (bound sense) ----------------------------------------------------------------------
 // B laid over A displaced by offset toward mode 1 left, 2 right, 3 top, 4 bottom; 0 gives B.
-void SlideOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-                  int offset, int mode);
+void SlideOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                  int h, int offset, int mode);
 // SlideOverlay with alpha: N is the frame's alpha, M (fresh, zero) receives it as it lies after the move.
-void ASlideOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, Plane& M,
-                   const Plane& N, int w, int h, int offset, int mode);
+// A receives the plain slide; N travels with B (see Moves.cpp).
+void ASlideOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
+                   Plane& M, const Plane& N, int w, int h, int offset, int mode);
 // A and B move as one strip; the same triple may be A and B (a roll). Modes as documented in Moves.cpp.
-void PushOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-                 int offset, int mode);
+void PushOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
+                 int h, int offset, int mode);
 void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
                     int h, int right, int bottom, int left, int top, int mode);
 // A is the frame; B the source and C its saved copy. Writes both A and B (see Moves.cpp).

@@ -1,0 +1,150 @@
+// Resampling a picture to another size.
+//
+// Separable filter, chosen per axis: shrinking averages the source cells under each target cell
+// (area weights, so a fine pattern turns into its mean grey instead of aliasing), enlarging
+// interpolates linearly between the two nearest cell centres. An axis of equal size is an exact
+// copy. Each target row gathers its source rows into one float row, which is then resampled across.
+
+#include "pixel/MixRows.h"
+#include "pixel/Mixing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace krl {
+
+namespace {
+using mix::In;
+using mix::Out;
+
+// For each of `dst` target cells: the first of `taps` source cells and their weights. Every window
+// lies inside the source, so the inner loops need no bounds checks.
+struct Taps {
+    int taps = 1;
+    std::vector<int> first;
+    std::vector<float> weight; // dst * taps
+
+    const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
+};
+
+Taps makeTaps(int dst, int src) {
+    Taps t;
+    t.first.resize(static_cast<std::size_t>(dst));
+    const double scale = static_cast<double>(src) / dst;
+    t.taps = dst == src ? 1 : src > dst ? static_cast<int>(std::ceil(scale)) + 1 : 2;
+    t.taps = std::min(t.taps, src);
+    t.weight.assign(static_cast<std::size_t>(dst) * t.taps, 0.0f);
+    std::vector<double> w(static_cast<std::size_t>(std::max(t.taps, 2)));
+    for (int i = 0; i < dst; ++i) {
+        // Weights by source cell, gathered first and then placed in a window that fits the source.
+        int j0 = i, count = 1;
+        w[0] = 1.0;
+        if (src > dst) {
+            // Target cell i covers source span [i*scale, (i+1)*scale); each source cell weighs by overlap.
+            const double lo = i * scale, hi = (i + 1) * scale;
+            j0 = static_cast<int>(lo);
+            count = 0;
+            for (int j = j0; j < src && j < hi && count < t.taps; ++j)
+                w[static_cast<std::size_t>(count++)] =
+                    (std::min<double>(hi, j + 1) - std::max<double>(lo, j)) / scale;
+        } else if (src < dst) {
+            // Enlarging: target centre (i + 0.5) lands at source position (i + 0.5) * scale - 0.5.
+            const double pos = std::clamp((i + 0.5) * scale - 0.5, 0.0, static_cast<double>(src - 1));
+            j0 = std::min(static_cast<int>(pos), src - 1);
+            const double f = pos - j0;
+            count = j0 + 1 < src ? 2 : 1;
+            w[0] = count == 2 ? 1.0 - f : 1.0;
+            w[1] = f;
+        }
+        const int start = std::clamp(j0, 0, src - t.taps);
+        t.first[static_cast<std::size_t>(i)] = start;
+        float* out = t.weight.data() + static_cast<std::size_t>(i) * t.taps;
+        for (int k = 0; k < count; ++k)
+            out[j0 - start + k] = static_cast<float>(w[static_cast<std::size_t>(k)]);
+    }
+    return t;
+}
+
+std::uint8_t toByte(float v) {
+    return static_cast<std::uint8_t>(std::clamp(v + 0.5f, 0.0f, 255.0f));
+}
+
+// Resamples one row of accumulated columns across, with the tap count known to the compiler.
+template <int T> void acrossFixed(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    for (int x = 0; x < n; ++x) {
+        const float* w = t.of(x);
+        const float* s = acc + t.first[static_cast<std::size_t>(x)];
+        float v = 0.0f;
+        for (int k = 0; k < T; ++k)
+            v += w[k] * s[k];
+        dst[x] = toByte(v);
+    }
+}
+
+void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    switch (t.taps) {
+    case 1:
+        return acrossFixed<1>(acc, dst, n, t);
+    case 2:
+        return acrossFixed<2>(acc, dst, n, t);
+    case 3:
+        return acrossFixed<3>(acc, dst, n, t);
+    case 4:
+        return acrossFixed<4>(acc, dst, n, t);
+    default:
+        for (int x = 0; x < n; ++x) {
+            const float* w = t.of(x);
+            const float* s = acc + t.first[static_cast<std::size_t>(x)];
+            float v = 0.0f;
+            for (int k = 0; k < t.taps; ++k)
+                v += w[k] * s[k];
+            dst[x] = toByte(v);
+        }
+    }
+}
+
+} // namespace
+
+void ResizeBuffer(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int aw,
+                  int ah, int bw, int bh) {
+    const Extent ea = boundExtent(aw, ah, AR, AG, AB);
+    const Extent eb = boundExtent(bw, bh, BR, BG, BB);
+    if (ea.empty() || eb.empty()) return;
+    const mix::Outs a = mix::outs(AR, AG, AB);
+    const mix::Ins b = mix::ins(BR, BG, BB);
+    if (ea.cols == eb.cols && ea.rows == eb.rows) {
+        for (int c = 0; c < 3; ++c)
+            for (int y = 0; y < ea.rows; ++y)
+                mix::moveCells(a.c[c][y], b.c[c][y], ea.cols);
+        return;
+    }
+    const Taps tx = makeTaps(ea.cols, eb.cols);
+    const Taps ty = makeTaps(ea.rows, eb.rows);
+    std::vector<float> acc(static_cast<std::size_t>(eb.cols));
+    std::vector<std::uint8_t> store;
+    for (int c = 0; c < 3; ++c) {
+        const Out pa = a.c[c];
+        In pb = b.c[c];
+        if (pb.aliases(pa)) pb = mix::snapshot(pb, eb, store); // resizing a plane into itself
+        for (int y = 0; y < ea.rows; ++y) {
+            // Down the columns: gather the weighted source rows of this target row, then across.
+            const int y0 = ty.first[static_cast<std::size_t>(y)];
+            const float* wy = ty.of(y);
+            float* s = acc.data();
+            const std::uint8_t* first = pb[y0];
+            for (int x = 0; x < eb.cols; ++x)
+                s[x] = wy[0] * static_cast<float>(first[x]);
+            for (int k = 1; k < ty.taps; ++k) {
+                const float wk = wy[k];
+                if (wk == 0.0f) continue;
+                const std::uint8_t* src = pb[y0 + k];
+                for (int x = 0; x < eb.cols; ++x)
+                    s[x] += wk * static_cast<float>(src[x]);
+            }
+            across(s, pa[y], ea.cols, tx);
+        }
+    }
+}
+
+} // namespace krl

@@ -1,0 +1,183 @@
+// Where the patterns and moves put each pixel. Horizontal modes are checked cell by cell on pictures
+// whose cells name their position; each vertical mode must be its horizontal twin on the transposed
+// picture.
+
+#include "mixing_support.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <tuple>
+
+namespace krl::mixtest {
+namespace {
+
+const Op& find(const std::string& name) {
+    static const std::vector<Op> all = twoPictureOps();
+    return *std::find_if(all.begin(), all.end(), [&](const Op& op) { return op.name == name; });
+}
+
+const std::pair<const char*, const char*> kTwins[] = {
+    {"BlindMix2", "BlindMix1"},
+    {"DoorMix2", "DoorMix1"},
+    {"StripeMix2", "StripeMix1"},
+    {"SlideStripeMix2", "SlideStripeMix1"},
+    {"PushStripeMix2", "PushStripeMix1"},
+    {"SqueezeOverlay2", "SqueezeOverlay1"},
+    {"SlideOverlay3", "SlideOverlay1"},
+    {"SlideOverlay4", "SlideOverlay2"},
+    {"PushOverlay3", "PushOverlay1"},
+    {"PushOverlay4", "PushOverlay1"},
+    {"StretchOverlay3", "StretchOverlay1"},
+    {"StretchOverlay4", "StretchOverlay2"},
+    {"StretchOverlay6", "StretchOverlay5"},
+};
+
+class Twins : public ::testing::TestWithParam<std::tuple<int, std::pair<int, int>>> {};
+
+TEST_P(Twins, VerticalModeIsTheHorizontalOneTransposed) {
+    const auto [vertical, horizontal] = kTwins[std::get<0>(GetParam())];
+    const auto [W, H] = std::get<1>(GetParam());
+    const Pic a = noise(W, H, 1), b = noise(W, H, 2);
+    for (int level = -1; level <= H + 1; ++level)
+        for (bool same : {false, true}) { // also with one picture passed as both triples
+            Pic v = a, vb = b, t = transposed(a), tb = transposed(b);
+            find(vertical).run(v, same ? v : vb, W, H, level);
+            find(horizontal).run(t, same ? t : tb, H, W, level);
+            ASSERT_TRUE(v == transposed(t)) << "level " << level << (same ? " with A as B" : "");
+        }
+}
+
+std::string twinName(const ::testing::TestParamInfo<Twins::ParamType>& info) {
+    const auto [w, h] = std::get<1>(info.param);
+    return std::string(kTwins[std::get<0>(info.param)].first) + "_" + std::to_string(w) + "x" +
+           std::to_string(h);
+}
+INSTANTIATE_TEST_SUITE_P(Pairs, Twins,
+                         ::testing::Combine(::testing::Range(0, static_cast<int>(std::size(kTwins))),
+                                            ::testing::Values(std::pair{0, 0}, std::pair{1, 0},
+                                                              std::pair{6, 4}, std::pair{7, 5},
+                                                              std::pair{3, 12})),
+                         twinName);
+
+// Runs `call` on position-coded pictures of 12 columns (W = 11, H = 5) and tells where each cell of
+// row y came from: "B4" is column 4 of B.
+template <class Call> std::string after(Call call, int y) {
+    Pic a = coded(11, 5), b = coded(11, 5);
+    b.b.fill(200);
+    call(a, b);
+    std::string s;
+    for (int x = 0; x <= 11; ++x)
+        s += (x ? " " : "") + std::string(a.b.at(x, y) == 200 ? "B" : "A") + std::to_string(a.r.at(x, y));
+    return s;
+}
+#define KRL_AFTER(y, ...) after([](Pic& a, [[maybe_unused]] Pic& b) { __VA_ARGS__; }, y)
+
+TEST(Moves, SlidesLayBOverStillAAndCarryTheAlpha) {
+    EXPECT_EQ(KRL_AFTER(2, SlideOverlay(T3(a), T3(b), 11, 5, 4, 1)),
+              "B4 B5 B6 B7 B8 B9 B10 B11 A8 A9 A10 A11");
+    EXPECT_EQ(KRL_AFTER(2, SlideOverlay(T3(a), T3(b), 11, 5, 4, 2)), "A0 A1 A2 A3 B0 B1 B2 B3 B4 B5 B6 B7");
+    const Plane alpha = noisePlane(11, 5, 3);
+    Plane moved = flatPlane(11, 5, 77); // whatever the caller left there, the vacated part ends up clear
+    Pic a = noise(11, 5, 1), plain = a, b = noise(11, 5, 2);
+    ASlideOverlay(T3(a), T3(b), moved, alpha, 11, 5, 4, 2);
+    SlideOverlay(T3(plain), T3(b), 11, 5, 4, 2);
+    EXPECT_TRUE(a == plain);
+    for (int x = 0; x <= 11; ++x)
+        ASSERT_EQ(moved.at(x, 3), x < 4 ? 0 : alpha.at(x - 4, 3));
+}
+
+TEST(Moves, PushShowsOneStripOfAThenB) {
+    EXPECT_EQ(KRL_AFTER(1, PushOverlay(T3(a), T3(b), 11, 5, 4, 1)), "A8 A9 A10 A11 B0 B1 B2 B3 B4 B5 B6 B7");
+    EXPECT_EQ(KRL_AFTER(1, PushOverlay(T3(a), T3(b), 11, 5, 4, 2)), "A4 A5 A6 A7 A8 A9 A10 A11 B0 B1 B2 B3");
+    // Pushed against itself the frame rolls round; the vertical roll is this one transposed (Twins).
+    EXPECT_EQ(KRL_AFTER(1, PushOverlay(T3(a), T3(a), 11, 5, 4, 1)), "A8 A9 A10 A11 A0 A1 A2 A3 A4 A5 A6 A7");
+}
+
+TEST(Moves, DoorLeavesCarryTheHalvesOfB) {
+    // Halves of 6 columns; each leaf 2 columns in, showing the inner strip of its half.
+    EXPECT_EQ(KRL_AFTER(3, DoorMix(T3(a), T3(b), 11, 5, 2, 1)), "B4 B5 A2 A3 A4 A5 A6 A7 A8 A9 B6 B7");
+    for (int w : {9, 11, 13}) { // callers round W / 2 to even: 4 of 4.5, 6 of 5.5, 6 of 6.5
+        Pic x = coded(w, 3), y = noise(w, 3, 5);
+        DoorMix(T3(x), T3(y), w, 3, static_cast<int>(std::nearbyint(w / 2.0)), 1);
+        EXPECT_TRUE(x == y) << w;
+    }
+}
+
+TEST(Moves, StripesInterleave) {
+    // Period 4: rows 0-1 lead, rows 2-3 trail. Plain stripes fill from opposite sides.
+    EXPECT_EQ(KRL_AFTER(1, StripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)), "B0 B1 B2 A3 A4 A5 A6 A7 A8 A9 A10 A11");
+    EXPECT_EQ(KRL_AFTER(2, StripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)), "A0 A1 A2 A3 A4 A5 A6 A7 A8 B9 B10 B11");
+    // Sliding stripes: B's stripes move off in opposite directions over A standing still.
+    EXPECT_EQ(KRL_AFTER(0, SlideStripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)),
+              "A0 A1 A2 B0 B1 B2 B3 B4 B5 B6 B7 B8");
+    EXPECT_EQ(KRL_AFTER(3, SlideStripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)),
+              "B3 B4 B5 B6 B7 B8 B9 B10 B11 A9 A10 A11");
+    // Pushed stripes: A's stripe comes in behind B's, which leaves.
+    EXPECT_EQ(KRL_AFTER(4, PushStripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)),
+              "A9 A10 A11 B0 B1 B2 B3 B4 B5 B6 B7 B8");
+    EXPECT_EQ(KRL_AFTER(2, PushStripeMix(T3(a), T3(b), 11, 5, 4, 3, 1)),
+              "B3 B4 B5 B6 B7 B8 B9 B10 B11 A0 A1 A2");
+}
+
+TEST(Moves, StretchAndSqueezeScaleWholePictures) {
+    EXPECT_EQ(KRL_AFTER(0, StretchOverlay(T3(a), T3(b), 11, 5, 6, 5, 0, 0, 1)),
+              "B1 B3 B5 B7 B9 B11 A6 A7 A8 A9 A10 A11");
+    EXPECT_EQ(KRL_AFTER(0, StretchOverlay(T3(a), T3(b), 11, 5, 6, 5, 0, 0, 2)),
+              "A0 A1 A2 A3 A4 A5 B1 B3 B5 B7 B9 B11");
+    EXPECT_EQ(KRL_AFTER(0, StretchOverlay(T3(a), T3(b), 11, 5, 8, 5, 3, 0, 5)),
+              "A0 A1 A2 B1 B3 B6 B8 B10 A8 A9 A10 A11");
+    EXPECT_EQ(KRL_AFTER(4, Pic c = b; SqueezeOverlay(T3(a), T3(b), T3(c), 11, 5, 3, 5, 0, 0, 1)),
+              "A2 A6 A10 B0 B2 B3 B4 B6 B7 B8 B10 B11");
+    for (bool swapped : {false, true}) { // the run may pass the source and its copy either way round
+        const Pic frame = noise(11, 5, 1), source = noise(11, 5, 2);
+        Pic a = frame, p2 = source, p3 = source;
+        SqueezeOverlay(T3(a), T3((swapped ? p3 : p2)), T3((swapped ? p2 : p3)), 11, 5, 3, 5, 0, 0, 1);
+        EXPECT_TRUE(a == (swapped ? p3 : p2));      // the frame and the source triple both hold the result
+        EXPECT_TRUE((swapped ? p2 : p3) == source); // the copy it reads from is left alone
+    }
+}
+
+TEST(Patterns, BoxesAndBlinds) {
+    const Pic a0 = noise(9, 99, 1), b = noise(9, 99, 2);
+    Pic a = a0;
+    BoxMix(T3(a), T3(b), 9, 99, 4, 1, 4, 5); // a closing box: corners inclusive, one column
+    BoxMix(T3(a), T3(b), 9, 99, 6, 0, 5, 9); // corners crossed: nothing
+    for (int y = 0; y <= 99; ++y)
+        for (int x = 0; x <= 9; ++x)
+            ASSERT_EQ(a.r.at(x, y), x == 4 && y >= 1 && y <= 5 ? b.r.at(x, y) : a0.r.at(x, y));
+    a = a0;
+    BlindMix(T3(a), T3(b), 9, 99, 128, 1); // ten slats of ten rows, each open from its top by 128/255
+    for (int y = 0; y <= 99; ++y)
+        ASSERT_TRUE(a.g.at(3, y) == (y % 10 < 5 ? b : a0).g.at(3, y)) << y;
+}
+
+TEST(Resize, CopiesEqualSizesKeepsFlatsAveragesAndInterpolates) {
+    const Pic src = noise(30, 20, 1);
+    Pic same = noise(30, 20, 9);
+    ResizeBuffer(T3(same), T3(src), 30, 20, 30, 20);
+    EXPECT_TRUE(same == src);
+    for (auto [w, h] : {std::pair{200, 120}, std::pair{7, 3}, std::pair{0, 0}, std::pair{30, 5}}) {
+        Pic out = noise(w, h, 2);
+        ResizeBuffer(T3(out), T3(flat(30, 20, 77)), w, h, 30, 20);
+        EXPECT_TRUE(out == flat(w, h, 77)) << w << "x" << h;
+    }
+    Pic checker = flat(39, 9, 0), half = flat(19, 4, 0);
+    for (int y = 0; y <= 9; ++y)
+        for (int x = 0; x <= 39; x += 2)
+            checker.r.at(x, y) = 254;
+    ResizeBuffer(T3(half), T3(checker), 19, 4, 39, 9);
+    EXPECT_TRUE(half.r == flatPlane(19, 4, 127));  // a fine pattern becomes its mean, not stripes
+    Pic ramp = flat(3, 0, 0), big = flat(7, 1, 0); // enlarging interpolates between neighbours
+    for (int x = 0; x <= 3; ++x)
+        ramp.g.at(x, 0) = static_cast<std::uint8_t>(60 * x);
+    ResizeBuffer(T3(big), T3(ramp), 7, 1, 3, 0);
+    const int expected[] = {0, 15, 45, 75, 105, 135, 165, 180};
+    ResizeBuffer(T3(ramp), T3(big), INT_MAX, -5, 40, 40); // sizes past the planes either way are clipped
+    ResizeBuffer(T3(big), T3(ramp), 3, 900, INT_MIN, 1);
+    for (int x = 0; x <= 7; ++x)
+        EXPECT_EQ(big.g.at(x, 1), expected[x]);
+}
+
+} // namespace
+} // namespace krl::mixtest
