@@ -1,6 +1,7 @@
 #include "host/HostState.h"
 
 #include "host/JsonText.h"
+#include "host/Resources.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,6 +12,7 @@ namespace {
 constexpr const char* kBoxTitle = "Kirrel";
 constexpr int kStartWidth = 320;
 constexpr int kStartHeight = 240;
+constexpr int kMaxFrames = 32767;
 
 // The host's answers when nobody is there to give one: messages pass, anything that needs an
 // answer stops the action (a session script without a queued answer).
@@ -47,7 +49,9 @@ HostState& runningHost() {
 
 HostState::HostState()
     : still_(Picture::filled(kStartWidth, kStartHeight, 0xFFFFFF)), alpha_(opaque(kStartWidth, kStartHeight)),
-      swap_(Picture::filled(kStartWidth, kStartHeight, 0xFFFFFF)) {}
+      swap_(Picture::filled(kStartWidth, kStartHeight, 0xFFFFFF)) {
+    initResources();
+}
 
 Responder& HostState::answerer() {
     static NobodyResponder nobody;
@@ -71,7 +75,8 @@ void HostState::gotoFrame(long long f) {
 }
 
 void HostState::insertFrame(long long n) {
-    if (!validFrame(n)) return;
+    // The panel reads the frame count as a 16-bit number: one frame more would read as negative.
+    if (!validFrame(n) || totalFrames() >= kMaxFrames) return;
     const auto at = static_cast<std::size_t>(n);
     Picture copy = frames_[at];
     frames_.insert(frames_.begin() + static_cast<std::ptrdiff_t>(at) + 1, std::move(copy));
@@ -89,7 +94,7 @@ void HostState::deleteFrame(long long f) {
 
 void HostState::createAnim(long long count) {
     if (count < 1) return;
-    count = std::min<long long>(count, 32767);
+    count = std::min<long long>(count, kMaxFrames);
     Picture pic = mainPicture();
     frames_.assign(static_cast<std::size_t>(count), pic);
     still_ = pic;

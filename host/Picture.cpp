@@ -5,14 +5,6 @@
 
 namespace kirrel::host {
 
-Picture Picture::filled(int w, int h, std::uint32_t packed) {
-    Picture p(w, h);
-    p.r.fill(packed & 255);
-    p.g.fill((packed >> 8) & 255);
-    p.b.fill((packed >> 16) & 255);
-    return p;
-}
-
 krl::Plane fitPlane(const krl::Plane& p, int w, int h) {
     if (p.width() == w && p.height() == h) return p;
     krl::Plane out(w, h);

@@ -1,24 +1,13 @@
 #pragma once
 // A picture as the host keeps it: three planes of one size.
 
-#include "pixel/Plane.h"
+#include "pixel/Triple.h"
 
 #include <cstdint>
 
 namespace kirrel::host {
 
-struct Picture {
-    krl::Plane r, g, b;
-
-    Picture() = default;
-    Picture(int w, int h) : r(w, h), g(w, h), b(w, h) {}
-    static Picture filled(int w, int h, std::uint32_t packed);
-
-    int width() const { return r.width(); }
-    int height() const { return r.height(); }
-    bool empty() const { return r.empty(); }
-    bool operator==(const Picture& o) const { return r == o.r && g == o.g && b == o.b; }
-};
+using Picture = krl::Triple;
 
 // Copies the overlapping part of a plane into a plane of the given bounds; the rest is zero.
 krl::Plane fitPlane(const krl::Plane& p, int w, int h);

@@ -8,7 +8,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
 #include <QProcess>
+
+#include <algorithm>
 
 namespace kirrel::test {
 
@@ -25,14 +29,19 @@ void HostTest::SetUp() {
 
 void HostTest::TearDown() {
     Vantry::setTraceSink({});
-    for (panel::FormBase* f : panel::FormBase::openForms()) delete f;
+    for (panel::FormBase* f : panel::FormBase::openForms())
+        delete f;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     host().setResponder(nullptr);
     panel::clearHostSettingsOverlay();
 }
 
-host::HostState& HostTest::host() { return host::runningHost(); }
-std::string HostTest::tempDir() const { return host::runningHost().tempDir(); }
+host::HostState& HostTest::host() const {
+    return host::runningHost();
+}
+std::string HostTest::tempDir() const {
+    return host::runningHost().tempDir();
+}
 
 std::vector<std::string> HostTest::calls(const std::string& name) const {
     std::vector<std::string> out;
@@ -78,8 +87,27 @@ std::string readFile(const QString& path) {
 }
 
 void writeFile(const QString& path, const std::string& bytes) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
     QFile f(path);
-    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate)) f.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+QJsonObject readJsonObject(const QString& path) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(path))).object();
+}
+
+std::string int16le(std::initializer_list<int> values) {
+    std::string out;
+    for (int v : values) {
+        out += static_cast<char>(v & 255);
+        out += static_cast<char>((v >> 8) & 255);
+    }
+    return out;
+}
+
+int lineCount(const std::string& text) {
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
 } // namespace kirrel::test

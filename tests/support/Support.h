@@ -5,11 +5,13 @@
 #include "host/HostState.h"
 #include "host/ScriptedResponder.h"
 
+#include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,7 @@ class HostTest : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    host::HostState& host();
+    host::HostState& host() const;
     host::ScriptedResponder responder;
     QTemporaryDir scratch;
     std::vector<std::string> trace;
@@ -39,9 +41,14 @@ struct RunResult {
     std::string out;
     std::string err;
 };
-// Writes the script to dir/name and runs `kirrel --script` on it (with --trace trace.txt in dir).
+// Writes the script to dir/name (name may hold a sub-folder) and runs `kirrel --script` on it from
+// dir, with --trace trace.txt in dir.
 RunResult runScript(const QString& dir, const std::string& json, const std::string& name = "session.json");
 std::string readFile(const QString& path);
-void writeFile(const QString& path, const std::string& bytes);
+void writeFile(const QString& path, const std::string& bytes); // makes the folder if missing
+QJsonObject readJsonObject(const QString& path);
+// Little-endian 16-bit numbers, as the .dat headers hold them.
+std::string int16le(std::initializer_list<int> values);
+int lineCount(const std::string& text);
 
 } // namespace kirrel::test
