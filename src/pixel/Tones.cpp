@@ -140,15 +140,15 @@ void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
     }
 }
 
-// A byte at or above level becomes 255, below it 0. level 0 (or less) gives 255 everywhere,
-// 256 (or more) gives 0 everywhere.
+// A byte above level becomes 255, the others 0. So level 255 or more (the callers' 256) gives 0
+// everywhere, and a plane of zeros stays zeros at every level: a mask that is empty never opens.
 void Threshold(Plane& M, int level, int w, int h) {
     const Extent e = countExtent(w, h, M);
     if (e.empty()) return;
     u8* base = M.data();
     const int stride = M.cols();
-    if (level <= 0 || level > 255) {
-        const u8 v = level <= 0 ? 255 : 0;
+    if (level < 0 || level > 254) {
+        const u8 v = level < 0 ? 255 : 0;
         for (int y = 0; y < e.rows; ++y)
             std::memset(base + static_cast<std::size_t>(y) * stride, v, static_cast<std::size_t>(e.cols));
         return;
@@ -157,7 +157,7 @@ void Threshold(Plane& M, int level, int w, int h) {
     for (int y = 0; y < e.rows; ++y) {
         u8* p = base + static_cast<std::size_t>(y) * stride;
         for (int x = 0; x < e.cols; ++x)
-            p[x] = p[x] >= cut ? 255 : 0;
+            p[x] = p[x] > cut ? 255 : 0;
     }
 }
 

@@ -77,13 +77,13 @@ TEST(FilterThreshold, CutsAtTheLevelAndTheEndsGiveOneValue) {
         m.at(x, 0) = static_cast<std::uint8_t>(x);
     Plane cut = m;
     krl::Threshold(cut, 128, 256, 1);
-    EXPECT_EQ(cut.at(127, 0), 0);
-    EXPECT_EQ(cut.at(128, 0), 255);
-    for (int level : {0, 256, -5, 1000}) {
+    EXPECT_EQ(cut.at(128, 0), 0);
+    EXPECT_EQ(cut.at(129, 0), 255);
+    for (int level : {0, 255, 256, -5, 1000}) {
         Plane p = m;
         krl::Threshold(p, level, 256, 1);
         for (int x = 0; x <= 255; ++x)
-            ASSERT_EQ(p.at(x, 0), level <= 0 ? 255 : 0) << level;
+            ASSERT_EQ(p.at(x, 0), level < 0 || x > level ? 255 : 0) << level;
     }
 }
 
