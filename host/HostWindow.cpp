@@ -183,21 +183,19 @@ void HostWindow::buildToolBar() {
     bar->addSeparator();
     bar->addAction(action("undo"));
     bar->addSeparator();
+    // Toolbar buttons show the actions' short icon texts.
     auto textAction = [&](const char* name, const QString& text, const QString& tip) {
         QAction* a = action(name);
-        auto* b = new QToolButton(bar);
-        b->setDefaultAction(a);
-        b->setText(text);
-        b->setToolTip(tip);
-        b->setToolButtonStyle(Qt::ToolButtonTextOnly);
-        bar->addWidget(b);
+        a->setIconText(text);
+        a->setToolTip(tip);
+        bar->addAction(a);
     };
     textAction("zoomFit", "Fit", "Fit the picture to the window (Ctrl+0)");
     textAction("zoomActual", "1:1", "Show every pixel once (Ctrl+1)");
     textAction("zoomOut", "−", "Zoom out (Ctrl+-)");
     textAction("zoomIn", "+", "Zoom in (Ctrl++)");
     bar->addSeparator();
-    textAction("showAlpha", "Alpha", "Show the alpha channel over a checkerboard");
+    textAction("showAlpha", "Alpha", "Show the alpha channel over a checkerboard (Ctrl+Shift+A)");
     bar->addSeparator();
     textAction("showPanel", "Kirrel Panel", "Bring the Kirrel panel to the front (F2)");
     lockable_.push_back(bar);
@@ -294,8 +292,8 @@ void HostWindow::buildSidePanel() {
     auto* alphaRow = new QHBoxLayout;
     alphaRow->addWidget(buttonFor(alphaBox, "clearAlpha", "Clear"));
     alphaRow->addWidget(buttonFor(alphaBox, "fillAlpha", "Fill"));
-    alphaRow->addWidget(buttonFor(alphaBox, "alphaFromImage", "From Image…"));
     alphaColumn->addLayout(alphaRow);
+    alphaColumn->addWidget(buttonFor(alphaBox, "alphaFromImage", "Alpha from Image…"));
     column->addWidget(alphaBox);
 
     auto* colourBox = new QGroupBox("Colours", sidePanel_);
@@ -312,7 +310,8 @@ void HostWindow::buildSidePanel() {
 
     dock->setWidget(sidePanel_);
     addDockWidget(Qt::RightDockWidgetArea, dock);
-    resizeDocks({dock}, {220}, Qt::Horizontal);
+    // The canvas gets the room; the side panel starts narrow (docks take their size once shown).
+    QTimer::singleShot(0, this, [this, dock] { resizeDocks({dock}, {240}, Qt::Horizontal); });
     lockable_.push_back(sidePanel_);
 }
 

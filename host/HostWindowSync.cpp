@@ -251,17 +251,21 @@ bool HostWindow::eventFilter(QObject* watched, QEvent* event) {
 void HostWindow::placeForm(QWidget* form) {
     // A dialog opens where the panel stands, since it takes the panel's place; the panel itself
     // stands beside the window when the screen has room, else over the canvas's top right corner.
-    for (const QPointer<QWidget>& other : placedForms_)
-        if (other && other != form && other->objectName() == "Mainfrm") {
-            form->move(other->pos());
-            return;
-        }
+    // Either way the whole form stays on the screen.
     const QRect frame = frameGeometry();
     const QScreen* screen = this->screen();
     const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1400, 900);
-    const int width = form->frameGeometry().width();
+    const QSize size = form->frameGeometry().size();
     QPoint at(frame.right() + 8, frame.top() + 40);
-    if (at.x() + width > room.right()) at.setX(std::max(room.left(), frame.right() - width - 250));
+    bool besidePanel = false;
+    for (const QPointer<QWidget>& other : placedForms_)
+        if (other && other != form && other->objectName() == "Mainfrm") {
+            at = other->pos();
+            besidePanel = true;
+        }
+    if (!besidePanel && at.x() + size.width() > room.right()) at.setX(frame.right() - size.width() - 250);
+    at.setX(std::clamp(at.x(), room.left(), std::max(room.left(), room.right() - size.width())));
+    at.setY(std::clamp(at.y(), room.top(), std::max(room.top(), room.bottom() - size.height())));
     form->move(at);
 }
 

@@ -4,9 +4,11 @@
 
 #include "HostWindowSupport.h"
 
-#include "host/CanvasImage.h"
 #include "host/BufferThumbnail.h"
+#include "host/CanvasImage.h"
 #include "host/CanvasView.h"
+#include "host/ColourSwatches.h"
+#include "host/FrameBar.h"
 #include "host/PngSequence.h"
 #include "host/SelectionOutline.h"
 #include "panel/Vantry.h"
@@ -16,6 +18,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSlider>
 
 #include <algorithm>
 
@@ -194,6 +197,37 @@ TEST_F(HostWindowTest, UnsavedChangesAreNotDiscardedWithoutAsking) {
     EXPECT_EQ(host().totalFrames(), 0);
     EXPECT_EQ(host().bufferWidth(), 20);
     EXPECT_EQ(host().swapPicture().width(), 20); // the swap picture follows the new size
+}
+
+TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
+    auto* swatches = window->findChild<host::ColourSwatches*>("colourSwatches");
+    ASSERT_NE(swatches, nullptr);
+    emit swatches->coloursChosen(QColor(10, 20, 30), QColor(200, 100, 50));
+    EXPECT_EQ(host().primaryColor(), 10u | (20u << 8) | (30u << 16));
+    EXPECT_EQ(host().secondaryColor(), 200u | (100u << 8) | (50u << 16));
+    settle();
+    EXPECT_EQ(swatches->primary(), QColor(10, 20, 30));
+    Vantry::Vantry_Class van;
+    van.Van_SetPrimaryColor(1, 2, 3);
+    settle();
+    EXPECT_EQ(swatches->primary(), QColor(1, 2, 3));
+
+    // Duplicating the current frame inserts a copy after it and moves there.
+    van.Van_GotoFrame(4);
+    const host::Picture four = host().framePicture(4);
+    window->action("duplicateFrame")->trigger();
+    EXPECT_EQ(host().totalFrames(), 13);
+    EXPECT_EQ(host().currentFrame(), 5);
+    EXPECT_EQ(host().framePicture(5), four);
+    // Deleting asks, and "No" deletes nothing.
+    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::No)->click(); });
+    window->action("deleteFrame")->trigger();
+    EXPECT_EQ(host().totalFrames(), 13);
+    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes)->click(); });
+    window->action("deleteFrame")->trigger();
+    EXPECT_EQ(host().totalFrames(), 12);
+    settle();
+    EXPECT_EQ(window->frameBar()->slider()->maximum(), 11);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include "host/CanvasView.h"
 #include "host/FrameBar.h"
+#include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/Panel.h"
 #include "panel/Vantry.h"
@@ -14,8 +15,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QSlider>
 
 namespace kirrel::test {
@@ -162,6 +165,40 @@ TEST_F(HostWindowTest, StopAnimationStopsPlayback) {
     van.Van_Lock();
     EXPECT_FALSE(bar->playing());
     van.Van_Unlock();
+}
+
+} // namespace
+} // namespace kirrel::test
+
+namespace kirrel::test {
+namespace {
+
+TEST_F(HostWindowTest, ClosingTheHostEndsTheProgramThroughThePanel) {
+    int endings = 0;
+    setProgramEndHandler([&] { ++endings; });
+    struct ForgetHandler {
+        ~ForgetHandler() { setProgramEndHandler({}); }
+    } forget;
+    panel::startPanel();
+    writeFile(QString::fromStdString(tempDir() + "/AnimUndo.dat"), "x");
+
+    // Unsaved frames: the window asks first, and "No" keeps everything open.
+    Vantry::Vantry_Class van;
+    van.Van_SetBbuffer(krl::Plane(64, 48));
+    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::No)->click(); });
+    EXPECT_FALSE(window->close());
+    EXPECT_FALSE(programEnded());
+    EXPECT_NE(panel::FormBase::find("Mainfrm"), nullptr);
+
+    // "Yes": the panel's own quit runs, with its clean-up question, and the program ends.
+    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
+    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes)->click(); });
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(programEnded());
+    EXPECT_EQ(endings, 1);
+    ASSERT_FALSE(host().dialogs().empty());
+    EXPECT_EQ(host().dialogs().back().text, "\nClear Animation Undo file?");
+    EXPECT_EQ(calls("Van_Unlock").size(), 1u); // the panel leaves the host usable
 }
 
 } // namespace
