@@ -6,8 +6,14 @@
 #include <QImageReader>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <stdexcept>
+
+#if defined(__unix__)
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace kirrel::host {
 
@@ -28,7 +34,8 @@ class Reader {
         return static_cast<std::int16_t>(b[0] | (b[1] << 8));
     }
     void bytes(void* out, qint64 n) {
-        if (file_.read(static_cast<char*>(out), n) != n) throw fileError(path_, "is shorter than its header says");
+        if (file_.read(static_cast<char*>(out), n) != n)
+            throw fileError(path_, "is shorter than its header says");
     }
     krl::Plane plane(int w, int h) {
         krl::Plane p(w, h);
@@ -37,7 +44,8 @@ class Reader {
     }
     // Refuses sizes that the file cannot hold, before anything is allocated.
     void expect(qint64 bytesNeeded) {
-        if (bytesNeeded > file_.size() - file_.pos()) throw fileError(path_, "is shorter than its header says");
+        if (bytesNeeded > file_.size() - file_.pos())
+            throw fileError(path_, "is shorter than its header says");
     }
 
   private:
@@ -48,14 +56,17 @@ class Reader {
 class Writer {
   public:
     explicit Writer(const QString& path) : file_(path), path_(path) {
-        if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate)) throw fileError(path, "cannot be written");
+        if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            throw fileError(path, "cannot be written");
     }
     void int16(int v) {
-        const unsigned char b[2] = {static_cast<unsigned char>(v & 255), static_cast<unsigned char>((v >> 8) & 255)};
+        const unsigned char b[2] = {static_cast<unsigned char>(v & 255),
+                                    static_cast<unsigned char>((v >> 8) & 255)};
         bytes(b, 2);
     }
     void bytes(const void* p, qint64 n) {
-        if (n > 0 && file_.write(static_cast<const char*>(p), n) != n) throw fileError(path_, "could not be written");
+        if (n > 0 && file_.write(static_cast<const char*>(p), n) != n)
+            throw fileError(path_, "could not be written");
     }
     void plane(const krl::Plane& p) { bytes(p.data(), static_cast<qint64>(p.size())); }
     void picture(const Picture& p) {
@@ -73,7 +84,9 @@ void checkBounds(const QString& path, int w, int h) {
     if (w < 0 || h < 0) throw fileError(path, "has a negative picture size");
 }
 
-qint64 planeBytes(int w, int h) { return static_cast<qint64>(w + 1) * (h + 1); }
+qint64 planeBytes(int w, int h) {
+    return static_cast<qint64>(w + 1) * (h + 1);
+}
 
 } // namespace
 
@@ -99,7 +112,8 @@ Animation readAnimationDat(const QString& path) {
         return a;
     }
     a.frames.reserve(static_cast<std::size_t>(frames));
-    for (int i = 0; i < frames; ++i) a.frames.push_back(readPicture());
+    for (int i = 0; i < frames; ++i)
+        a.frames.push_back(readPicture());
     a.still = a.frames.front();
     return a;
 }
@@ -111,7 +125,8 @@ void writeAnimationDat(const QString& path, const Animation& a) {
     out.int16(first.width());
     out.int16(first.height());
     if (a.frames.empty()) out.picture(a.still);
-    for (const auto& f : a.frames) out.picture(f);
+    for (const auto& f : a.frames)
+        out.picture(f);
 }
 
 Picture readPictureDat(const QString& path) {
@@ -161,7 +176,44 @@ QImage checkedImage(const QImage& img, const QString& path) {
     return img;
 }
 
-bool isDat(const QString& path) { return path.endsWith(".dat", Qt::CaseInsensitive); }
+bool isDat(const QString& path) {
+    return path.endsWith(".dat", Qt::CaseInsensitive);
+}
+
+// Some image decoders write their own complaint about a damaged file straight to stderr; the
+// reader's one clear message is what the user gets, so their output is dropped while they run.
+class QuietDecoders {
+  public:
+    QuietDecoders() {
+#if defined(__unix__)
+        std::fflush(stderr);
+        saved_ = ::dup(STDERR_FILENO);
+        const int sink = ::open("/dev/null", O_WRONLY);
+        if (sink >= 0) {
+            ::dup2(sink, STDERR_FILENO);
+            ::close(sink);
+        }
+#endif
+    }
+    ~QuietDecoders() {
+#if defined(__unix__)
+        if (saved_ < 0) return;
+        std::fflush(stderr);
+        ::dup2(saved_, STDERR_FILENO);
+        ::close(saved_);
+#endif
+    }
+    QuietDecoders(const QuietDecoders&) = delete;
+    QuietDecoders& operator=(const QuietDecoders&) = delete;
+
+  private:
+    [[maybe_unused]] int saved_ = -1;
+};
+
+QImage decodeImage(const QString& path) {
+    QuietDecoders quiet;
+    return QImage(path);
+}
 } // namespace
 
 Picture pictureFromImage(const QImage& image) {
@@ -192,7 +244,8 @@ krl::Plane greyPlaneFromImage(const QImage& image) {
     for (int y = 0; y <= h; ++y) {
         const uchar* line = img.constScanLine(std::min(y, h - 1));
         std::uint8_t* dst = p.row(y);
-        for (int x = 0; x <= w; ++x) dst[x] = line[std::min(x, w - 1)];
+        for (int x = 0; x <= w; ++x)
+            dst[x] = line[std::min(x, w - 1)];
     }
     return p;
 }
@@ -234,14 +287,16 @@ Animation readAnimationFile(const QString& path) {
         if (names.isEmpty()) throw fileError(path, "holds no PNG frames");
         for (const QString& n : names) {
             const QString f = QDir(path).filePath(n);
-            a.frames.push_back(pictureFromImage(checkedImage(QImage(f), f)));
+            a.frames.push_back(pictureFromImage(checkedImage(decodeImage(f), f)));
         }
     } else {
+        QuietDecoders quiet;
         QImageReader reader(path);
         if (!reader.canRead()) throw fileError(path, "is not a picture Kirrel can read");
         if (reader.supportsAnimation() && reader.imageCount() != 1) {
             QImage frame;
-            while (reader.read(&frame)) a.frames.push_back(pictureFromImage(checkedImage(frame, path)));
+            while (reader.read(&frame))
+                a.frames.push_back(pictureFromImage(checkedImage(frame, path)));
             if (a.frames.empty()) throw fileError(path, "holds no frames");
         } else {
             a.still = pictureFromImage(checkedImage(reader.read(), path));
@@ -255,13 +310,13 @@ Animation readAnimationFile(const QString& path) {
 Picture readPictureFile(const QString& path) {
     if (!QFileInfo::exists(path)) throw fileError(path, "does not exist");
     if (isDat(path)) return readPictureDat(path);
-    return pictureFromImage(checkedImage(QImage(path), path));
+    return pictureFromImage(checkedImage(decodeImage(path), path));
 }
 
 krl::Plane readAlphaFile(const QString& path) {
     if (!QFileInfo::exists(path)) throw fileError(path, "does not exist");
     if (isDat(path)) return readPlaneDat(path);
-    return greyPlaneFromImage(checkedImage(QImage(path), path));
+    return greyPlaneFromImage(checkedImage(decodeImage(path), path));
 }
 
 } // namespace kirrel::host

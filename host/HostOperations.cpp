@@ -4,6 +4,7 @@
 
 #include <QJsonValue>
 
+#include <cmath>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -18,15 +19,23 @@ using Args = QJsonArray;
 using Op = std::function<void(Vantry_Class&, const Args&)>;
 
 double num(const Args& a, int i) {
-    if (i >= a.size() || !a[i].isDouble()) throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a number");
+    if (i >= a.size() || !a[i].isDouble())
+        throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a number");
     return a[i].toDouble();
 }
-int integer(const Args& a, int i) { return static_cast<int>(num(a, i)); }
+// Whole numbers round half to even, as the panel's conversions do; a script number beyond the
+// 32-bit range is refused rather than converted with undefined behaviour.
+int integer(const Args& a, int i) {
+    const double r = std::nearbyint(num(a, i));
+    if (!(r >= -2147483648.0 && r <= 2147483647.0))
+        throw std::invalid_argument("argument " + std::to_string(i + 1) + " is out of range");
+    return static_cast<int>(r);
+}
 std::string str(const Args& a, int i) {
-    if (i >= a.size() || !a[i].isString()) throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a string");
+    if (i >= a.size() || !a[i].isString())
+        throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a string");
     return a[i].toString().toStdString();
 }
-
 
 const std::map<QString, std::pair<int, Op>>& table() {
     static const std::map<QString, std::pair<int, Op>> ops = {
@@ -38,9 +47,12 @@ const std::map<QString, std::pair<int, Op>>& table() {
         {"Van_InsertFrame", {1, [](Vantry_Class& v, const Args& a) { v.Van_InsertFrame(integer(a, 0)); }}},
         {"Van_CreateAnim", {1, [](Vantry_Class& v, const Args& a) { v.Van_CreateAnim(num(a, 0)); }}},
         {"Van_CreateAnimAdv",
-         {2, [](Vantry_Class& v, const Args& a) { v.Van_CreateAnimAdv(integer(a, 0), static_cast<short>(integer(a, 1))); }}},
-        {"Van_NewBuffer", {2, [](Vantry_Class& v, const Args& a) { v.Van_NewBuffer(integer(a, 0), integer(a, 1)); }}},
-        {"Van_ShowScrub", {2, [](Vantry_Class& v, const Args& a) { v.Van_ShowScrub(integer(a, 0), integer(a, 1)); }}},
+         {2, [](Vantry_Class& v,
+                const Args& a) { v.Van_CreateAnimAdv(integer(a, 0), static_cast<short>(integer(a, 1))); }}},
+        {"Van_NewBuffer",
+         {2, [](Vantry_Class& v, const Args& a) { v.Van_NewBuffer(integer(a, 0), integer(a, 1)); }}},
+        {"Van_ShowScrub",
+         {2, [](Vantry_Class& v, const Args& a) { v.Van_ShowScrub(integer(a, 0), integer(a, 1)); }}},
         {"Van_StopAnimation", {0, [](Vantry_Class& v, const Args&) { v.Van_StopAnimation(); }}},
         {"Van_Refresh", {0, [](Vantry_Class& v, const Args&) { v.Van_Refresh(); }}},
         {"Van_DeleteFrame", {1, [](Vantry_Class& v, const Args& a) { v.Van_DeleteFrame(integer(a, 0)); }}},
@@ -63,14 +75,18 @@ const std::map<QString, std::pair<int, Op>>& table() {
         {"Van_getPrimaryColor", {0, [](Vantry_Class& v, const Args&) { v.Van_getPrimaryColor(); }}},
         {"Van_getSecondaryColor", {0, [](Vantry_Class& v, const Args&) { v.Van_getSecondaryColor(); }}},
         {"Van_SetPrimaryColor",
-         {3, [](Vantry_Class& v, const Args& a) {
-              v.Van_SetPrimaryColor(static_cast<std::uint8_t>(integer(a, 0)), static_cast<std::uint8_t>(integer(a, 1)),
+         {3,
+          [](Vantry_Class& v, const Args& a) {
+              v.Van_SetPrimaryColor(static_cast<std::uint8_t>(integer(a, 0)),
+                                    static_cast<std::uint8_t>(integer(a, 1)),
                                     static_cast<std::uint8_t>(integer(a, 2)));
           }}},
         {"Van_SetSecondaryColor",
-         {3, [](Vantry_Class& v, const Args& a) {
+         {3,
+          [](Vantry_Class& v, const Args& a) {
               v.Van_SetSecondaryColor(static_cast<std::uint8_t>(integer(a, 0)),
-                                      static_cast<std::uint8_t>(integer(a, 1)), static_cast<std::uint8_t>(integer(a, 2)));
+                                      static_cast<std::uint8_t>(integer(a, 1)),
+                                      static_cast<std::uint8_t>(integer(a, 2)));
           }}},
         {"Van_AlphaOn", {0, [](Vantry_Class& v, const Args&) { v.Van_AlphaOn(); }}},
         {"Van_AlphaOff", {0, [](Vantry_Class& v, const Args&) { v.Van_AlphaOff(); }}},
@@ -87,11 +103,14 @@ const std::map<QString, std::pair<int, Op>>& table() {
         {"Van_MessageBox", {1, [](Vantry_Class& v, const Args& a) { v.Van_MessageBox(str(a, 0)); }}},
         {"Van_QuestionBox", {1, [](Vantry_Class& v, const Args& a) { v.Van_QuestionBox(str(a, 0)); }}},
         {"Van_ValueBox",
-         {3, [](Vantry_Class& v, const Args& a) { v.Van_ValueBox(str(a, 0), integer(a, 1), integer(a, 2)); }}},
+         {3,
+          [](Vantry_Class& v, const Args& a) { v.Van_ValueBox(str(a, 0), integer(a, 1), integer(a, 2)); }}},
         {"Van_RequestFile_open",
-         {3, [](Vantry_Class& v, const Args& a) { v.Van_RequestFile_open(str(a, 0), str(a, 1), str(a, 2)); }}},
+         {3,
+          [](Vantry_Class& v, const Args& a) { v.Van_RequestFile_open(str(a, 0), str(a, 1), str(a, 2)); }}},
         {"Van_RequestFile_save",
-         {3, [](Vantry_Class& v, const Args& a) { v.Van_RequestFile_save(str(a, 0), str(a, 1), str(a, 2)); }}},
+         {3,
+          [](Vantry_Class& v, const Args& a) { v.Van_RequestFile_save(str(a, 0), str(a, 1), str(a, 2)); }}},
         {"Van_GetTempDir", {0, [](Vantry_Class& v, const Args&) { v.Van_GetTempDir(); }}},
         {"Van_GetAppDir", {0, [](Vantry_Class& v, const Args&) { v.Van_GetAppDir(); }}},
         {"Van_WallpaperFilename", {0, [](Vantry_Class& v, const Args&) { v.Van_WallpaperFilename(); }}},
@@ -106,9 +125,11 @@ const std::map<QString, std::pair<int, Op>>& table() {
 void callHostOperation(const QString& name, const QJsonArray& args) {
     auto it = table().find(name);
     if (it == table().end())
-        throw std::invalid_argument("\"" + name.toStdString() + "\" is not a host operation a script can call");
+        throw std::invalid_argument("\"" + name.toStdString() +
+                                    "\" is not a host operation a script can call");
     if (args.size() != it->second.first)
-        throw std::invalid_argument(name.toStdString() + " takes " + std::to_string(it->second.first) + " arguments");
+        throw std::invalid_argument(name.toStdString() + " takes " + std::to_string(it->second.first) +
+                                    " arguments");
     Vantry_Class van;
     it->second.second(van, args);
 }

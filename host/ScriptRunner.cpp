@@ -49,13 +49,16 @@ QByteArray withoutComments(const QByteArray& in) {
         const char c = in[i];
         if (inString) {
             out += c;
-            if (c == '\\' && i + 1 < in.size()) out += in[++i];
-            else if (c == '"') inString = false;
+            if (c == '\\' && i + 1 < in.size())
+                out += in[++i];
+            else if (c == '"')
+                inString = false;
         } else if (c == '"') {
             inString = true;
             out += c;
         } else if (c == '/' && i + 1 < in.size() && in[i + 1] == '/') {
-            while (i < in.size() && in[i] != '\n') ++i;
+            while (i < in.size() && in[i] != '\n')
+                ++i;
             out += '\n';
         } else {
             out += c;
@@ -77,15 +80,25 @@ class Runner {
     QString path(const QString& rel) const { return QDir::cleanPath(base_.absoluteFilePath(rel)); }
 
     void setUpHost(const QJsonObject& h) {
+        // A misspelt setting would otherwise leave the host as it was without a word.
+        static const QStringList known = {"temp_dir",  "app_dir",       "animation",     "size",
+                                          "frames",    "swap",          "alpha",         "primary",
+                                          "secondary", "current_frame", "layer_opacity", "settings"};
+        for (const QString& key : h.keys())
+            if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
+        if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
         HostState& host = runningHost();
         const QString temp = h.contains("temp_dir") ? path(h["temp_dir"].toString()) : path("tmp");
-        if (!QDir().mkpath(temp)) throw ScriptError("cannot create the temporary folder " + temp.toStdString());
+        if (!QDir().mkpath(temp))
+            throw ScriptError("cannot create the temporary folder " + temp.toStdString());
         host.setTempDir(temp.toStdString());
         if (h.contains("app_dir")) host.setAppDir(path(h["app_dir"].toString()).toStdString());
         if (h.contains("animation")) {
             Animation a = readAnimationFile(path(h["animation"].toString()));
-            if (a.frames.empty()) host.loadStill(a.still);
-            else host.loadAnimation(std::move(a.frames));
+            if (a.frames.empty())
+                host.loadStill(a.still);
+            else
+                host.loadAnimation(std::move(a.frames));
         } else if (h.contains("size")) {
             const QJsonArray s = h["size"].toArray();
             if (s.size() != 2) throw ScriptError("\"size\" must be [W, H]");
@@ -108,7 +121,8 @@ class Runner {
             std::map<QString, QString> values;
             const QJsonObject s = h["settings"].toObject();
             for (auto it = s.begin(); it != s.end(); ++it)
-                values[it.key()] = it.value().isString() ? it.value().toString() : QString::number(it.value().toDouble(), 'g', 15);
+                values[it.key()] = it.value().isString() ? it.value().toString()
+                                                         : QString::number(it.value().toDouble(), 'g', 15);
             panel::overlayHostSettings(values);
         }
     }
@@ -127,7 +141,9 @@ class Runner {
 
     static QObject* controlIn(panel::FormBase* f, const QString& name) {
         QObject* c = f->controlOrAction(name);
-        if (!c) throw ScriptError("the form " + f->objectName().toStdString() + " has no control " + name.toStdString());
+        if (!c)
+            throw ScriptError("the form " + f->objectName().toStdString() + " has no control " +
+                              name.toStdString());
         return c;
     }
 
@@ -156,7 +172,8 @@ class Runner {
         auto needIndex = [&](int count) {
             if (s.contains("index")) {
                 const int i = s["index"].toInt(-2);
-                if (i < -1 || i >= count) throw ScriptError("index " + std::to_string(i) + " is out of range");
+                if (i < -1 || i >= count)
+                    throw ScriptError("index " + std::to_string(i) + " is out of range");
                 return i;
             }
             throw ScriptError("a list is set by \"index\" or \"text\"");
@@ -164,7 +181,9 @@ class Runner {
         if (auto* cb = qobject_cast<QComboBox*>(c)) {
             if (s.contains("text")) {
                 const int i = cb->findText(s["text"].toString(), Qt::MatchExactly);
-                if (i < 0) throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" + s["text"].toString().toStdString() + "\"");
+                if (i < 0)
+                    throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" +
+                                      s["text"].toString().toStdString() + "\"");
                 cb->setCurrentIndex(i);
             } else {
                 cb->setCurrentIndex(needIndex(cb->count()));
@@ -172,7 +191,9 @@ class Runner {
         } else if (auto* lw = qobject_cast<QListWidget*>(c)) {
             if (s.contains("text")) {
                 const auto found = lw->findItems(s["text"].toString(), Qt::MatchExactly);
-                if (found.isEmpty()) throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" + s["text"].toString().toStdString() + "\"");
+                if (found.isEmpty())
+                    throw ScriptError("the list " + c->objectName().toStdString() + " has no entry \"" +
+                                      s["text"].toString().toStdString() + "\"");
                 lw->setCurrentItem(found.front());
             } else {
                 lw->setCurrentRow(needIndex(lw->count()));
@@ -196,12 +217,18 @@ class Runner {
         QObject* c = controlIn(f, step["click"].toString());
         if (auto* w = qobject_cast<QWidget*>(c); w && !w->isEnabled())
             throw ScriptError("the control " + c->objectName().toStdString() + " is disabled");
-        if (auto* b = qobject_cast<QPushButton*>(c)) b->click();
-        else if (auto* l = qobject_cast<panel::ClickLabel*>(c)) l->click();
-        else if (auto* op = qobject_cast<QRadioButton*>(c)) op->setChecked(true);
-        else if (auto* ck = qobject_cast<QCheckBox*>(c)) ck->click();
-        else if (auto* a = qobject_cast<QAction*>(c)) a->trigger();
-        else throw ScriptError("the control " + c->objectName().toStdString() + " cannot be clicked");
+        if (auto* b = qobject_cast<QPushButton*>(c))
+            b->click();
+        else if (auto* l = qobject_cast<panel::ClickLabel*>(c))
+            l->click();
+        else if (auto* op = qobject_cast<QRadioButton*>(c))
+            op->setChecked(true);
+        else if (auto* ck = qobject_cast<QCheckBox*>(c))
+            ck->click();
+        else if (auto* a = qobject_cast<QAction*>(c))
+            a->trigger();
+        else
+            throw ScriptError("the control " + c->objectName().toStdString() + " cannot be clicked");
     }
 
     void menu(const QJsonObject& step) {
@@ -209,7 +236,9 @@ class Runner {
         panel::FormBase* f = step.contains("form") ? formFor(step) : panel::FormBase::find("Mainfrm");
         if (!f) throw ScriptError("the panel is not open");
         auto* a = f->findChild<QAction*>(name);
-        if (!a) throw ScriptError("the form " + f->objectName().toStdString() + " has no menu entry " + name.toStdString());
+        if (!a)
+            throw ScriptError("the form " + f->objectName().toStdString() + " has no menu entry " +
+                              name.toStdString());
         a->trigger();
     }
 
@@ -265,18 +294,29 @@ class Runner {
             });
             if (scriptError) throw *scriptError;
         };
-        if (step.contains("open")) user([&] { open(step["open"].toString()); });
-        else if (step.contains("menu")) user([&] { menu(step); });
-        else if (step.contains("set")) user([&] { set(step); });
-        else if (step.contains("leave")) formFor(step)->leave(step["leave"].toString());
-        else if (step.contains("click")) user([&] { click(step); });
-        else if (step.contains("answer")) answer(step["answer"].toArray());
+        if (step.contains("open"))
+            user([&] { open(step["open"].toString()); });
+        else if (step.contains("menu"))
+            user([&] { menu(step); });
+        else if (step.contains("set"))
+            user([&] { set(step); });
+        else if (step.contains("leave"))
+            formFor(step)->leave(step["leave"].toString());
+        else if (step.contains("click"))
+            user([&] { click(step); });
+        else if (step.contains("answer"))
+            answer(step["answer"].toArray());
         else if (step.contains("host"))
             user([&] { callHostOperation(step["host"].toString(), step["args"].toArray()); });
-        else if (step.contains("dump")) dumpHost(runningHost(), path(step["dump"].toString()));
-        else if (step.contains("screenshot")) screenshot(step);
-        else if (step.contains("close")) user([&] { closeForm(step["close"].toString()); });
-        else throw ScriptError("unknown step " + QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
+        else if (step.contains("dump"))
+            dumpHost(runningHost(), path(step["dump"].toString()));
+        else if (step.contains("screenshot"))
+            screenshot(step);
+        else if (step.contains("close"))
+            user([&] { closeForm(step["close"].toString()); });
+        else
+            throw ScriptError("unknown step " +
+                              QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
@@ -295,15 +335,27 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
     if (!file.open(QIODevice::ReadOnly)) return {2, "cannot read the script " + scriptPath.toStdString(), {}};
     QJsonParseError err{};
     const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
-    if (err.error != QJsonParseError::NoError || !doc.isObject())
-        return {2, "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " + std::to_string(err.offset), {}};
+    if (err.error != QJsonParseError::NoError)
+        return {2,
+                "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
+                    std::to_string(err.offset),
+                {}};
+    if (!doc.isObject()) return {2, "the script must be a JSON object with \"host\" and \"steps\"", {}};
     const QJsonObject root = doc.object();
+    for (const QString& key : root.keys())
+        if (key != "host" && key != "steps")
+            return {2, "unknown script entry \"" + key.toStdString() + "\"", {}};
+    if (root.contains("host") && !root["host"].isObject()) return {2, "\"host\" must be an object", {}};
+    if (root.contains("steps") && !root["steps"].isArray())
+        return {2, "\"steps\" must be a list of steps", {}};
 
     std::unique_ptr<std::ofstream> trace;
     if (!tracePath.isEmpty()) {
         trace = std::make_unique<std::ofstream>(tracePath.toStdString(), std::ios::trunc);
         if (!*trace) return {2, "cannot write the trace " + tracePath.toStdString(), {}};
-        Vantry::setTraceSink([t = trace.get()](const std::string& line) { *t << line << '\n' << std::flush; });
+        Vantry::setTraceSink([t = trace.get()](const std::string& line) {
+            *t << line << '\n' << std::flush;
+        });
     }
 
     Runner runner(scriptPath);
@@ -322,12 +374,16 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             if (programEnded()) break;
         }
     } catch (const ScriptError& e) {
-        result = {2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
+        result = {
+            2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
     } catch (const std::exception& e) {
-        result = {2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
+        result = {
+            2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
     }
-    for (const auto& a : runner.responder_.pending())
-        result.leftover += "unused answer: " + ScriptedResponder::kindName(a.kind) + "\n";
+    // A failed run says one thing only: why it failed.
+    if (result.exitCode == 0)
+        for (const auto& a : runner.responder_.pending())
+            result.leftover += "unused answer: " + ScriptedResponder::kindName(a.kind) + "\n";
     runningHost().setResponder(nullptr);
     Vantry::setTraceSink({});
     return result;
