@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -338,6 +339,12 @@ void HostWindow::buildStatusBar() {
     releaseLock_->setToolTip(
         "An effect that stopped with an error can leave the host locked; this unlocks it.");
     connect(releaseLock_, &QToolButton::clicked, this, [this] {
+        if (QMessageBox::question(
+                this, "Release the Lock",
+                "Unlock the host?\n\nDo this only when no effect is running any more (an effect "
+                "that stopped with an error leaves the host locked).",
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
+            return;
         host_.restorePointer();
         host_.unlock();
     });

@@ -32,7 +32,19 @@ TEST_F(HostWindowTest, PanelOpensAsToolWindowOfTheHost) {
     EXPECT_TRUE(main->isWindow());
     EXPECT_EQ(main->windowType(), Qt::Tool);
     EXPECT_TRUE(main->isVisible());
+
+    // A dialog of the panel is a tool window too, and takes the panel's place on the screen.
+    main->findChild<QAction*>("menuStored")->trigger();
+    panel::FormBase* stored = panel::FormBase::find("frmMultiAnims");
+    ASSERT_NE(stored, nullptr);
+    EXPECT_EQ(stored->parentWidget(), window.get());
+    EXPECT_EQ(stored->windowType(), Qt::Tool);
+    EXPECT_TRUE(stored->isVisible());
+    EXPECT_FALSE(main->isVisible());
+    EXPECT_EQ(stored->pos().y(), main->pos().y());
+
     // Closing the panel's forms leaves the host window standing.
+    delete stored;
     delete main;
     EXPECT_TRUE(window->isVisible());
 }
