@@ -67,7 +67,7 @@ std::string qtFileFilter(const std::string& hostFilter) {
         std::string patterns = i + 1 < parts.size() ? patternList(parts[i + 1]) : std::string();
         if (patterns.empty()) patterns = patternsInDescription(parts[i]);
         if (patterns.empty() && parts[i].find('*') != std::string::npos) patterns = patternList(parts[i]);
-        if (patterns.empty()) patterns = "*";
+        if (patterns.empty()) patterns.assign(1, '*'); // assign: GCC 12 misreads = "*" as an overlapping copy
         if (!out.empty()) out += ";;";
         out += entry(parts[i], patterns);
     }
