@@ -1,5 +1,7 @@
 #include "panel/Registry.h"
 
+#include "stored/StoredForms.h"
+
 namespace kirrel::panel {
 
 void registerEverything() {
@@ -7,6 +9,7 @@ void registerEverything() {
     if (done) return;
     done = true;
     // Each subsystem adds its forms and procedures here as it lands.
+    stored::registerStoredForms();
 }
 
 } // namespace kirrel::panel
