@@ -1,0 +1,162 @@
+// The Stored Animations panel as a user meets it, through session scripts of the kirrel executable:
+// every question and refusal, and a full round of filling, loading and clearing the four slots.
+
+#include "host/AnimationFiles.h"
+#include "stored/StoredSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+namespace kirrel::test {
+namespace {
+
+class StoredScript : public testing::Test {
+  protected:
+    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
+    bool exists(const QString& rel) const { return QFile::exists(at(rel)); }
+    QJsonObject state(const QString& dump) const {
+        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
+            .object();
+    }
+    static QJsonObject form(const QJsonObject& state, const QString& name) {
+        for (const auto& f : state["forms"].toArray())
+            if (f.toObject()["name"].toString() == name) return f.toObject();
+        return {};
+    }
+    static QJsonObject control(const QJsonObject& form, const QString& name) {
+        for (const auto& c : form["controls"].toArray())
+            if (c.toObject()["name"].toString() == name) return c.toObject();
+        return {};
+    }
+    // The dialog log as "kind: text -> answer" lines.
+    static std::vector<std::string> dialogs(const QJsonObject& state) {
+        std::vector<std::string> out;
+        for (const auto& d : state["dialogs"].toArray()) {
+            const QJsonObject o = d.toObject();
+            std::string line = o["kind"].toString().toStdString() + ": " + o["text"].toString().toStdString();
+            if (!o["answer"].isNull()) line += " -> " + std::to_string(o["answer"].toInt());
+            out.push_back(line);
+        }
+        return out;
+    }
+    QTemporaryDir dir;
+};
+
+constexpr const char* kOverwriteSlot =
+    "question: \nThis will overwrite the animation saved in this slot!\n\nProceed?";
+constexpr const char* kOverwriteBuffer = "question: \nThis will overwrite the current buffer!\n\nProceed?";
+constexpr const char* kDelete = "question: \nThis will delete the animation saved in this slot!\n\nProceed?";
+
+TEST_F(StoredScript, EveryQuestionIsAskedWhereItBelongsAndNoChangesNothing) {
+    const RunResult r =
+        run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 4, "current_frame": 3},
+      "steps": [
+        {"menu": "menuStored"},
+        {"click": "cmdSave(0)"},
+        {"dump": "first"},
+        {"answer": [{"question": 2}]}, {"click": "cmdSave(0)"},
+        {"answer": [{"question": 1}]}, {"click": "cmdSave(0)"},
+        {"answer": [{"question": 2}]}, {"click": "cmdLoad(0)"},
+        {"answer": [{"question": 2}]}, {"click": "cmdClear(0)"},
+        {"dump": "kept"},
+        {"answer": [{"question": 1}]}, {"click": "cmdClear(0)"},
+        {"dump": "cleared"},
+        {"click": "cmdCancel"},
+        {"dump": "done"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err; // a question where none belongs would have had no answer
+
+    const QJsonObject first = state("first");
+    EXPECT_TRUE(dialogs(first).empty()) << "the first save into an empty slot asks nothing";
+    EXPECT_EQ(first["current_frame"].toInt(), 0) << "a save ends on frame 0";
+    EXPECT_EQ(control(form(first, "frmMultiAnims"), "lblSlots(0)")["text"].toString(),
+              "4 Frames,  (20  X  15)");
+
+    const QJsonObject kept = state("kept");
+    EXPECT_EQ(dialogs(kept), (std::vector<std::string>{
+                                 std::string(kOverwriteSlot) + " -> 2", std::string(kOverwriteSlot) + " -> 1",
+                                 std::string(kOverwriteBuffer) + " -> 2", std::string(kDelete) + " -> 2"}));
+    EXPECT_EQ(kept["total_frames"].toInt(), 4);
+    EXPECT_TRUE(control(form(kept, "frmMultiAnims"), "cmdLoad(0)")["enabled"].toBool());
+
+    const QJsonObject panel = form(state("cleared"), "frmMultiAnims");
+    EXPECT_EQ(control(panel, "lblSlots(0)")["text"].toString(), "EMPTY");
+    EXPECT_FALSE(control(panel, "cmdLoad(0)")["enabled"].toBool());
+    EXPECT_FALSE(control(panel, "cmdClear(0)")["enabled"].toBool());
+    EXPECT_TRUE(control(panel, "cmdSave(0)")["enabled"].toBool());
+    EXPECT_FALSE(exists("tmp/AnimSlot 0.dat"));
+    EXPECT_FALSE(exists("tmp/AnimThumb 0.bmp"));
+
+    const QJsonObject done = state("done");
+    EXPECT_TRUE(form(done, "frmMultiAnims").isEmpty());
+    EXPECT_TRUE(form(done, "Mainfrm")["visible"].toBool());
+    EXPECT_FALSE(done["locked"].toBool());
+}
+
+TEST_F(StoredScript, WithoutAnimationSaveIsRefusedButLoadStillAsksAndLoads) {
+    const auto stored = patternFrames(3, 9, 6, 21);
+    writeFile(at("tmp/AnimSlot 1.dat"), slotBytes(3, stored)); // no thumbnail: shown empty
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [30, 20]},
+      "steps": [
+        {"open": "Stored Animations"},
+        {"click": "cmdSave(2)"},
+        {"dump": "refused"},
+        {"answer": [{"question": 1}]}, {"click": "cmdLoad(1)"},
+        {"dump": "loaded"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    const QJsonObject refused = state("refused");
+    EXPECT_EQ(dialogs(refused), std::vector<std::string>{"message: No Animation in memory!"});
+    EXPECT_EQ(control(form(refused, "frmMultiAnims"), "lblSlots(2)")["text"].toString(), "EMPTY");
+    EXPECT_FALSE(exists("tmp/AnimSlot 2.dat"));
+
+    const QJsonObject loaded = state("loaded");
+    EXPECT_EQ(dialogs(loaded).back(), std::string(kOverwriteBuffer) + " -> 1");
+    EXPECT_EQ(loaded["total_frames"].toInt(), 3);
+    EXPECT_EQ(loaded["width"].toInt(), 9);
+    EXPECT_EQ(readFile(at("loaded/animation.dat")), slotBytes(3, stored));
+}
+
+TEST_F(StoredScript, AllFourSlotsFillLoadAndClear) {
+    host::Animation anim;
+    anim.frames = patternFrames(5, 24, 18, 3);
+    host::writeAnimationDat(at("anim.dat"), anim);
+    const RunResult fill = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
+      "steps": [
+        {"open": "Stored Animations"},
+        {"click": "cmdSave(0)"}, {"click": "cmdSave(1)"}, {"click": "cmdSave(2)"}, {"click": "cmdSave(3)"},
+        {"screenshot": "filled.png"}]})JS");
+    ASSERT_EQ(fill.exitCode, 0) << fill.err;
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(readFile(at(QString("tmp/AnimSlot %1.dat").arg(i))), readFile(at("anim.dat"))) << i;
+    EXPECT_EQ(QImage(at("filled.png")).isNull(), false);
+
+    // The slots outlive the panel: a later run finds them, loads one and clears them all.
+    const RunResult use = run(R"JS({"host": {"temp_dir": "tmp", "size": [7, 7], "frames": 2},
+      "steps": [
+        {"menu": "menuStored"},
+        {"answer": [{"question": 1}]}, {"click": "cmdLoad(2)"},
+        {"dump": "loaded"},
+        {"answer": [{"question": 1}, {"question": 1}, {"question": 1}, {"question": 1}]},
+        {"click": "cmdClear(0)"}, {"click": "cmdClear(1)"}, {"click": "cmdClear(2)"}, {"click": "cmdClear(3)"},
+        {"dump": "empty"}]})JS");
+    ASSERT_EQ(use.exitCode, 0) << use.err;
+    EXPECT_EQ(readFile(at("loaded/animation.dat")), readFile(at("anim.dat")));
+    EXPECT_EQ(control(form(state("loaded"), "frmMultiAnims"), "lblSlots(3)")["text"].toString(),
+              "5 Frames,  (24  X  18)");
+
+    const QJsonObject panel = form(state("empty"), "frmMultiAnims");
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(control(panel, QString("lblSlots(%1)").arg(i))["text"].toString(), "EMPTY");
+        EXPECT_FALSE(control(panel, QString("cmdLoad(%1)").arg(i))["enabled"].toBool());
+    }
+    EXPECT_TRUE(QDir(at("tmp")).entryList(QDir::Files).isEmpty());
+}
+
+} // namespace
+} // namespace kirrel::test
