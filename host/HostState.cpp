@@ -55,7 +55,8 @@ HostState::HostState()
 
 Responder& HostState::answerer() {
     static NobodyResponder nobody;
-    return responder_ ? *responder_ : nobody;
+    if (responder_) return *responder_;
+    return nobody;
 }
 
 const Picture& HostState::mainPicture() const {

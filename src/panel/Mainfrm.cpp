@@ -33,7 +33,10 @@ Mainfrm::Mainfrm() : FormBase("Mainfrm", kVersion) {
     layout->setMenuBar(menuBar_);
     buildMenus();
 
-    auto* grid = new QGridLayout;
+    // The lists live in a body that folds away with "[Grow]", leaving the title and the menu.
+    body_ = new QWidget(this);
+    auto* grid = new QGridLayout(body_);
+    grid->setContentsMargins(0, 0, 0, 0);
     grid->addWidget(makeLabel("lblCategory", "Categories"), 0, 0);
     grid->addWidget(makeLabel("lblPlugins", "Plug-ins"), 0, 1);
     list1_ = makeList("List1", [this] { List1_Click(); });
@@ -42,7 +45,7 @@ Mainfrm::Mainfrm() : FormBase("Mainfrm", kVersion) {
     grid->addWidget(list2_, 1, 1);
     grid->setColumnStretch(0, 2);
     grid->setColumnStretch(1, 3);
-    layout->addLayout(grid);
+    layout->addWidget(body_);
 
     // Hidden pictures: Image1 holds the wallpaper for every form; the other two are work surfaces.
     for (const char* name : {"Image1", "TempPic", "TempImg"}) makePicture(name)->hide();
@@ -178,10 +181,12 @@ void Mainfrm::Ensure_Animation() {
 void Mainfrm::menuMinimize_Click() {
     if (!expanded_) {
         menuMinimize_->setText("[Shrink]");
+        body_->show();
         setFixedHeight(twips(kExpandedTwips));
         expanded_ = true;
     } else {
         menuMinimize_->setText("[Grow]");
+        body_->hide();
         setFixedHeight(twips(kShrunkTwips));
         expanded_ = false;
     }

@@ -41,6 +41,7 @@ class Mainfrm : public FormBase {
     void Apply_Skin();
 
     QMenuBar* menuBar_ = nullptr;
+    QWidget* body_ = nullptr;
     QListWidget* list1_ = nullptr;
     QListWidget* list2_ = nullptr;
     QAction* menuMinimize_ = nullptr;
