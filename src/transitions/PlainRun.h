@@ -31,6 +31,15 @@ struct PlainShape {
     // The standard source handling; a family with sources of its own switches it off and reads
     // RunFrame::source in its step.
     bool standardSources = true;
+    // "Primary Color" painted over the swap planes as fetched, rather than over planes of its own.
+    bool colourOnSwapPlanes = false;
+    // Called once where the sources are read before the loop (after the standard ones), for a
+    // family's own preparation: its own once-read sources, a noise plane.
+    FrameStep prepare = nullptr;
+    // Al := the current frame's alpha, read once just before the loop and kept for every frame.
+    bool alphaOnce = false;
+    // Van_Refresh just before van_StatusClose.
+    bool refreshBeforeClose = false;
 };
 
 // Runs Start..End (by the shape's rules) with the member's call. Start and End are frame numbers.

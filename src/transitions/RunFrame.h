@@ -17,14 +17,16 @@ struct RunFrame {
 
     Vantry::Vantry_Class& van;
     const std::string& source;
-    int W = 0, H = 0;             // the buffer's upper bounds
-    int start = 0, end = 0;       // the range, inclusive
-    int span = 0;                 // end - start, computed once
-    int total = 0;                // frames in the animation when the run began
-    int i = 0;                    // the frame being made
-    krl::Triple M;                // the frame, fetched from the host
-    krl::Triple A;                // the source picture
-    krl::Plane alpha;             // for the alpha families: what the member needs of the alpha
+    int W = 0, H = 0;                 // the buffer's upper bounds
+    int start = 0, end = 0;           // the range, inclusive
+    int span = 0;                     // end - start, computed once
+    int total = 0;                    // frames in the animation when the run began
+    int i = 0;                        // the frame being made
+    krl::Triple M;                    // the frame, fetched from the host
+    krl::Triple A;                    // the source picture
+    krl::Plane alpha;                 // for the alpha families: what the member needs of the alpha
+    krl::Plane noise;                 // for the dissolves: the threshold plane, made once per run
+    int red = 0, green = 0, blue = 0; // the primary colour, for members that mix it in directly
 
     // (i - Start) / Span and (End - i) / Span, in double precision.
     double done() const { return divide(static_cast<double>(i - start), static_cast<double>(span)); }

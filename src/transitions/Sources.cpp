@@ -33,7 +33,9 @@ int slotOfSource(const std::string& source) {
     return -1;
 }
 
-bool isStoredSource(const std::string& source) { return slotOfSource(source) >= 0; }
+bool isStoredSource(const std::string& source) {
+    return slotOfSource(source) >= 0;
+}
 
 int channelsOfSource(const std::string& source) {
     for (const auto& [text, channels] : kChannelSources)
@@ -45,17 +47,19 @@ bool isPerFrameSource(const std::string& source) {
     return source == "GreyScale" || source == "Negative" || channelsOfSource(source) != 0;
 }
 
-void fillSourceOnce(Vantry::Vantry_Class& van, const std::string& source, krl::Triple& A, int W, int H) {
-    if (source == "Swap") {
+void fillSourceOnce(Vantry::Vantry_Class& van, const std::string& source, krl::Triple& A, int W, int H,
+                    bool colourOnSwapPlanes) {
+    if (source == "Swap" || (source == "Primary Color" && colourOnSwapPlanes)) {
         A.r = van.Van_GetSwapRBuffer();
         A.g = van.Van_GetSwapGBuffer();
         A.b = van.Van_GetSwapBBuffer();
-    } else if (source == "Primary Color") {
+    }
+    if (source == "Primary Color") {
         const int c = van.Van_getPrimaryColor();
         const int red = c & 255;
         const int green = (c & 65280) / 256;
         const int blue = (c & 16711680) / 65536;
-        A = krl::Triple(W, H);
+        if (!colourOnSwapPlanes) A = krl::Triple(W, H);
         krl::FillBufferColor(A.r, A.g, A.b, red, green, blue, W + 1, H + 1);
     }
 }

@@ -19,8 +19,10 @@ int channelsOfSource(const std::string& source);
 bool isPerFrameSource(const std::string& source);
 
 // Fills A before the loop for "Swap" (the swap planes) and "Primary Color" (planes of the colour);
-// any other text leaves A as it is.
-void fillSourceOnce(Vantry::Vantry_Class& van, const std::string& source, krl::Triple& A, int W, int H);
+// any other text leaves A as it is. With colourOnSwapPlanes the colour is painted over the swap
+// planes, fetched for the purpose, instead of over planes allocated for it.
+void fillSourceOnce(Vantry::Vantry_Class& van, const std::string& source, krl::Triple& A, int W, int H,
+                    bool colourOnSwapPlanes = false);
 // Fills A from the current frame for the per-frame sources (a second fetch of the main buffer, then
 // the filter); any other text leaves A as it is.
 void fillSourcePerFrame(Vantry::Vantry_Class& van, const std::string& source, krl::Triple& A, int W, int H);

@@ -1,0 +1,213 @@
+// The stored run shapes (the splice), proved on the wipes and the fades: result lengths, which stored
+// frame meets which animation frame, slots of another size, the per-member differences, and the
+// refusal of an empty slot.
+
+#include "pixel/Mixing.h"
+#include "stored/StoredFrame.h"
+#include "transitions/Dissolves.h"
+#include "transitions/Fades.h"
+#include "transitions/TransitionSupport.h"
+#include "transitions/Wipes.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace kirrel::test {
+namespace {
+
+using host::Picture;
+using namespace transitions;
+
+class StoredSplice : public TransitionTest {};
+
+TEST_F(StoredSplice, ToStoredOverlapsTheTailAndAppendsTheRest) {
+    load(6, 100, 10);
+    const auto slot = writeSlot(1, 7, 100, 10);
+    Wipe2LeftToStored(2, 1);
+    ASSERT_EQ(host().totalFrames(), 2 + 7) << "Start + SlotFrames";
+    EXPECT_EQ(frame(0), original[0]);
+    EXPECT_EQ(frame(2), original[2]) << "frame Start is written back as it was";
+    // Stored frame k meets animation frame Start + k; Span 3, W 100: the stored part starts at 67, 33.
+    EXPECT_EQ(frame(3).r.at(66, 0), original[3].r.at(66, 0));
+    EXPECT_EQ(frame(3).r.at(67, 0), slot[1].r.at(0, 0));
+    EXPECT_EQ(frame(4).r.at(33, 0), slot[2].r.at(0, 0));
+    EXPECT_EQ(frame(5), slot[3]) << "the last animation frame is all stored frame Overlap - 1";
+    for (int k = 4; k < 7; ++k)
+        EXPECT_EQ(frame(2 + k), slot[static_cast<std::size_t>(k)]);
+    EXPECT_EQ(calls("Van_InsertFrame"),
+              (std::vector<std::string>{"Van_InsertFrame(5)", "Van_InsertFrame(6)", "Van_InsertFrame(7)"}));
+    EXPECT_FALSE(host().locked());
+    EXPECT_TRUE(calls("van_status").empty()) << "stored runs show no progress";
+}
+
+TEST_F(StoredSplice, ToStoredWithTheSlotJustCoveringTheTailInsertsNothing) {
+    load(5, 8, 6);
+    const auto slot = writeSlot(0, 4, 8, 6);
+    Wipe2RightToStored(1, 0);
+    EXPECT_EQ(host().totalFrames(), 5);
+    EXPECT_EQ(frame(4), slot[3]);
+    EXPECT_TRUE(calls("Van_InsertFrame").empty());
+}
+
+TEST_F(StoredSplice, FromStoredPutsTheRestInFrontAndEndsOnTheAnimation) {
+    load(6, 100, 10);
+    const auto slot = writeSlot(2, 7, 100, 10);
+    Wipe2LeftFromStored(3, 2);
+    const int extra = 7 - (3 + 1);
+    ASSERT_EQ(host().totalFrames(), 6 + extra) << "Total + Extra";
+    for (int k = 0; k < extra; ++k)
+        EXPECT_EQ(frame(k), slot[static_cast<std::size_t>(k)]);
+    EXPECT_EQ(frame(extra), slot[3]) << "animation frame 0 is replaced by stored frame Extra outright";
+    // Animation frame 1, now at Extra + 1, meets stored frame Extra + 1: the animation is back from x = 67.
+    EXPECT_EQ(frame(extra + 1).r.at(66, 0), slot[4].r.at(0, 0));
+    EXPECT_EQ(frame(extra + 1).r.at(67, 0), original[1].r.at(67, 0));
+    EXPECT_EQ(frame(extra + 3), original[3]) << "frame End, the last of the overlap, is all animation";
+    EXPECT_EQ(frame(extra + 4), original[4]);
+    EXPECT_EQ(frame(extra + 5), original[5]);
+    EXPECT_FALSE(host().locked());
+}
+
+TEST_F(StoredSplice, FromStoredWithExtraZeroReplacesFrameZero) {
+    load(4, 8, 6);
+    const auto slot = writeSlot(3, 3, 8, 6);
+    Wipe2BottomFromStored(2, 3);
+    EXPECT_EQ(host().totalFrames(), 4);
+    EXPECT_EQ(frame(0), slot[0]);
+    EXPECT_EQ(frame(2), original[2]);
+    EXPECT_TRUE(calls("Van_InsertFrame").empty());
+}
+
+TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
+    load(4, 20, 16);
+    const std::string path = stored::slotDataPath(tempDir(), 0);
+    std::vector<Picture> slot;
+    std::string bytes = int16le({5, 9, 7});
+    for (int k = 0; k < 5; ++k) {
+        slot.push_back(patternPicture(9, 7, 40 * k));
+        for (const krl::Plane* p : {&slot.back().r, &slot.back().g, &slot.back().b})
+            bytes.append(reinterpret_cast<const char*>(p->data()), p->size());
+    }
+    writeFile(QString::fromStdString(path), bytes);
+    auto resized = [&](int k) {
+        const Picture& s = slot[static_cast<std::size_t>(k)];
+        krl::Triple out(20, 16);
+        krl::ResizeBuffer(out.r, out.g, out.b, s.r, s.g, s.b, 20, 16, 9, 7);
+        return out;
+    };
+    Wipe2TopToStored(1, 0);
+    ASSERT_EQ(host().totalFrames(), 1 + 5);
+    EXPECT_EQ(frame(3).r, resized(2).r) << "the last animation frame is all stored frame Overlap - 1";
+    EXPECT_EQ(frame(5).g, resized(4).g);
+    EXPECT_EQ(readFile(QString::fromStdString(path)), bytes);
+}
+
+TEST_F(StoredSplice, TheTopWipesFromStoredRunSkipsItsTwoPositioningCalls) {
+    // Total 4, End 2, slot 5: Extra 2, StartS 2. The other members go to StartS before each frame put
+    // in front and once more before the overlap.
+    auto positioning = [this](void (*run)(int, int)) {
+        load(4, 6, 6);
+        writeSlot(0, 5, 6, 6);
+        run(2, 0);
+        return std::count(trace.begin(), trace.end(), "Van_GotoFrame(2)");
+    };
+    const auto left = positioning(Wipe2LeftFromStored);
+    const auto top = positioning(Wipe2TopFromStored);
+    EXPECT_EQ(left - top, 3) << "two front frames and the move before the overlap";
+    // The result is the same all the same.
+    const auto topResult = host().framePicture(4);
+    positioning(Wipe2LeftFromStored);
+    EXPECT_EQ(host().framePicture(4), topResult);
+}
+
+TEST_F(StoredSplice, AnEmptySlotIsRefusedBeforeAnythingChanges) {
+    load(4, 6, 6);
+    Wipe2LeftToStored(1, 2);
+    FadeFromStored(2, 2);
+    EXPECT_EQ(calls("Van_MessageBox"),
+              (std::vector<std::string>{"Van_MessageBox(\"Slot Empty\")", "Van_MessageBox(\"Slot Empty\")"}));
+    EXPECT_TRUE(calls("Van_Lock").empty());
+    EXPECT_EQ(host().totalFrames(), 4);
+    for (int f = 0; f < 4; ++f)
+        EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]);
+}
+
+TEST_F(StoredSplice, AlphaStoredWipesReadTheAlphaOnceMoreBeforeTheirFrames) {
+    load(5, 6, 6);
+    writeSlot(0, 4, 6, 6);
+    AWipe2LeftToStored(1, 0);
+    // Once before the frames, then once for each frame mixed (Start + 1 .. End).
+    EXPECT_EQ(calls("Van_GetABuffer").size(), 1u + 3u);
+}
+
+TEST_F(StoredSplice, PlainStoredFadesTakeNoLockAndShowTheNewLength) {
+    load(4, 6, 6);
+    const auto slot = writeSlot(1, 6, 6, 6);
+    Fade2Stored(1, 1);
+    EXPECT_TRUE(calls("Van_Lock").empty());
+    EXPECT_TRUE(calls("van_StatusClose").empty());
+    EXPECT_EQ(host().totalFrames(), 7);
+    EXPECT_EQ(host().scrubTotal(), 7);
+    EXPECT_EQ(frame(3), slot[2]) << "the fade's last overlap frame is all stored";
+    EXPECT_EQ(frame(1), original[1]);
+    EXPECT_EQ(calls("Van_Refresh").size(), 1u);
+
+    // The alpha fades keep the bracket and leave the scrubber alone.
+    load(4, 6, 6);
+    host().setAlpha(flatPlane(6, 6, 255));
+    AFade2Stored(1, 1);
+    EXPECT_EQ(calls("Van_Lock").size(), 1u);
+    EXPECT_TRUE(calls("Van_ShowScrub").empty());
+}
+
+// Every member of both wipe families, and the fades and dissolves, splice the same way: the ends of
+// the overlap are all animation and all stored frame.
+struct SpliceCase {
+    const char* name;
+    void (*toStored)(int, int);
+    void (*fromStored)(int, int);
+};
+
+class SpliceEnds : public StoredSplice, public testing::WithParamInterface<SpliceCase> {};
+
+TEST_P(SpliceEnds, OverlapEndsAreAllAnimationAndAllStored) {
+    for (const int size : {7, 8}) { // odd and even bounds
+        load(6, size, size - 1);
+        host().setAlpha(flatPlane(size, size - 1, 255));
+        const auto slot = writeSlot(0, 5, size, size - 1);
+        GetParam().toStored(2, 0);
+        EXPECT_EQ(host().totalFrames(), 7);
+        EXPECT_EQ(frame(2), original[2]);
+        EXPECT_EQ(frame(5), slot[3]);
+        EXPECT_EQ(frame(6), slot[4]);
+
+        load(6, size, size - 1);
+        host().setAlpha(flatPlane(size, size - 1, 255));
+        writeSlot(0, 5, size, size - 1);
+        GetParam().fromStored(3, 0);
+        EXPECT_EQ(host().totalFrames(), 7);
+        EXPECT_EQ(frame(0), slot[0]);
+        EXPECT_EQ(frame(1), slot[1]);
+        EXPECT_EQ(frame(4), original[3]);
+        EXPECT_EQ(frame(6), original[5]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, SpliceEnds,
+                         testing::Values(SpliceCase{"Right", Wipe2RightToStored, Wipe2RightFromStored},
+                                         SpliceCase{"Left", Wipe2LeftToStored, Wipe2LeftFromStored},
+                                         SpliceCase{"Bottom", Wipe2BottomToStored, Wipe2BottomFromStored},
+                                         SpliceCase{"Top", Wipe2TopToStored, Wipe2TopFromStored},
+                                         SpliceCase{"ARight", AWipe2RightToStored, AWipe2RightFromStored},
+                                         SpliceCase{"ALeft", AWipe2LeftToStored, AWipe2LeftFromStored},
+                                         SpliceCase{"ABottom", AWipe2BottomToStored, AWipe2BottomFromStored},
+                                         SpliceCase{"ATop", AWipe2TopToStored, AWipe2TopFromStored},
+                                         SpliceCase{"Fade", Fade2Stored, FadeFromStored},
+                                         SpliceCase{"AFade", AFade2Stored, AFadeFromStored},
+                                         SpliceCase{"Dissolve", Dissolve2Stored, DissolveFromStored}),
+                         [](const testing::TestParamInfo<SpliceCase>& info) {
+                             return std::string(info.param.name);
+                         });
+
+} // namespace
+} // namespace kirrel::test
