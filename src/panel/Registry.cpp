@@ -1,6 +1,7 @@
 #include "panel/Registry.h"
 
 #include "stored/StoredForms.h"
+#include "transitions/Families.h"
 
 namespace kirrel::panel {
 
@@ -10,6 +11,7 @@ void registerEverything() {
     done = true;
     // Each subsystem adds its forms and procedures here as it lands.
     stored::registerStoredForms();
+    transitions::registerTransitionForms();
 }
 
 } // namespace kirrel::panel

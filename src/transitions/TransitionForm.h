@@ -1,0 +1,73 @@
+#pragma once
+// The dialog every transition family shares: a variant (where the family has several), a source, the
+// direction toggle between the main buffer and the source, a frame range, Apply, Undo and Done. The
+// family's table entry gives the names, texts and runs; the behaviour is the same for all.
+//
+// With a plain source the frame lists hold "0", "1", ... so that list index and frame number agree.
+// With a stored source they offer only the frames from which a splice with that slot can run, and
+// Apply hands the list's text on.
+
+#include "panel/FormBase.h"
+#include "transitions/Families.h"
+
+#include <cstdint>
+#include <string>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+
+namespace kirrel::transitions {
+
+class TransitionForm : public panel::FormBase {
+    Q_OBJECT
+  public:
+    explicit TransitionForm(const TransitionFamily& family);
+
+    void closeByUser() override { cmdCancel_Click(); }
+
+  protected:
+    void formLoad() override;
+    void formActivate() override;
+    void formUnload() override;
+
+  private:
+    void Reset_Frame_Lists();
+    void Ensure_Animation();
+    void Fill_Source_List();
+    void Apply_Skin();
+    void Refresh_Source_Controls();
+    void Show_Stored_Slot(int slot);
+    void clearFrameLists();
+    void frameListLeft(bool startLeft);
+
+    void lblToggle_Click();
+    void cmd_Run_Click();
+    void cmdUndo_Click();
+    void cmdCancel_Click();
+
+    bool towardSource() const; // the arrow points from the main buffer to the source
+    std::string sourceText() const;
+    void dispatch(const std::string& source);
+
+    const TransitionFamily& family_;
+    std::int16_t frameCount_ = 0;
+    std::string tempDir_;
+
+    QComboBox* cboTransitions_ = nullptr; // absent for families without variants
+    QComboBox* sourceList_ = nullptr;
+    QLabel* lblToggle_ = nullptr;
+    QComboBox* cboFrameStart_ = nullptr;
+    QComboBox* cboFrameEnd_ = nullptr;
+    QLabel* lblKeyIn_ = nullptr;
+    QLabel* lblKeyOut_ = nullptr;
+    QLabel* storedPreview_ = nullptr;
+    QLabel* lblStoredDesc_ = nullptr;
+    QCheckBox* chkUndoSave_ = nullptr;
+    QPushButton* cmdUndo_ = nullptr;
+    QPushButton* cmdRun_ = nullptr;
+    QPushButton* cmdCancel_ = nullptr;
+};
+
+} // namespace kirrel::transitions

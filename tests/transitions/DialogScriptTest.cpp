@@ -1,0 +1,265 @@
+// The transition dialogs as a user meets them, through session scripts of the kirrel executable: the
+// refusals, the order of an Apply, the lists for a stored source, and every variant of the five
+// dialogs in all four shapes.
+
+#include "support/Support.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace kirrel::test {
+namespace {
+
+class DialogScript : public testing::Test {
+  protected:
+    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
+    QJsonObject state(const QString& dump) const {
+        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
+            .object();
+    }
+    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
+        for (const auto& f : state["forms"].toArray())
+            if (f.toObject()["name"].toString() == form)
+                for (const auto& c : f.toObject()["controls"].toArray())
+                    if (c.toObject()["name"].toString() == name) return c.toObject();
+        return {};
+    }
+    static QStringList items(const QJsonObject& control) {
+        QStringList out;
+        for (const auto& i : control["items"].toArray())
+            out << i.toString();
+        return out;
+    }
+    static std::vector<std::string> messages(const QJsonObject& state) {
+        std::vector<std::string> out;
+        for (const auto& d : state["dialogs"].toArray())
+            out.push_back(d.toObject()["text"].toString().toStdString());
+        return out;
+    }
+    std::vector<std::string> traceLines() const {
+        std::vector<std::string> out;
+        QFile f(at("trace.txt"));
+        if (!f.open(QIODevice::ReadOnly)) return out;
+        for (const QByteArray& l : f.readAll().split('\n'))
+            if (!l.isEmpty()) out.push_back(l.toStdString());
+        return out;
+    }
+    // A slot file of n flat frames (bounds w, h) in the script's temporary folder.
+    void writeSlot(int slot, int n, int w, int h) {
+        std::string bytes = int16le({n, w, h});
+        bytes.append(static_cast<std::size_t>(n) * 3 * (w + 1) * (h + 1), '\x40');
+        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
+    }
+    QTemporaryDir dir;
+};
+
+TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
+      "steps": [
+        {"open": "Wipes"},
+        {"set": {"control": "cboFrameStart", "index": 3}},
+        {"click": "cmd_Run"},
+        {"dump": "short"},
+        {"host": "Van_CreateAnim", "args": [7]},
+        {"click": "cmd_Run"},
+        {"dump": "resized"},
+        {"set": {"control": "cboWipeOptions", "text": "Stored Animation #2"}},
+        {"click": "cmd_Run"},
+        {"dump": "empty"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    const QJsonObject shortRange = state("short");
+    EXPECT_EQ(messages(shortRange), (std::vector<std::string>{"Need at least 3 frames selected!"}));
+    EXPECT_FALSE(shortRange["locked"].toBool());
+
+    const QJsonObject resized = state("resized");
+    EXPECT_EQ(messages(resized).back(), "Animation Size Changed. Settings updated.");
+    EXPECT_EQ(items(control(resized, "frmWipes", "cboFrameEnd")).size(), 7)
+        << "the lists follow the new count";
+
+    const QJsonObject empty = state("empty");
+    EXPECT_EQ(control(empty, "frmWipes", "lblStoredDesc")["text"].toString(), "This Slot Is Empty!");
+    EXPECT_TRUE(control(empty, "frmWipes", "lblStoredDesc")["visible"].toBool());
+    EXPECT_EQ(messages(empty).back(), "Slot Empty");
+    const auto trace = traceLines();
+    EXPECT_TRUE(
+        std::none_of(trace.begin(), trace.end(), [](const std::string& l) { return l == "Van_Lock()"; }));
+}
+
+TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
+    const RunResult r =
+        run(R"JS({"host": {"temp_dir": "tmp", "size": [12, 8], "frames": 6, "current_frame": 4},
+      "steps": [
+        {"open": "Wipes"},
+        {"set": {"control": "cboFrameStart", "index": 1}},
+        {"set": {"control": "cboFrameEnd", "index": 3}},
+        {"set": {"control": "chkUndoSave", "value": true}},
+        {"click": "cmd_Run"},
+        {"dump": "after"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_TRUE(QFile::exists(at("tmp/AnimUndo.dat"))) << "Save Undo saves before the run";
+    const QJsonObject after = state("after");
+    EXPECT_EQ(after["current_frame"].toInt(), 4);
+    EXPECT_TRUE(messages(after).empty());
+
+    auto trace = traceLines();
+    // The Apply's own stop (opening the dialog from the panel stops the playback as well).
+    const auto from = std::find(trace.rbegin(), trace.rend(), "Van_StopAnimation()").base() - 1;
+    ASSERT_GE(from - trace.begin(), 2);
+    ASSERT_GE(from - trace.begin(), 2);
+    EXPECT_EQ(*(from - 2), "Van_GetCurrentFrame()");
+    EXPECT_EQ(*(from - 1), "Van_GetTotalFrames()");
+    // The undo save (which locks the host for itself) comes before the run's own lock, the last one.
+    const auto lock = std::find(trace.rbegin(), trace.rend(), "Van_Lock()").base() - 1;
+    ASSERT_GT(lock, from);
+    EXPECT_NE(std::find(from, lock, "Van_GetRFrame(5)"), lock) << "every frame is saved first";
+    EXPECT_EQ(trace[trace.size() - 2], "Van_GotoFrame(4)");
+    EXPECT_EQ(trace.back(), "Van_Refresh()");
+    // The run mixes frames 2 and 3 only: the range is 1..3.
+    EXPECT_NE(std::find(lock, trace.end(), "Van_GotoFrame(2)"), trace.end());
+    EXPECT_EQ(std::find(lock, trace.end(), "Van_GotoFrame(1)"), trace.end());
+}
+
+TEST_F(DialogScript, StoredListsOfferOnlyWhereASpliceCanRun) {
+    writeSlot(0, 8, 30, 20);
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 6},
+      "steps": [
+        {"open": "Fades"},
+        {"set": {"control": "cboFadeOptions", "text": "Stored Animation #1"}},
+        {"dump": "toward"},
+        {"click": "lblToggle"},
+        {"dump": "back"},
+        {"click": "cmd_Run"},
+        {"dump": "spliced"},
+        {"click": "cmd_Run"},
+        {"dump": "told"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    const QJsonObject toward = state("toward");
+    EXPECT_EQ(control(toward, "frmFades", "lblStoredDesc")["text"].toString(), "8 Frames, 30X20");
+    // N 6 below S 8: every Start from 0 up to N - 3.
+    EXPECT_EQ(items(control(toward, "frmFades", "cboFrameStart")), (QStringList{"0", "1", "2", "3"}));
+    EXPECT_TRUE(control(toward, "frmFades", "cboFrameStart")["visible"].toBool());
+    EXPECT_FALSE(control(toward, "frmFades", "cboFrameEnd")["visible"].toBool());
+
+    const QJsonObject back = state("back");
+    EXPECT_EQ(control(back, "frmFades", "lblToggle")["text"].toString(), "<-----------");
+    // Every End from 2 up to min(N, S) - 1.
+    EXPECT_EQ(items(control(back, "frmFades", "cboFrameEnd")), (QStringList{"2", "3", "4", "5"}));
+    EXPECT_FALSE(control(back, "frmFades", "cboFrameStart")["visible"].toBool());
+
+    // End 2: the overlap is 3 frames, and 5 stored frames go in front.
+    EXPECT_EQ(state("spliced")["total_frames"].toInt(), 11);
+    EXPECT_TRUE(messages(state("spliced")).empty());
+    EXPECT_EQ(messages(state("told")),
+              (std::vector<std::string>{"Animation Size Changed. Settings updated."}));
+    EXPECT_EQ(state("told")["total_frames"].toInt(), 11)
+        << "the Apply that tells of the new length runs nothing";
+}
+
+TEST_F(DialogScript, StoredListsStayEmptyWhenTheSlotIsTooShort) {
+    writeSlot(1, 2, 20, 15);
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 6},
+      "steps": [
+        {"open": "Dissolves"},
+        {"set": {"control": "cboDissolveOptions", "text": "Stored Animation #2"}},
+        {"click": "lblToggle"},
+        {"click": "cmd_Run"},
+        {"dump": "refused"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject refused = state("refused");
+    EXPECT_TRUE(items(control(refused, "frmDissolves", "cboFrameEnd")).isEmpty());
+    EXPECT_EQ(messages(refused), (std::vector<std::string>{"Slot Empty"}));
+    EXPECT_EQ(refused["total_frames"].toInt(), 6);
+}
+
+TEST_F(DialogScript, WithoutAnAnimationApplyOffersToMakeOne) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp"},
+      "steps": [
+        {"host": "Van_CreateAnim", "args": [3]},
+        {"open": "Fades"},
+        {"host": "Van_DeleteFrame", "args": [0]}, {"host": "Van_DeleteFrame", "args": [0]},
+        {"host": "Van_DeleteFrame", "args": [0]},
+        {"click": "cmd_Run"},
+        {"answer": [{"question": 1}, {"input": " 30"}]},
+        {"click": "cmd_Run"},
+        {"dump": "made"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject made = state("made");
+    EXPECT_EQ(made["total_frames"].toInt(), 30) << "the default text \" 30\" reads as 30";
+    EXPECT_EQ(items(control(made, "frmFades", "cboFrameEnd")).size(), 30);
+}
+
+// Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored.
+struct DialogCase {
+    const char* plugin;
+    const char* form;
+    const char* sourceList;
+    int variants; // 0: no variant list
+};
+
+class EveryVariant : public DialogScript, public testing::WithParamInterface<DialogCase> {};
+
+TEST_P(EveryVariant, RunsInAllFourShapes) {
+    const DialogCase& c = GetParam();
+    writeSlot(0, 6, 16, 12);
+    QJsonArray steps = {QJsonObject{{"open", c.plugin}}};
+    auto set = [&](const char* control, const QJsonValue& how, const char* key) {
+        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
+    };
+    const int variants = std::max(c.variants, 1);
+    int expectedTotal = 5;
+    int expectedMessages = 0;
+    for (int v = 0; v < variants; ++v) {
+        if (c.variants) set("cboTransitions", v, "index");
+        for (int direction = 0; direction < 2; ++direction) {
+            set(c.sourceList, "Swap", "text");
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            set(c.sourceList, "Stored Animation #1", "text");
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            // When the splice has lengthened the animation the next Apply only tells so; otherwise
+            // it splices once more, to the same length.
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            steps.append(QJsonObject{{"click", "lblToggle"}});
+        }
+        // ToStored from the first Start offered (N - S, or 0 when the slot is longer): Start + S frames.
+        // FromStored from the first End offered (2): S - 3 frames go in front.
+        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
+        if (start + 6 != expectedTotal) ++expectedMessages;
+        expectedTotal = start + 6 + (6 - 3);
+        ++expectedMessages;
+    }
+    steps.append(QJsonObject{{"dump", "end"}});
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
+        {"steps", steps}};
+    const RunResult r = run(QJsonDocument(script).toJson().toStdString());
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject end = state("end");
+    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
+    const auto msgs = messages(end);
+    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
+              expectedMessages);
+    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), std::string("Slot Empty")), 0);
+    EXPECT_FALSE(end["locked"].toBool());
+}
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, EveryVariant,
+                         testing::Values(DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4},
+                                         DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4},
+                                         DialogCase{"Fades", "frmFades", "cboFadeOptions", 0},
+                                         DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0},
+                                         DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0}),
+                         [](const testing::TestParamInfo<DialogCase>& i) {
+                             return std::string(i.param.form);
+                         });
+
+} // namespace
+} // namespace kirrel::test
