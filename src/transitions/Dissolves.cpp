@@ -45,7 +45,7 @@ void dissolveFrom(RunFrame& f) {
     dissolve(f, toInt32(f.remaining() * 256.0));
 }
 
-// Both plain shapes write M. To starts after frame Start; From mixes at Start with level 256, so the
+// Every dissolve refreshes the host's display before it closes. Both plain shapes write M. To starts after frame Start; From mixes at Start with level 256, so the
 // frame Start is all source. "Primary Color" is painted over the swap planes.
 PlainShape plainShape(Direction d, FrameStep noise) {
     PlainShape s;
@@ -62,6 +62,7 @@ StoredShape storedShape(Direction d) {
     s.callAtStart = d == Direction::From;
     s.fromWritesFrame = true;
     s.prepare = libraryNoise;
+    s.refreshBeforeClose = true;
     return s;
 }
 

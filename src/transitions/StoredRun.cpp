@@ -50,6 +50,7 @@ void endFrames(Vantry::Vantry_Class& van, const StoredShape& shape) {
         van.Van_ShowScrub(total - 1, van.Van_GetTotalFrames());
         van.Van_Refresh();
     }
+    if (shape.refreshBeforeClose) van.Van_Refresh();
     if (shape.lock) {
         van.van_StatusClose();
         van.Van_RestorePointer();

@@ -22,6 +22,8 @@ struct StoredShape {
     // After the slot is closed: go to the new last frame, show the scrubber at the new length and
     // refresh (the stored fades, which take no lock, bring the host's display up to date this way).
     bool showScrubAfter = false;
+    // Van_Refresh once the slot is closed, before the run's end.
+    bool refreshBeforeClose = false;
     // Whether the pixel call is also made at the overlap's first frame.
     bool callAtStart = false;
     // ToStored writes M; FromStored writes A unless this is set.

@@ -67,6 +67,12 @@ TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
         {"set": {"control": "cboFrameStart", "index": 3}},
         {"click": "cmd_Run"},
         {"dump": "short"},
+        {"set": {"control": "cboFrameEnd", "index": 1}},
+        {"leave": "cboFrameEnd"},
+        {"dump": "pulledDown"},
+        {"set": {"control": "cboFrameStart", "index": 2}},
+        {"leave": "cboFrameStart"},
+        {"dump": "pulledUp"},
         {"host": "Van_CreateAnim", "args": [7]},
         {"click": "cmd_Run"},
         {"dump": "resized"},
@@ -78,6 +84,10 @@ TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
     const QJsonObject shortRange = state("short");
     EXPECT_EQ(messages(shortRange), (std::vector<std::string>{"Need at least 3 frames selected!"}));
     EXPECT_FALSE(shortRange["locked"].toBool());
+
+    // Start above End: the list just left wins.
+    EXPECT_EQ(control(state("pulledDown"), "frmWipes", "cboFrameStart")["index"].toInt(), 1);
+    EXPECT_EQ(control(state("pulledUp"), "frmWipes", "cboFrameEnd")["index"].toInt(), 2);
 
     const QJsonObject resized = state("resized");
     EXPECT_EQ(messages(resized).back(), "Animation Size Changed. Settings updated.");
