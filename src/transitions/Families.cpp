@@ -10,38 +10,22 @@ namespace kirrel::transitions {
 
 namespace {
 
-#define KIRREL_STORED_SOURCES                                                                                \
-    "Stored Animation #1", "Stored Animation #2", "Stored Animation #3", "Stored Animation #4"
+// Every source list ends with the four slots; these texts choose the splicing runs.
+std::vector<const char*> withSlots(std::vector<const char*> sources) {
+    sources.insert(sources.end(), {"Stored Animation #1", "Stored Animation #2", "Stored Animation #3",
+                                   "Stored Animation #4"});
+    return sources;
+}
 
-const std::vector<const char*> kPlainSources = {"Swap",
-                                                "Primary Color",
-                                                "GreyScale",
-                                                "Negative",
-                                                "Red Channel",
-                                                "Green Channel",
-                                                "Blue Channel",
-                                                "Red & Blue Channels",
-                                                "Red & Green Channels",
-                                                "Green & Blue Channels",
-                                                KIRREL_STORED_SOURCES};
+const std::vector<const char*> kPlainSources =
+    withSlots({"Swap", "Primary Color", "GreyScale", "Negative", "Red Channel", "Green Channel",
+               "Blue Channel", "Red & Blue Channels", "Red & Green Channels", "Green & Blue Channels"});
 
 // The fades add three sources that work on the frame alone.
-const std::vector<const char*> kFadeSources = {"Swap",
-                                               "Primary Color",
-                                               "GreyScale",
-                                               "Negative",
-                                               "Red Channel",
-                                               "Green Channel",
-                                               "Blue Channel",
-                                               "Red & Blue Channels",
-                                               "Red & Green Channels",
-                                               "Green & Blue Channels",
-                                               "Brightness",
-                                               "Darkness",
-                                               "White Noise (TV Snow)",
-                                               KIRREL_STORED_SOURCES};
-
-#undef KIRREL_STORED_SOURCES
+const std::vector<const char*> kFadeSources =
+    withSlots({"Swap", "Primary Color", "GreyScale", "Negative", "Red Channel", "Green Channel",
+               "Blue Channel", "Red & Blue Channels", "Red & Green Channels", "Green & Blue Channels",
+               "Brightness", "Darkness", "White Noise (TV Snow)"});
 
 const std::vector<const char*> kWipeVariantList(std::begin(kWipeVariants), std::end(kWipeVariants));
 

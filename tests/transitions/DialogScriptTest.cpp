@@ -213,6 +213,8 @@ struct DialogCase {
     const char* form;
     const char* sourceList;
     int variants; // 0: no variant list
+    const char* caption;
+    int sources;
 };
 
 class EveryVariant : public DialogScript, public testing::WithParamInterface<DialogCase> {};
@@ -259,17 +261,27 @@ TEST_P(EveryVariant, RunsInAllFourShapes) {
               expectedMessages);
     EXPECT_EQ(std::count(msgs.begin(), msgs.end(), std::string("Slot Empty")), 0);
     EXPECT_FALSE(end["locked"].toBool());
+
+    for (const auto& f : end["forms"].toArray())
+        if (f.toObject()["name"].toString() == c.form)
+            EXPECT_EQ(f.toObject()["caption"].toString(), c.caption);
+    const QStringList sources = items(control(end, c.form, c.sourceList));
+    ASSERT_EQ(sources.size(), c.sources);
+    EXPECT_EQ(sources.back(), "Stored Animation #4");
+    EXPECT_EQ(control(end, c.form, "cboTransitions").isEmpty(), c.variants == 0);
+    EXPECT_EQ(control(end, c.form, "Label2").isEmpty(), c.variants == 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Dialogs, EveryVariant,
-                         testing::Values(DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4},
-                                         DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4},
-                                         DialogCase{"Fades", "frmFades", "cboFadeOptions", 0},
-                                         DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0},
-                                         DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0}),
-                         [](const testing::TestParamInfo<DialogCase>& i) {
-                             return std::string(i.param.form);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Dialogs, EveryVariant,
+    testing::Values(DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4, "Kirrel-Wipes", 14},
+                    DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4,
+                               "Kirrel-Alpha Wipes (Requires Alpha Channel)", 14},
+                    DialogCase{"Fades", "frmFades", "cboFadeOptions", 0, "Kirrel-Fades", 17},
+                    DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0, "Kirrel-Alpha Fades", 17},
+                    DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0, "Kirrel - Dissolves",
+                               14}),
+    [](const testing::TestParamInfo<DialogCase>& i) { return std::string(i.param.form); });
 
 } // namespace
 } // namespace kirrel::test
