@@ -39,6 +39,31 @@ inline std::vector<host::Picture> patternFrames(int count, int w, int h, int see
     return frames;
 }
 
+// A call sequence written as one text, calls separated by ';' (blanks around them ignored).
+inline std::vector<std::string> seq(const std::string& text) {
+    std::vector<std::string> out;
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t end = text.find(';', start);
+        if (end == std::string::npos) end = text.size();
+        std::string call = text.substr(start, end - start);
+        call.erase(0, call.find_first_not_of(' '));
+        call.erase(call.find_last_not_of(' ') + 1);
+        if (!call.empty()) out.push_back(call);
+        start = end + 1;
+    }
+    return out;
+}
+
+// "Van_GetRFrame(0);Van_GetGFrame(0);Van_GetBFrame(0);..." for frames 0 to n-1.
+inline std::string frameReads(int n) {
+    std::string out;
+    for (int i = 0; i < n; ++i)
+        for (const char* c : {"R", "G", "B"})
+            out += "Van_Get" + std::string(c) + "Frame(" + std::to_string(i) + ");";
+    return out;
+}
+
 // What the host holds that a refused operation must leave alone.
 struct HostSnapshot {
     int total, current, width, height;
