@@ -107,9 +107,6 @@ int runDemoReel(const QString& animation) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // The host's resources (the panel's wallpaper) live in a static library, whose registration the
-    // linker drops unless something names it.
-    Q_INIT_RESOURCE(host);
     QString script, trace, animation;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];

@@ -99,7 +99,7 @@ Animation readAnimationDat(const QString& path) {
     if (frames < 0) throw fileError(path, "has a negative frame count");
     Animation a;
     const int sets = std::max(frames, 1);
-    in.expect(sets * 3 * planeBytes(w, h));
+    in.expect(static_cast<qint64>(sets) * 3 * planeBytes(w, h));
     auto readPicture = [&] {
         Picture p;
         p.r = in.plane(w, h);
@@ -227,7 +227,7 @@ Picture pictureFromImage(const QImage& image) {
         std::uint8_t* g = p.g.row(y);
         std::uint8_t* b = p.b.row(y);
         for (int x = 0; x <= w; ++x) {
-            const uchar* px = line + 3 * std::min(x, w - 1);
+            const uchar* px = line + static_cast<std::ptrdiff_t>(3) * std::min(x, w - 1);
             r[x] = px[0];
             g[x] = px[1];
             b[x] = px[2];
@@ -263,9 +263,10 @@ QImage imageFromPicture(const Picture& p) {
         const std::uint8_t* g = p.g.row(y);
         const std::uint8_t* b = p.b.row(y);
         for (int x = 0; x < cols; ++x) {
-            line[3 * x] = r[x];
-            line[3 * x + 1] = g[x];
-            line[3 * x + 2] = b[x];
+            uchar* px = line + static_cast<std::ptrdiff_t>(3) * x;
+            px[0] = r[x];
+            px[1] = g[x];
+            px[2] = b[x];
         }
     }
     return img;

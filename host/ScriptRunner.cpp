@@ -243,7 +243,7 @@ class Runner {
     }
 
     void answer(const QJsonArray& answers) {
-        for (const QJsonValue& v : answers) {
+        for (const auto& v : answers) {
             const QJsonObject o = v.toObject();
             QueuedAnswer a{};
             if (o.contains("question")) {
@@ -366,7 +366,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
         panel::startPanel();
         if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
         const QJsonArray steps = root["steps"].toArray();
-        for (const QJsonValue& v : steps) {
+        for (const auto& v : steps) {
             ++stepNo;
             if (!v.isObject()) throw ScriptError("a step must be an object");
             runner.play(v.toObject());
