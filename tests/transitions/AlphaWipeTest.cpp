@@ -56,10 +56,7 @@ TEST_P(WipeMembers, FullAlphaIsThePlainWipeAndNoAlphaChangesNothing) {
     const bool alphaMixesAtStart = !to || member == 0 || member == 3;
     const bool plainMixesAtStart = member == 3;
     const int diff = differing(frame(1), plain[1]);
-    if (alphaMixesAtStart == plainMixesAtStart)
-        EXPECT_EQ(diff, 0);
-    else
-        EXPECT_GT(diff, 0);
+    EXPECT_EQ(diff > 0, alphaMixesAtStart != plainMixesAtStart);
     EXPECT_LE(diff, w + 1);
 
     loadCase();

@@ -263,8 +263,9 @@ TEST_P(EveryVariant, RunsInAllFourShapes) {
     EXPECT_FALSE(end["locked"].toBool());
 
     for (const auto& f : end["forms"].toArray())
-        if (f.toObject()["name"].toString() == c.form)
+        if (f.toObject()["name"].toString() == c.form) {
             EXPECT_EQ(f.toObject()["caption"].toString(), c.caption);
+        }
     const QStringList sources = items(control(end, c.form, c.sourceList));
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");

@@ -135,7 +135,9 @@ TEST_F(DissolveRun, AChangedPixelStaysChangedAndTwoRunsDiffer) {
     for (int f = 1; f < 5; ++f)
         for (int y = 0; y < 20; ++y)
             for (int x = 0; x < 30; ++x)
-                if (isSwap(f, x, y)) ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
+                if (isSwap(f, x, y)) {
+                    ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
+                }
     const Picture first = frame(2);
     load(6, 30, 20);
     DissolveTo(0, 5, "Swap");
