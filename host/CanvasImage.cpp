@@ -25,7 +25,7 @@ QImage canvasImage(const Picture& picture, const krl::Plane* alpha) {
             if (a[x] == 255) continue;
             const int back =
                 ((x / kCheckerSquare) + (y / kCheckerSquare)) % 2 == 0 ? kLightSquare : kDarkSquare;
-            uchar* px = line + 3 * x;
+            uchar* px = line + static_cast<std::ptrdiff_t>(3) * x;
             px[0] = over(px[0], back, a[x]);
             px[1] = over(px[1], back, a[x]);
             px[2] = over(px[2], back, a[x]);

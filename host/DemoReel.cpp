@@ -95,7 +95,7 @@ DemoReelResult renderDemoReel(const QString& outputDir, const QString& animation
     const bool canWipe = panel::formKnown("frmWipes");
     QJsonArray steps{step("screenshot", out.filePath("panel.png"))};
     if (canWipe)
-        for (const QJsonValue& s : wipeSteps(out))
+        for (const auto& s : wipeSteps(out))
             steps.append(s);
     steps.append(step("dump", out.path()));
 

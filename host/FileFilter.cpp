@@ -59,7 +59,7 @@ std::string entry(const std::string& description, const std::string& patterns) {
 } // namespace
 
 std::string qtFileFilter(const std::string& hostFilter) {
-    const std::string all = "All files (*)";
+    std::string all = "All files (*)";
     if (trimmed(hostFilter).empty()) return all;
     const std::vector<std::string> parts = split(hostFilter, '|');
     std::string out;

@@ -86,7 +86,7 @@ void HostWindow::rememberFolder(const QString& file) {
 }
 
 QString HostWindow::pickFile(const QString& title, const QString& filter) {
-    const QString file = QFileDialog::getOpenFileName(this, title, lastFolder(), filter);
+    QString file = QFileDialog::getOpenFileName(this, title, lastFolder(), filter);
     if (!file.isEmpty()) rememberFolder(file);
     return file;
 }
@@ -241,6 +241,7 @@ void HostWindow::saveFramesDialog() {
 
 bool HostWindow::saveFramesAsPng(const QString& chosenFile, bool withAlpha) {
     std::vector<Picture> frames;
+    frames.reserve(static_cast<std::size_t>(host_.totalFrames()));
     for (int f = 0; f < host_.totalFrames(); ++f)
         frames.push_back(host_.framePicture(f));
     if (frames.empty()) frames.push_back(host_.mainPicture());

@@ -24,6 +24,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kirrel::host {
 
@@ -85,7 +86,7 @@ void HostWindow::applyRunState() {
     progress_->setVisible(shown);
     runLabel_->setVisible(shown);
     if (shown) {
-        progress_->setValue(std::clamp(static_cast<int>(value + 0.5), 0, 100));
+        progress_->setValue(std::clamp(static_cast<int>(std::lround(value)), 0, 100));
         runLabel_->setText(status ? "Running effect:" : "Working:");
     }
 }
