@@ -11,11 +11,7 @@ void runPlain(Direction direction, int start, int end, const std::string& source
     const int H = van.Van_BufferHeight();
     const int W = van.Van_BufferWidth();
     RunFrame f{van, source};
-    f.W = W;
-    f.H = H;
-    f.start = start;
-    f.end = end;
-    f.span = end - start;
+    f.setRange(W, H, start, end);
     if (shape.standardSources) fillSourceOnce(van, source, f.A, W, H, shape.colourOnSwapPlanes);
     if (shape.prepare) shape.prepare(f);
     f.total = van.Van_GetTotalFrames();

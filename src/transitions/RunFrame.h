@@ -15,6 +15,15 @@ namespace kirrel::transitions {
 struct RunFrame {
     RunFrame(Vantry::Vantry_Class& v, const std::string& src) : van(v), source(src) {}
 
+    // The buffer's bounds and the range; Span is computed once, here.
+    void setRange(int w, int h, int first, int last) {
+        W = w;
+        H = h;
+        start = first;
+        end = last;
+        span = last - first;
+    }
+
     Vantry::Vantry_Class& van;
     const std::string& source;
     int W = 0, H = 0;                 // the buffer's upper bounds

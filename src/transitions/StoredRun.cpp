@@ -85,11 +85,7 @@ void runToStored(int start, int slot, const StoredShape& shape, FrameStep step) 
 
     const std::string source = sourceText(slot);
     RunFrame f{van, source};
-    f.W = W;
-    f.H = H;
-    f.start = start;
-    f.end = end;
-    f.span = end - start;
+    f.setRange(W, H, start, end);
     f.total = total;
     beginFrames(van, shape, f);
 
@@ -130,11 +126,7 @@ void runFromStored(int end, int slot, const StoredShape& shape, FrameStep step) 
 
     const std::string source = sourceText(slot);
     RunFrame f{van, source};
-    f.W = W;
-    f.H = H;
-    f.start = startS;
-    f.end = endS;
-    f.span = endS - startS;
+    f.setRange(W, H, startS, endS);
     f.total = total;
     beginFrames(van, shape, f);
 
