@@ -1,5 +1,6 @@
 #include "panel/Registry.h"
 
+#include "filters/FilterForms.h"
 #include "stored/StoredForms.h"
 #include "transitions/Families.h"
 
@@ -12,6 +13,7 @@ void registerEverything() {
     // Each subsystem adds its forms and procedures here as it lands.
     stored::registerStoredForms();
     transitions::registerTransitionForms();
+    filters::registerFilterForms();
 }
 
 } // namespace kirrel::panel

@@ -1,0 +1,81 @@
+// Planes shown on screen and frames written as bitmaps, against the in-memory host.
+
+#include "filters/PictureAccess.h"
+#include "support/Support.h"
+
+#include <QFile>
+#include <QImage>
+
+namespace kirrel::test {
+namespace {
+
+class PictureAccess : public HostTest {};
+
+TEST_F(PictureAccess, APreviewPlaneShowsOneLessThanItsBoundsAndUpright) {
+    const host::Picture pic = patternPicture(200, 200, 5);
+    panel::PictureBox box;
+    panel::PictureBox image;
+    filters::ShowPlanes(&box, &image, pic.r, pic.g, pic.b);
+    const QImage shown = image.pixmap().toImage();
+    ASSERT_EQ(shown.size(), QSize(200, 200));
+    EXPECT_EQ(box.size(), QSize(200, 200));
+    EXPECT_TRUE(box.pixmap().isNull()) << "the work surface is left empty";
+    for (auto [x, y] : {std::pair{0, 0}, std::pair{199, 0}, std::pair{3, 190}, std::pair{199, 199}}) {
+        const QRgb c = shown.pixel(x, y);
+        EXPECT_EQ(qRed(c), pic.r.at(x, y)) << x << "," << y;
+        EXPECT_EQ(qGreen(c), pic.g.at(x, y));
+        EXPECT_EQ(qBlue(c), pic.b.at(x, y));
+    }
+}
+
+TEST_F(PictureAccess, CurrentFrameIsSavedFromTheBuffersOthersFromTheStore) {
+    std::vector<host::Picture> frames{patternPicture(6, 4, 0), patternPicture(6, 4, 90)};
+    host().loadAnimation(frames, 1);
+    Vantry::Vantry_Class van;
+
+    const std::string current = filters::Save_BMP(van, 1);
+    EXPECT_EQ(current, tempDir() + "/temp1.bmp");
+    EXPECT_EQ(calls("Van_GetRBuffer").size(), 1u);
+    EXPECT_TRUE(calls("Van_GetRFrame").empty());
+
+    trace.clear();
+    const std::string other = filters::SaveFrameBitmap(van, 0);
+    EXPECT_EQ(other, tempDir() + "/temp0.bmp");
+    EXPECT_EQ(calls("Van_GetRFrame"), std::vector<std::string>{"Van_GetRFrame(0)"});
+    EXPECT_TRUE(calls("Van_GetRBuffer").empty());
+    EXPECT_TRUE(calls("Van_GotoFrame").empty()) << "a frame is read in place";
+
+    for (int f : {0, 1}) {
+        QImage img(QString::fromStdString(tempDir() + "/temp" + std::to_string(f) + ".bmp"), "BMP");
+        ASSERT_EQ(img.size(), QSize(6, 4)) << "W x H pixels, the last row and column stay out";
+        for (auto [x, y] : {std::pair{0, 0}, std::pair{5, 3}, std::pair{2, 1}}) {
+            EXPECT_EQ(qRed(img.pixel(x, y)), frames[f].r.at(x, y));
+            EXPECT_EQ(qBlue(img.pixel(x, y)), frames[f].b.at(x, y));
+        }
+    }
+}
+
+TEST_F(PictureAccess, TheReadBackHelpersReportTheirErrors) {
+    panel::PictureBox box;
+    try {
+        filters::GetDIBPixels24Bit(&box);
+        FAIL() << "an empty box was read";
+    } catch (const filters::DibError& e) {
+        EXPECT_STREQ(e.what(), "Error using GetDIBits");
+        EXPECT_EQ(e.source(), "DIBHelper.GetDIBPixels24Bit");
+    }
+    QImage colour(4, 4, QImage::Format_RGB32);
+    colour.fill(Qt::red);
+    box.setPixmap(QPixmap::fromImage(colour));
+    EXPECT_EQ(filters::GetDIBPixels24Bit(&box).pixel(1, 1), QColor(Qt::red).rgb());
+    try {
+        filters::GetDIBPixelsWithPalette(&box);
+        FAIL() << "a 32-bit picture was read through a palette";
+    } catch (const filters::DibError& e) {
+        EXPECT_STREQ(e.what(), "The number of bits per pixel must be 1, 4, or 8");
+        EXPECT_EQ(e.source(), "DIBHelper.GetDIBPixelsWithPalette");
+    }
+}
+
+} // namespace
+} // namespace kirrel::test

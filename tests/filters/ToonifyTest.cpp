@@ -1,0 +1,186 @@
+// The Toonify dialog in process: the preview it opens with and what each slider move makes of it, the
+// current frame against a range (frames outside the range untouched), alpha on real runs only, and the
+// NightVision dialog's smaller preview.
+
+#include "filters/ToonFilterMod.h"
+#include "filters/frmToon.h"
+#include "panel/FormBase.h"
+#include "panel/Registry.h"
+#include "pixel/Filters.h"
+#include "pixel/Mixing.h"
+#include "support/Support.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+
+#include <algorithm>
+
+namespace kirrel::test {
+namespace {
+
+constexpr int kW = 23; // deliberately not square, and rows not a multiple of four bytes
+constexpr int kH = 14;
+
+class Toonify : public HostTest {
+  protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        for (int i = 0; i < 4; ++i)
+            frames.push_back(patternPicture(kW, kH, 41 * i));
+        host().loadAnimation(frames, 0);
+    }
+    panel::FormBase* open(const char* name = "frmToon") {
+        panel::registerEverything();
+        panel::FormBase* f = panel::loadFormByName(name);
+        f->showForm();
+        return f;
+    }
+    template <class T> T* ctl(panel::FormBase* f, const char* name) {
+        return static_cast<T*>(f->control(name));
+    }
+    void apply(panel::FormBase* f) { ctl<QPushButton>(f, "cmd_Run")->click(); }
+
+    static host::Picture toon(const host::Picture& p, int rounds, bool boost = false) {
+        host::Picture out = p;
+        filters::toonPipeline(out, p, rounds, boost, p.width(), p.height());
+        return out;
+    }
+    static host::Picture squeezed(const host::Picture& p, int n) {
+        host::Picture small(n, n);
+        krl::ResizeBuffer(small.r, small.g, small.b, p.r, p.g, p.b, n, n, p.width(), p.height());
+        return small;
+    }
+    // The preview shown, against the picture it should be; compares the 200 x 200 that is shown.
+    static void expectShown(panel::FormBase* f, const host::Picture& expected) {
+        const QImage shown = static_cast<QLabel*>(f->control("ImageBox"))->pixmap().toImage();
+        ASSERT_EQ(shown.size(), QSize(expected.width(), expected.height()));
+        int wrong = 0;
+        for (int y = 0; y < shown.height(); ++y)
+            for (int x = 0; x < shown.width(); ++x) {
+                const QRgb c = shown.pixel(x, y);
+                wrong += qRed(c) != expected.r.at(x, y) || qGreen(c) != expected.g.at(x, y) ||
+                         qBlue(c) != expected.b.at(x, y);
+            }
+        EXPECT_EQ(wrong, 0);
+    }
+    std::vector<host::Picture> frames;
+};
+
+TEST_F(Toonify, OpensWithItsControlsAndAPreviewThatLeavesTheHostAlone) {
+    panel::FormBase* f = open();
+    EXPECT_EQ(f->windowTitle(), "Kirrel-Toonify Filter");
+    EXPECT_EQ(ctl<QLabel>(f, "Label1")->text(), "This filter makes photos look more like cartoon drawings");
+    EXPECT_EQ(ctl<QLabel>(f, "Label2")->text(), "Filter Strength: 1");
+    auto* slider = ctl<QSlider>(f, "slider_toon");
+    EXPECT_EQ(slider->minimum(), 1);
+    EXPECT_EQ(slider->maximum(), 100);
+    EXPECT_EQ(slider->value(), 1);
+    EXPECT_EQ(ctl<QCheckBox>(f, "chkEdgeBoost")->text(), "Edge Boost?");
+    EXPECT_EQ(ctl<QCheckBox>(f, "chkUseAlpha")->text(), "Use Alpha?");
+    EXPECT_TRUE(ctl<QRadioButton>(f, "optDirection(0)")->isChecked());
+    EXPECT_EQ(ctl<QComboBox>(f, "cboFrameStart")->count(), 4);
+    EXPECT_EQ(ctl<QComboBox>(f, "cboFrameEnd")->currentText(), "3");
+    EXPECT_EQ(ctl<QLabel>(f, "PreviewBox")->size(), QSize(200, 200));
+    expectShown(f, toon(squeezed(frames[0], 200), 1));
+    for (const char* write : {"Van_SetRbuffer", "Van_SaveUndo", "Van_SetProgress", "Van_GetABuffer"})
+        EXPECT_TRUE(calls(write).empty()) << write;
+}
+
+TEST_F(Toonify, PreviewBlursHalfAsManyRoundsAndFollowsEdgeBoost) {
+    panel::FormBase* f = open();
+    ctl<QCheckBox>(f, "chkUseAlpha")->setChecked(true); // the preview never honours alpha
+    ctl<QSlider>(f, "slider_toon")->setValue(7);
+    EXPECT_EQ(ctl<QLabel>(f, "Label2")->text(), "Filter Strength: 7");
+    expectShown(f, toon(squeezed(frames[0], 200), 4));
+    ctl<QCheckBox>(f, "chkEdgeBoost")->click();
+    expectShown(f, toon(squeezed(frames[0], 200), 4, true));
+    EXPECT_EQ(filters::previewBlurRounds(1), 1);
+    EXPECT_EQ(filters::previewBlurRounds(3), 2);
+    EXPECT_EQ(filters::previewBlurRounds(100), 51);
+    EXPECT_TRUE(calls("Van_SetRbuffer").empty());
+}
+
+TEST_F(Toonify, CurrentFrameRunsFullStrengthWithUndoAndProgressShortOfNinety) {
+    host().gotoFrame(2);
+    panel::FormBase* f = open();
+    ctl<QSlider>(f, "slider_toon")->setValue(2);
+    trace.clear();
+    apply(f);
+    EXPECT_EQ(host().framePicture(2), toon(frames[2], 2));
+    for (int i : {0, 1, 3})
+        EXPECT_EQ(host().framePicture(i), frames[i]) << "frame " << i;
+    EXPECT_EQ(calls("Van_SaveUndo").size(), 1u);
+    EXPECT_EQ(calls("Van_SetProgress"),
+              (std::vector<std::string>{"Van_SetProgress(0)", "Van_SetProgress(45)", "Van_SetProgress(0)"}));
+    EXPECT_EQ(host().currentFrame(), 2);
+    EXPECT_TRUE(ctl<QPushButton>(f, "cmd_Run")->isEnabled());
+}
+
+TEST_F(Toonify, RangeChangesOnlyItsFramesAndReturnsToTheRememberedFrame) {
+    host().gotoFrame(3);
+    panel::FormBase* f = open();
+    ctl<QSlider>(f, "slider_toon")->setValue(2);
+    ctl<QRadioButton>(f, "optDirection(1)")->setChecked(true);
+    ctl<QComboBox>(f, "cboFrameStart")->setCurrentIndex(1);
+    ctl<QComboBox>(f, "cboFrameEnd")->setCurrentIndex(2);
+    trace.clear();
+    apply(f);
+    EXPECT_EQ(host().framePicture(0), frames[0]);
+    EXPECT_EQ(host().framePicture(1), toon(frames[1], 2));
+    EXPECT_EQ(host().framePicture(2), toon(frames[2], 2));
+    EXPECT_EQ(host().framePicture(3), frames[3]);
+    EXPECT_TRUE(calls("Van_SaveUndo").empty());
+    EXPECT_EQ(calls("Van_SetProgress"),
+              (std::vector<std::string>{"Van_SetProgress(0)", "Van_SetProgress(100)", "Van_SetProgress(0)"}));
+    const auto gotos = calls("Van_GotoFrame");
+    ASSERT_GE(gotos.size(), 2u);
+    EXPECT_EQ(gotos[gotos.size() - 2], "Van_GotoFrame(1)") << "the range ends on its first frame";
+    EXPECT_EQ(gotos.back(), "Van_GotoFrame(3)");
+    EXPECT_EQ(host().currentFrame(), 3);
+}
+
+TEST_F(Toonify, AlphaMixesOnlyOnTheRealRun) {
+    krl::Plane alpha(kW, kH);
+    for (int y = 0; y <= kH; ++y)
+        for (int x = 0; x <= kW; ++x)
+            alpha.at(x, y) = x < 10 ? 0 : 255;
+    host().setAlpha(alpha);
+    panel::FormBase* f = open();
+    ctl<QCheckBox>(f, "chkUseAlpha")->setChecked(true);
+    apply(f);
+    const host::Picture filtered = toon(frames[0], 1);
+    const host::Picture& out = host().framePicture(0);
+    EXPECT_EQ(out.r.at(3, 5), frames[0].r.at(3, 5));
+    EXPECT_EQ(out.g.at(9, 9), frames[0].g.at(9, 9));
+    EXPECT_EQ(out.r.at(15, 5), filtered.r.at(15, 5));
+    EXPECT_EQ(out.b.at(20, 12), filtered.b.at(20, 12));
+}
+
+TEST_F(Toonify, AOneFrameRangeIsReportedAndLeavesTheFrameAsItWas) {
+    panel::FormBase* f = open();
+    ctl<QRadioButton>(f, "optDirection(1)")->setChecked(true);
+    ctl<QComboBox>(f, "cboFrameStart")->setCurrentIndex(2);
+    ctl<QComboBox>(f, "cboFrameEnd")->setCurrentIndex(2);
+    apply(f);
+    EXPECT_EQ(host().framePicture(2), frames[2]);
+    ASSERT_FALSE(host().dialogs().empty());
+    EXPECT_EQ(host().dialogs().back().kind, "error");
+    EXPECT_TRUE(ctl<QPushButton>(f, "cmd_Run")->isEnabled()) << "the dialog stays usable";
+}
+
+TEST_F(Toonify, NightVisionPreviewsOnASmallerPlane) {
+    panel::FormBase* f = open("frmNightVision");
+    EXPECT_EQ(f->windowTitle(), "Kirrel-NightVision Filter");
+    EXPECT_EQ(ctl<QLabel>(f, "PreviewBox")->size(), QSize(120, 120));
+    host::Picture expected = squeezed(frames[0], 120);
+    krl::NightVision(expected.r, expected.g, expected.b, 120, 120);
+    expectShown(f, expected);
+}
+
+} // namespace
+} // namespace kirrel::test
