@@ -1,8 +1,11 @@
 #include "transitions/Families.h"
 
 #include "panel/FormBase.h"
+#include "transitions/AlphaSlides.h"
 #include "transitions/Dissolves.h"
 #include "transitions/Fades.h"
+#include "transitions/Pushes.h"
+#include "transitions/Slides.h"
 #include "transitions/TransitionForm.h"
 #include "transitions/Wipes.h"
 
@@ -26,6 +29,9 @@ const std::vector<const char*> kFadeSources =
     withSlots({"Swap", "Primary Color", "GreyScale", "Negative", "Red Channel", "Green Channel",
                "Blue Channel", "Red & Blue Channels", "Red & Green Channels", "Green & Blue Channels",
                "Brightness", "Darkness", "White Noise (TV Snow)"});
+
+// The moving pictures take only the two sources read once before the loop.
+const std::vector<const char*> kMoveSources = withSlots({"Swap", "Primary Color"});
 
 const std::vector<const char*> kWipeVariantList(std::begin(kWipeVariants), std::end(kWipeVariants));
 
@@ -129,9 +135,39 @@ const TransitionFamily& dissolvesFamily() {
     return f;
 }
 
+// The moving pictures list their variants under a name of their own and take the source from
+// cboTransitions; an empty slot is reported with a full stop.
+const TransitionFamily& pushesFamily() {
+    static const TransitionFamily f{
+        "frmPushes",      "Kirrel-Pushes", {std::begin(kPushVariants), std::end(kPushVariants)},
+        "cboTransitions", kMoveSources,    runPushTo,
+        runPushFrom,      runPushToStored, runPushFromStored,
+        "cboPushOptions", "Slot Empty."};
+    return f;
+}
+
+const TransitionFamily& slidesFamily() {
+    static const TransitionFamily f{
+        "frmSlides",       "Kirrel-Slides",  {std::begin(kSlideVariants), std::end(kSlideVariants)},
+        "cboTransitions",  kMoveSources,     runSlideTo,
+        runSlideFrom,      runSlideToStored, runSlideFromStored,
+        "cboSlideOptions", "Slot Empty."};
+    return f;
+}
+
+const TransitionFamily& alphaSlidesFamily() {
+    static const TransitionFamily f{
+        "frmAlphaSlides",  "Kirrel-Alpha Slides", {std::begin(kSlideVariants), std::end(kSlideVariants)},
+        "cboTransitions",  kMoveSources,          runAlphaSlideTo,
+        runAlphaSlideFrom, runAlphaSlideToStored, runAlphaSlideFromStored,
+        "cboSlideOptions", "Slot Empty."};
+    return f;
+}
+
 void registerTransitionForms() {
     for (const TransitionFamily* family :
-         {&wipesFamily(), &alphaWipesFamily(), &fadesFamily(), &alphaFadesFamily(), &dissolvesFamily()})
+         {&wipesFamily(), &alphaWipesFamily(), &fadesFamily(), &alphaFadesFamily(), &dissolvesFamily(),
+          &pushesFamily(), &slidesFamily(), &alphaSlidesFamily()})
         panel::registerForm(family->formName, [family] { return new TransitionForm(*family); });
 }
 

@@ -19,6 +19,9 @@ struct TransitionFamily {
     void (*from)(int variant, int start, int end, const std::string& source);
     void (*toStored)(int variant, int start, int slot);
     void (*fromStored)(int variant, int end, int slot);
+    // The list the variants are offered in, and Apply's words for an empty slot.
+    const char* variantListName = "cboTransitions";
+    const char* slotEmptyText = "Slot Empty";
 };
 
 const TransitionFamily& wipesFamily();
@@ -26,6 +29,9 @@ const TransitionFamily& alphaWipesFamily();
 const TransitionFamily& fadesFamily();
 const TransitionFamily& alphaFadesFamily();
 const TransitionFamily& dissolvesFamily();
+const TransitionFamily& pushesFamily();
+const TransitionFamily& slidesFamily();
+const TransitionFamily& alphaSlidesFamily();
 
 // Makes the family dialogs known to the panel by their form names.
 void registerTransitionForms();

@@ -23,7 +23,8 @@ void runPlain(Direction direction, int start, int end, const std::string& source
     if (shape.alphaOnce) f.alpha = van.Van_GetABuffer();
     const bool to = direction == Direction::To;
     const int first = to && !shape.toLoopFromStart ? start + 1 : start;
-    for (int i = first; i <= end; ++i) {
+    const int last = !to && shape.fromLoopStopsBeforeEnd ? end - 1 : end;
+    for (int i = first; i <= last; ++i) {
         f.i = i;
         van.Van_GotoFrame(i);
         fetchFrame(van, f.M);

@@ -18,6 +18,9 @@ enum class Direction { To, From };
 struct PlainShape {
     // The To loop starts at Start + 1 unless this is set; the From loop always starts at Start.
     bool toLoopFromStart = false;
+    // The From loop stops at End - 1: frame End stays as the host has it, the animation that such a
+    // run ends on.
+    bool fromLoopStopsBeforeEnd = false;
     // Whether the pixel call is also made at i = Start (in either direction).
     bool callAtStart = false;
     // The To shape writes M; the From shape writes A unless this is set (the fades write M always).

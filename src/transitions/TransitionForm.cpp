@@ -30,7 +30,6 @@ constexpr const char* kBack = "<-----------";
 constexpr const char* kToggleTip = "Click to switch source and destination.";
 constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
 constexpr const char* kTooFewFrames = "Need at least 3 frames selected!";
-constexpr const char* kSlotEmpty = "Slot Empty";
 constexpr const char* kEmptySlotDesc = "This Slot Is Empty!";
 
 // A frame list's text as a number; a text that holds none stops the Apply with an error.
@@ -77,7 +76,7 @@ TransitionForm::TransitionForm(const TransitionFamily& family)
         auto* caption = makeLabel("Label2", "Transition Type");
         caption->setMargin(4);
         row->addWidget(caption);
-        cboTransitions_ = makeCombo("cboTransitions");
+        cboTransitions_ = makeCombo(family_.variantListName);
         row->addWidget(cboTransitions_, 1);
         outer->addLayout(row);
     }
@@ -337,7 +336,7 @@ void TransitionForm::cmd_Run_Click() {
         return;
     }
     if (cboFrameStart_->currentText().isEmpty() && cboFrameEnd_->currentText().isEmpty()) {
-        van().Van_MessageBox(kSlotEmpty);
+        van().Van_MessageBox(family_.slotEmptyText);
         return;
     }
     stored::saveUndoIfChecked(chkUndoSave_);

@@ -1,5 +1,5 @@
 // The transition dialogs as a user meets them, through session scripts of the kirrel executable: the
-// refusals, the order of an Apply, the lists for a stored source, and every variant of the five
+// refusals, the order of an Apply, the lists for a stored source, and every variant of the eight
 // dialogs in all four shapes.
 
 #include "support/Support.h"
@@ -101,6 +101,23 @@ TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
     const auto trace = traceLines();
     EXPECT_TRUE(
         std::none_of(trace.begin(), trace.end(), [](const std::string& l) { return l == "Van_Lock()"; }));
+}
+
+TEST_F(DialogScript, MovingPicturesTakeTwoSourcesAndReportAnEmptySlotWithAFullStop) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
+      "steps": [
+        {"open": "Pushes"},
+        {"set": {"control": "cboTransitions", "text": "Stored Animation #3"}},
+        {"click": "cmd_Run"},
+        {"dump": "empty"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject empty = state("empty");
+    EXPECT_EQ(messages(empty).back(), "Slot Empty.");
+    EXPECT_EQ(items(control(empty, "frmPushes", "cboTransitions")),
+              (QStringList{"Swap", "Primary Color", "Stored Animation #1", "Stored Animation #2",
+                           "Stored Animation #3", "Stored Animation #4"}));
+    EXPECT_EQ(items(control(empty, "frmPushes", "cboPushOptions")),
+              (QStringList{"Push To Left", "Push To Right", "Push Up", "Push Down"}));
 }
 
 TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
@@ -215,6 +232,7 @@ struct DialogCase {
     int variants; // 0: no variant list
     const char* caption;
     int sources;
+    const char* variantList = "cboTransitions";
 };
 
 class EveryVariant : public DialogScript, public testing::WithParamInterface<DialogCase> {};
@@ -230,7 +248,7 @@ TEST_P(EveryVariant, RunsInAllFourShapes) {
     int expectedTotal = 5;
     int expectedMessages = 0;
     for (int v = 0; v < variants; ++v) {
-        if (c.variants) set("cboTransitions", v, "index");
+        if (c.variants) set(c.variantList, v, "index");
         for (int direction = 0; direction < 2; ++direction) {
             set(c.sourceList, "Swap", "text");
             steps.append(QJsonObject{{"click", "cmd_Run"}});
@@ -269,19 +287,23 @@ TEST_P(EveryVariant, RunsInAllFourShapes) {
     const QStringList sources = items(control(end, c.form, c.sourceList));
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");
-    EXPECT_EQ(control(end, c.form, "cboTransitions").isEmpty(), c.variants == 0);
+    EXPECT_EQ(control(end, c.form, c.variantList).isEmpty(), c.variants == 0);
     EXPECT_EQ(control(end, c.form, "Label2").isEmpty(), c.variants == 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Dialogs, EveryVariant,
-    testing::Values(DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4, "Kirrel-Wipes", 14},
-                    DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4,
-                               "Kirrel-Alpha Wipes (Requires Alpha Channel)", 14},
-                    DialogCase{"Fades", "frmFades", "cboFadeOptions", 0, "Kirrel-Fades", 17},
-                    DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0, "Kirrel-Alpha Fades", 17},
-                    DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0, "Kirrel - Dissolves",
-                               14}),
+    testing::Values(
+        DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4, "Kirrel-Wipes", 14},
+        DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4,
+                   "Kirrel-Alpha Wipes (Requires Alpha Channel)", 14},
+        DialogCase{"Fades", "frmFades", "cboFadeOptions", 0, "Kirrel-Fades", 17},
+        DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0, "Kirrel-Alpha Fades", 17},
+        DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0, "Kirrel - Dissolves", 14},
+        DialogCase{"Pushes", "frmPushes", "cboTransitions", 4, "Kirrel-Pushes", 6, "cboPushOptions"},
+        DialogCase{"Slides", "frmSlides", "cboTransitions", 8, "Kirrel-Slides", 6, "cboSlideOptions"},
+        DialogCase{"Alpha Slides", "frmAlphaSlides", "cboTransitions", 8, "Kirrel-Alpha Slides", 6,
+                   "cboSlideOptions"}),
     [](const testing::TestParamInfo<DialogCase>& i) { return std::string(i.param.form); });
 
 } // namespace
