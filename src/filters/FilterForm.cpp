@@ -81,24 +81,12 @@ FilterForm::FilterForm(const FilterTraits& traits)
     direction->addStretch(1);
     left->addLayout(direction);
 
-    auto* range = new QGridLayout;
-    range->setHorizontalSpacing(10);
-    range->setVerticalSpacing(3);
-    lblKeyIn_ = makeLabel("lblKeyIn", "Frame Start");
-    lblKeyOut_ = makeLabel("lblKeyOut", "Frame End");
-    lblKeyIn_->setMargin(3);
-    lblKeyOut_->setMargin(3);
-    cboFrameStart_ = makeCombo("cboFrameStart");
-    cboFrameEnd_ = makeCombo("cboFrameEnd");
-    cboFrameStart_->setMaxVisibleItems(16);
-    cboFrameEnd_->setMaxVisibleItems(16);
-    range->addWidget(lblKeyIn_, 0, 0);
-    range->addWidget(cboFrameStart_, 1, 0);
-    range->addWidget(lblKeyOut_, 0, 1);
-    range->addWidget(cboFrameEnd_, 1, 1);
-    left->addLayout(range);
-    onValidate(cboFrameStart_, [this] { frameListLeft(true); });
-    onValidate(cboFrameEnd_, [this] { frameListLeft(false); });
+    const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
+    lblKeyIn_ = range.lblKeyIn;
+    lblKeyOut_ = range.lblKeyOut;
+    cboFrameStart_ = range.cboFrameStart;
+    cboFrameEnd_ = range.cboFrameEnd;
+    left->addLayout(range.layout);
 
     chkUseAlpha_ = makeCheck("chkUseAlpha", "Use Alpha?");
     left->addWidget(chkUseAlpha_);

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
@@ -61,7 +62,9 @@ void FormBase::showForm() {
     runGuarded([this] { formActivate(); });
 }
 
-void FormBase::closeByUser() { close(); }
+void FormBase::closeByUser() {
+    close();
+}
 
 void FormBase::closeEvent(QCloseEvent* event) {
     if (unloading_) {
@@ -125,7 +128,8 @@ FormBase* FormBase::find(const QString& name) {
 
 QList<FormBase*> FormBase::openForms() {
     QList<FormBase*> out;
-    for (FormBase* f : openList()) out.push_back(f);
+    for (FormBase* f : openList())
+        out.push_back(f);
     return out;
 }
 
@@ -140,12 +144,14 @@ void FormBase::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     // Columns inside rows, from the top left corner, each tile at its natural size.
     for (int y = 0; y < height(); y += wallpaper_.height())
-        for (int x = 0; x < width(); x += wallpaper_.width()) painter.drawPixmap(x, y, wallpaper_);
+        for (int x = 0; x < width(); x += wallpaper_.width())
+            painter.drawPixmap(x, y, wallpaper_);
 }
 
 // --- control factories ---------------------------------------------------------------------------
 
-QPushButton* FormBase::makeButton(const QString& name, const QString& caption, std::function<void()> onClick) {
+QPushButton* FormBase::makeButton(const QString& name, const QString& caption,
+                                  std::function<void()> onClick) {
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
     if (onClick) connect(b, &QPushButton::clicked, this, guarded([f = std::move(onClick)](bool) { f(); }));
@@ -158,7 +164,8 @@ QLabel* FormBase::makeLabel(const QString& name, const QString& caption) {
     return l;
 }
 
-ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption, std::function<void()> onClick) {
+ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption,
+                                     std::function<void()> onClick) {
     auto* l = new ClickLabel(caption, this);
     l->setObjectName(name);
     l->setCursor(Qt::PointingHandCursor);
@@ -176,7 +183,8 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     auto* c = new QComboBox(this);
     c->setObjectName(name);
     c->installEventFilter(this);
-    if (onClick) connect(c, &QComboBox::currentIndexChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    if (onClick)
+        connect(c, &QComboBox::currentIndexChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
     return c;
 }
 
@@ -185,7 +193,8 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     auto* l = new QListWidget(this);
     l->setObjectName(name);
     l->installEventFilter(this);
-    if (onClick) connect(l, &QListWidget::currentRowChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    if (onClick)
+        connect(l, &QListWidget::currentRowChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
     if (onDblClick)
         connect(l, &QListWidget::itemDoubleClicked, this,
                 guarded([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
@@ -199,7 +208,8 @@ QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std:
     return c;
 }
 
-QRadioButton* FormBase::makeOption(const QString& name, const QString& caption, std::function<void()> onClick) {
+QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
+                                   std::function<void()> onClick) {
     auto* o = new QRadioButton(caption, this);
     o->setObjectName(name);
     if (onClick)
@@ -224,12 +234,31 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
     t->setObjectName(name);
     t->installEventFilter(this);
     if (onChange)
-        connect(t, &QLineEdit::textChanged, this, guarded([f = std::move(onChange)](const QString&) { f(); }));
+        connect(t, &QLineEdit::textChanged, this,
+                guarded([f = std::move(onChange)](const QString&) { f(); }));
     return t;
 }
 
 void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
     validators_[control] = std::move(handler);
+}
+
+FormBase::FrameRange FormBase::makeFrameRange(std::function<void(bool start)> onLeft) {
+    FrameRange r{makeLabel("lblKeyIn", "Frame Start"), makeLabel("lblKeyOut", "Frame End"),
+                 makeCombo("cboFrameStart"), makeCombo("cboFrameEnd"), new QGridLayout};
+    r.layout->setHorizontalSpacing(10);
+    r.layout->setVerticalSpacing(3);
+    for (QLabel* l : {r.lblKeyIn, r.lblKeyOut})
+        l->setMargin(3);
+    for (QComboBox* c : {r.cboFrameStart, r.cboFrameEnd})
+        c->setMaxVisibleItems(16);
+    r.layout->addWidget(r.lblKeyIn, 0, 0);
+    r.layout->addWidget(r.cboFrameStart, 1, 0);
+    r.layout->addWidget(r.lblKeyOut, 0, 1);
+    r.layout->addWidget(r.cboFrameEnd, 1, 1);
+    onValidate(r.cboFrameStart, [onLeft] { onLeft(true); });
+    onValidate(r.cboFrameEnd, [onLeft] { onLeft(false); });
+    return r;
 }
 
 bool FormBase::eventFilter(QObject* watched, QEvent* event) {
@@ -240,15 +269,20 @@ bool FormBase::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-std::string FormBase::askInput(const std::string& prompt, const std::string& title, const std::string& defaultText) {
+std::string FormBase::askInput(const std::string& prompt, const std::string& title,
+                               const std::string& defaultText) {
     auto a = host::runningHost().inputBox(prompt, title, defaultText);
     return a ? *a : std::string();
 }
 
 // --- form catalogue --------------------------------------------------------------------------------
 
-void registerForm(const QString& name, FormMaker maker) { makers()[name] = std::move(maker); }
-bool formKnown(const QString& name) { return makers().count(name) > 0; }
+void registerForm(const QString& name, FormMaker maker) {
+    makers()[name] = std::move(maker);
+}
+bool formKnown(const QString& name) {
+    return makers().count(name) > 0;
+}
 
 FormBase* loadFormByName(const QString& name) {
     if (FormBase* open = FormBase::find(name)) return open;

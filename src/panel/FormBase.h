@@ -14,6 +14,7 @@
 #include <optional>
 
 class QAbstractSlider;
+class QGridLayout;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -79,6 +80,16 @@ class FormBase : public QWidget {
     QLineEdit* makeText(const QString& name, std::function<void()> onChange = {});
     void onValidate(QWidget* control, std::function<void()> handler);
 
+    // The frame range every effect dialog shows: "Frame Start" and "Frame End" over their lists,
+    // each list's Validate event calling onLeft (true for the start list).
+    struct FrameRange {
+        QLabel* lblKeyIn;
+        QLabel* lblKeyOut;
+        QComboBox* cboFrameStart;
+        QComboBox* cboFrameEnd;
+        QGridLayout* layout;
+    };
+    FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

@@ -104,24 +104,12 @@ TransitionForm::TransitionForm(const TransitionFamily& family)
     direction->addWidget(sourceList_, 1);
     outer->addLayout(direction);
 
-    auto* range = new QGridLayout;
-    range->setHorizontalSpacing(10);
-    range->setVerticalSpacing(3);
-    lblKeyIn_ = makeLabel("lblKeyIn", "Frame Start");
-    lblKeyOut_ = makeLabel("lblKeyOut", "Frame End");
-    for (QLabel* l : {lblKeyIn_, lblKeyOut_})
-        l->setMargin(3);
-    cboFrameStart_ = makeCombo("cboFrameStart");
-    cboFrameEnd_ = makeCombo("cboFrameEnd");
-    cboFrameStart_->setMaxVisibleItems(16);
-    cboFrameEnd_->setMaxVisibleItems(16);
-    range->addWidget(lblKeyIn_, 0, 0);
-    range->addWidget(cboFrameStart_, 1, 0);
-    range->addWidget(lblKeyOut_, 0, 1);
-    range->addWidget(cboFrameEnd_, 1, 1);
-    outer->addLayout(range);
-    onValidate(cboFrameStart_, [this] { frameListLeft(true); });
-    onValidate(cboFrameEnd_, [this] { frameListLeft(false); });
+    const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
+    lblKeyIn_ = range.lblKeyIn;
+    lblKeyOut_ = range.lblKeyOut;
+    cboFrameStart_ = range.cboFrameStart;
+    cboFrameEnd_ = range.cboFrameEnd;
+    outer->addLayout(range.layout);
 
     // The slot's thumbnail and description take their room whether shown or not, so the form keeps
     // its size when the source changes.
