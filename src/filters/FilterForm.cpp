@@ -218,13 +218,7 @@ void FilterForm::animationCheck() {
 void FilterForm::frameListLeft(bool startLeft) {
     TotalFrames = van().Van_GetTotalFrames();
     if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) Fill_Frame_List();
-    if (cboFrameStart_->currentIndex() > cboFrameEnd_->currentIndex()) {
-        // The list just left stays; the other one is pulled along.
-        if (startLeft)
-            cboFrameEnd_->setCurrentIndex(cboFrameStart_->currentIndex());
-        else
-            cboFrameStart_->setCurrentIndex(cboFrameEnd_->currentIndex());
-    }
+    pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 
 void FilterForm::updatePreview() {
@@ -300,9 +294,7 @@ void FilterForm::cmdUndo_Click() {
 }
 
 void FilterForm::cmdCancel_Click() {
-    hide();
-    panel::showMainPanel();
-    unloadForm();
+    closeDialog();
 }
 
 } // namespace kirrel::filters

@@ -2,6 +2,7 @@
 
 #include "host/HostState.h"
 #include "panel/EventGuard.h"
+#include "panel/Panel.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -259,6 +260,20 @@ FormBase::FrameRange FormBase::makeFrameRange(std::function<void(bool start)> on
     onValidate(r.cboFrameStart, [onLeft] { onLeft(true); });
     onValidate(r.cboFrameEnd, [onLeft] { onLeft(false); });
     return r;
+}
+
+void FormBase::pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft) {
+    if (start->currentIndex() <= end->currentIndex()) return;
+    if (startLeft)
+        end->setCurrentIndex(start->currentIndex());
+    else
+        start->setCurrentIndex(end->currentIndex());
+}
+
+void FormBase::closeDialog() {
+    hide();
+    showMainPanel();
+    unloadForm();
 }
 
 bool FormBase::eventFilter(QObject* watched, QEvent* event) {

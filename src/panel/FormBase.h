@@ -90,6 +90,10 @@ class FormBase : public QWidget {
         QGridLayout* layout;
     };
     FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
+    // When Start has passed End, the list just left stays and the other one is pulled along.
+    static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
+    // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.
+    void closeDialog();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

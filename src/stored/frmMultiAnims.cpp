@@ -185,9 +185,7 @@ void frmMultiAnims::cmdClear_Click(short index) {
 }
 
 void frmMultiAnims::cmdCancel_Click() {
-    hide();
-    panel::showMainPanel();
-    unloadForm();
+    closeDialog();
 }
 
 void frmMultiAnims::closeByUser() {

@@ -291,12 +291,7 @@ void TransitionForm::Show_Stored_Slot(int slot) {
 void TransitionForm::frameListLeft(bool startLeft) {
     frameCount_ = van().Van_GetTotalFrames();
     if (cboFrameStart_->count() > frameCount_ || cboFrameEnd_->count() > frameCount_) Reset_Frame_Lists();
-    if (cboFrameStart_->currentIndex() > cboFrameEnd_->currentIndex()) {
-        if (startLeft)
-            cboFrameEnd_->setCurrentIndex(cboFrameStart_->currentIndex());
-        else
-            cboFrameStart_->setCurrentIndex(cboFrameEnd_->currentIndex());
-    }
+    pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 
 void TransitionForm::lblToggle_Click() {
@@ -356,9 +351,7 @@ void TransitionForm::cmdUndo_Click() {
 }
 
 void TransitionForm::cmdCancel_Click() {
-    hide();
-    panel::showMainPanel();
-    unloadForm();
+    closeDialog();
 }
 
 } // namespace kirrel::transitions
