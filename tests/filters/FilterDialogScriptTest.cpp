@@ -30,20 +30,8 @@ class FilterDialogScript : public testing::Test {
                     if (c.toObject()["name"].toString() == name) return c.toObject();
         return {};
     }
-    static std::vector<std::string> texts(const QJsonObject& state) {
-        std::vector<std::string> out;
-        for (const auto& d : state["dialogs"].toArray())
-            out.push_back(d.toObject()["text"].toString().toStdString());
-        return out;
-    }
-    std::vector<std::string> traceLines() const {
-        std::vector<std::string> out;
-        QFile f(at("trace.txt"));
-        if (!f.open(QIODevice::ReadOnly)) return out;
-        for (const QByteArray& l : f.readAll().split('\n'))
-            if (!l.isEmpty()) out.push_back(l.toStdString());
-        return out;
-    }
+    static std::vector<std::string> texts(const QJsonObject& state) { return dialogTexts(state); }
+    std::vector<std::string> traceLines() const { return traceFileLines(at("trace.txt")); }
     QTemporaryDir dir;
 };
 

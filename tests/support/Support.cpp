@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
 
@@ -78,6 +79,22 @@ RunResult runScript(const QString& dir, const std::string& json, const std::stri
     r.out = p.readAllStandardOutput().toStdString();
     r.err = p.readAllStandardError().toStdString();
     return r;
+}
+
+std::vector<std::string> dialogTexts(const QJsonObject& state) {
+    std::vector<std::string> out;
+    for (const auto& d : state["dialogs"].toArray())
+        out.push_back(d.toObject()["text"].toString().toStdString());
+    return out;
+}
+
+std::vector<std::string> traceFileLines(const QString& path) {
+    std::vector<std::string> out;
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return out;
+    for (const QByteArray& l : f.readAll().split('\n'))
+        if (!l.isEmpty()) out.push_back(l.toStdString());
+    return out;
 }
 
 std::string readFile(const QString& path) {

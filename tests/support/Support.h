@@ -45,6 +45,10 @@ struct RunResult {
 // dir, with --trace trace.txt in dir.
 RunResult runScript(const QString& dir, const std::string& json, const std::string& name = "session.json");
 std::string readFile(const QString& path);
+// The texts of every box in a dumped state.json, in order.
+std::vector<std::string> dialogTexts(const QJsonObject& state);
+// The non-empty lines of a trace file.
+std::vector<std::string> traceFileLines(const QString& path);
 void writeFile(const QString& path, const std::string& bytes); // makes the folder if missing
 QJsonObject readJsonObject(const QString& path);
 // Little-endian 16-bit numbers, as the .dat headers hold them.

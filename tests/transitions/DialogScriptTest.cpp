@@ -37,20 +37,8 @@ class DialogScript : public testing::Test {
             out << i.toString();
         return out;
     }
-    static std::vector<std::string> messages(const QJsonObject& state) {
-        std::vector<std::string> out;
-        for (const auto& d : state["dialogs"].toArray())
-            out.push_back(d.toObject()["text"].toString().toStdString());
-        return out;
-    }
-    std::vector<std::string> traceLines() const {
-        std::vector<std::string> out;
-        QFile f(at("trace.txt"));
-        if (!f.open(QIODevice::ReadOnly)) return out;
-        for (const QByteArray& l : f.readAll().split('\n'))
-            if (!l.isEmpty()) out.push_back(l.toStdString());
-        return out;
-    }
+    static std::vector<std::string> messages(const QJsonObject& state) { return dialogTexts(state); }
+    std::vector<std::string> traceLines() const { return traceFileLines(at("trace.txt")); }
     // A slot file of n flat frames (bounds w, h) in the script's temporary folder.
     void writeSlot(int slot, int n, int w, int h) {
         std::string bytes = int16le({n, w, h});
