@@ -1,0 +1,7 @@
+#include "customfx/CustomFxForms.h"
+
+namespace kirrel::customfx {
+
+void registerCustomFxForms() {}
+
+} // namespace kirrel::customfx

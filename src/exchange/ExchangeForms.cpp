@@ -1,0 +1,7 @@
+#include "exchange/ExchangeForms.h"
+
+namespace kirrel::exchange {
+
+void registerExchangeForms() {}
+
+} // namespace kirrel::exchange

@@ -1,0 +1,7 @@
+#include "generators/GeneratorForms.h"
+
+namespace kirrel::generators {
+
+void registerGeneratorForms() {}
+
+} // namespace kirrel::generators

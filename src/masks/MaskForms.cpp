@@ -1,0 +1,7 @@
+#include "masks/MaskForms.h"
+
+namespace kirrel::masks {
+
+void registerMaskForms() {}
+
+} // namespace kirrel::masks

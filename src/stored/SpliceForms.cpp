@@ -1,0 +1,7 @@
+#include "stored/SpliceForms.h"
+
+namespace kirrel::stored {
+
+void registerSpliceForms() {}
+
+} // namespace kirrel::stored

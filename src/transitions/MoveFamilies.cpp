@@ -1,0 +1,7 @@
+#include "transitions/MoveFamilies.h"
+
+namespace kirrel::transitions {
+
+void registerMoveForms() {}
+
+} // namespace kirrel::transitions

@@ -1,0 +1,7 @@
+#include "transitions/PatternFamilies.h"
+
+namespace kirrel::transitions {
+
+void registerPatternForms() {}
+
+} // namespace kirrel::transitions

@@ -1,0 +1,7 @@
+#include "transitions/StretchFamilies.h"
+
+namespace kirrel::transitions {
+
+void registerStretchForms() {}
+
+} // namespace kirrel::transitions

@@ -1,0 +1,7 @@
+#include "transitions/StripeBlockFamilies.h"
+
+namespace kirrel::transitions {
+
+void registerStripeAndBlockForms() {}
+
+} // namespace kirrel::transitions

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace kirrel::transitions {
+
+// The stripe dialogs, Threshold Mask and Block Out.
+void registerStripeAndBlockForms();
+
+} // namespace kirrel::transitions
