@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstring>
+
 #include <functional>
 #include <random>
 #include <string>
@@ -57,6 +59,13 @@ void run(benchmark::State& state, const Call& call, int w, int h) {
 
 const std::vector<std::pair<std::string, Call>>& calls() {
     static const std::vector<std::pair<std::string, Call>> all = {
+        // The memory-bandwidth bound: a plain copy of the three planes every operation writes.
+        {"CopyBound",
+         [](Frame& f) {
+             for (auto [to, from] :
+                  {std::pair{&f.a.r, &f.b.r}, std::pair{&f.a.g, &f.b.g}, std::pair{&f.a.b, &f.b.b}})
+                 std::memcpy(to->data(), from->data(), to->size());
+         }},
         {"MixBuffers", [](Frame& f) { MixBuffers(TRI(f.a), TRI(f.b), 50, f.W, f.H); }},
         {"MixBufferColor", [](Frame& f) { MixBufferColor(TRI(f.a), 200, 40, 90, 50, f.W, f.H); }},
         {"MixBufferNegative", [](Frame& f) { MixBufferNegative(TRI(f.a), 50, f.W, f.H); }},
