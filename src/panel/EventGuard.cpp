@@ -21,10 +21,18 @@ std::string describe(const std::exception& e) {
 }
 } // namespace
 
-void endProgram() { throw ProgramEnd{}; }
-bool programEnded() { return ended; }
-void resetProgramEnded() { ended = false; }
-void setProgramEndHandler(std::function<void()> handler) { endHandler = std::move(handler); }
+void endProgram() {
+    throw ProgramEnd{};
+}
+bool programEnded() {
+    return ended;
+}
+void resetProgramEnded() {
+    ended = false;
+}
+void setProgramEndHandler(std::function<void()> handler) {
+    endHandler = std::move(handler);
+}
 
 std::optional<std::string> takeScriptAbort() {
     auto a = std::move(pendingAbort);
@@ -52,6 +60,12 @@ void runGuarded(const std::function<void()>& action) {
         pendingAbort = a.reason;
     } catch (const std::exception& e) {
         host::runningHost().reportError(describe(e));
+        // A run that failed midway never reached its own Van_Unlock. The program goes on after the
+        // report, so the host is released here as the panel's shutdown would release it; otherwise
+        // the user would face a window that takes no input, a wait pointer and a status that never end.
+        host::runningHost().statusClose();
+        host::runningHost().unlock();
+        host::runningHost().restorePointer();
     }
 }
 
