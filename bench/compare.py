@@ -66,7 +66,7 @@ def make_inputs(tmp, w, h):
 
 
 def ffmpeg_seconds(inputs, w, h, graph, threads):
-    args = ["ffmpeg", "-v", "error", "-benchmark", "-nostdin"]
+    args = ["ffmpeg", "-v", "info", "-benchmark", "-nostdin"]
     if threads == 1:
         args += ["-threads", "1", "-filter_threads", "1", "-filter_complex_threads", "1"]
     for path in inputs:
