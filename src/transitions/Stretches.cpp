@@ -90,9 +90,12 @@ constexpr std::array<BandCall, 4> kCenterCalls = {{
 
 // The squeezes share the frame between the two pictures at a seam (selectors 1..4), or squeeze the
 // frame into a band about the centre while the source closes over it as a pair of doors (5, 6).
-// The vertical pair hands the source and its saved copy to the operation the other way round in
-// the From direction; the operation writes its result to both of the triples it is given, so there
-// the saved copy takes the frame just made, and the next frame's source part is that frame.
+// The operation puts the frame before the seam and the source after it, and writes that picture to
+// the frame and the source triple alike: both directions of a seam squeeze show the same frames,
+// the falling seam (To Left, To Top) going from the frame to the source and the rising one (To
+// Right, To Bottom) from the source to the frame. The vertical pair hands the source and its saved
+// copy over the other way round in the From direction, so there the saved copy takes the frame just
+// made and each later frame squeezes the one before it in place of the source.
 struct SqueezeCall {
     bool vertical;
     Value value;
@@ -153,6 +156,9 @@ krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, krl::Tr
         krl::DoorMix(P1.r, P1.g, P1.b, saved.r, saved.g, saved.b, W, H, k, doorMode);
         if (f.i == f.end) P1 = saved;
     } else {
+        // The source squeezed into the centre band over the frame, then that picture's own halves
+        // close over it as doors: the first frame is the source, and on the last the band is gone
+        // and the closed doors are the whole frame.
         stretch(P1, saved, W, H, bandMode, k);
         P2 = P1;
         krl::DoorMix(P2.r, P2.g, P2.b, P1.r, P1.g, P1.b, W, H, k, doorMode);
