@@ -157,6 +157,12 @@ TEST_P(StretchReference, EveryFrameIsTheNamedGeometryAndTheEndsAreWholePictures)
             EXPECT_EQ(frame(i), end == F ? original[static_cast<std::size_t>(i)] : source)
                 << "end frame " << i;
         }
+    // Every frame of the range is made, the first one too, from a source read once.
+    std::vector<std::string> visits;
+    for (int i = kS; i <= kE; ++i)
+        visits.push_back("Van_GotoFrame(" + std::to_string(i) + ")");
+    EXPECT_EQ(calls("Van_GotoFrame"), visits);
+    EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), 1u);
     EXPECT_EQ(host().swapPicture(), source);
     EXPECT_FALSE(host().locked());
 }
