@@ -1,0 +1,234 @@
+// The eighteen stretch and squeeze options against pictures computed here: which band or seam each
+// frame's value puts where, which picture lands in it (each sampled at its cells' centres), the door
+// leaves of the centre squeezes, and the source's saved copy that the vertical squeezes overwrite in
+// their From runs. Every option runs both ways on an even and an odd size, plain and spliced.
+
+#include "transitions/Stretches.h"
+#include "transitions/TransitionSupport.h"
+
+#include <cmath>
+
+namespace kirrel::test {
+namespace {
+
+using host::Picture;
+using namespace transitions;
+
+int cells(int p, int last) {
+    return p <= 0 ? 0 : (p >= last ? last + 1 : p);
+}
+// Copies line s of b (a column, or a row if vertical) to line t of out.
+void copyLine(Picture& out, const Picture& b, bool vertical, int t, int s) {
+    for (int j = 0; j <= (vertical ? out.width() : out.height()); ++j) {
+        const int x = vertical ? j : t, y = vertical ? t : j, sx = vertical ? j : s, sy = vertical ? s : j;
+        out.r.at(x, y) = b.r.at(sx, sy);
+        out.g.at(x, y) = b.g.at(sx, sy);
+        out.b.at(x, y) = b.b.at(sx, sy);
+    }
+}
+// Lines [t0, t1) of out take all n lines of b, each line sampled at its centre.
+void scaleInto(Picture& out, const Picture& b, bool vertical, int t0, int t1) {
+    const int n = (vertical ? b.height() : b.width()) + 1;
+    for (int t = t0; t < t1; ++t)
+        copyLine(out, b, vertical, t, std::min(n - 1, int(std::floor((t - t0 + 0.5) * n / (t1 - t0)))));
+}
+
+// The picture b over a band of a; the band's edge k (both edges for a centre band, modes 5 and 6).
+Picture band(const Picture& a, const Picture& b, int mode, int k) {
+    const bool vertical = mode == 3 || mode == 4 || mode == 6;
+    const int last = vertical ? a.height() : a.width();
+    Picture out = a;
+    if (mode <= 4 && mode % 2 == 1) scaleInto(out, b, vertical, 0, cells(k, last));
+    if (mode <= 4 && mode % 2 == 0) scaleInto(out, b, vertical, cells(k, last), last + 1);
+    if (mode >= 5 && cells(last - k, last) > cells(k, last))
+        scaleInto(out, b, vertical, cells(k, last), cells(last - k, last));
+    return out;
+}
+// The frame squeezed before the seam, the source after it.
+Picture squeeze(const Picture& frame, const Picture& source, bool vertical, int seam) {
+    const int last = vertical ? frame.height() : frame.width(), k = cells(seam, last);
+    Picture out = frame;
+    scaleInto(out, frame, vertical, 0, k);
+    scaleInto(out, source, vertical, k, last + 1);
+    return out;
+}
+// b's two halves slide in from the edges as door leaves `leaf` wide (full at half the size).
+Picture door(const Picture& a, const Picture& b, bool vertical, int leaf) {
+    const int n = (vertical ? a.height() : a.width()) + 1, half = (n - 1) / 2, nl = (n + 1) / 2, nr = n / 2;
+    const int cl = leaf <= 0 ? 0 : (leaf >= half ? nl : leaf * nl / half);
+    const int cr = leaf <= 0 ? 0 : (leaf >= half ? nr : leaf * nr / half);
+    Picture out = a;
+    for (int t = 0; t < cl; ++t)
+        copyLine(out, b, vertical, t, nl - cl + t);
+    for (int t = n - cr; t < n; ++t)
+        copyLine(out, b, vertical, t, nl + t - (n - cr));
+    return out;
+}
+
+enum class Call { Stretch, Squeeze, DoorSqueeze };
+enum End { F, S, X }; // the frame, the source, neither
+struct Row {
+    Call call;
+    bool vertical;
+    char value; // u, v rising and falling; c, o their halves
+    int mode;   // of the stretch; the squeezes' seam modes follow from `vertical`
+    bool tradesFrom;
+    End toEnds[2], fromEnds[2]; // frame Start and frame End of the two directions
+};
+
+// In the order of the dialog's list.
+const Row kRows[18] = {
+    {Call::Stretch, false, 'u', 1, false, {F, S}, {S, F}},
+    {Call::Stretch, false, 'v', 2, false, {F, S}, {S, F}},
+    {Call::Stretch, true, 'u', 3, false, {F, S}, {S, F}},
+    {Call::Stretch, true, 'v', 4, false, {F, S}, {S, F}},
+    {Call::Stretch, false, 'o', 5, false, {F, S}, {S, F}},
+    {Call::Stretch, true, 'o', 6, false, {F, S}, {S, F}},
+    {Call::Stretch, false, 'v', 1, false, {S, F}, {F, S}},
+    {Call::Stretch, false, 'u', 2, false, {S, F}, {F, S}},
+    {Call::Stretch, true, 'v', 3, false, {S, F}, {F, S}},
+    {Call::Stretch, true, 'u', 4, false, {S, F}, {F, S}},
+    {Call::Stretch, false, 'c', 5, false, {S, F}, {F, S}},
+    {Call::Stretch, true, 'c', 6, false, {S, F}, {F, S}},
+    {Call::Squeeze, false, 'v', 0, false, {F, S}, {F, S}},
+    {Call::Squeeze, false, 'u', 0, false, {S, F}, {S, F}},
+    {Call::Squeeze, true, 'v', 0, true, {F, S}, {F, X}},
+    {Call::Squeeze, true, 'u', 0, true, {S, F}, {S, F}},
+    {Call::DoorSqueeze, false, 'c', 5, false, {F, S}, {S, F}},
+    {Call::DoorSqueeze, true, 'c', 6, false, {F, S}, {S, F}},
+};
+
+int valueOf(char value, int f, int first, int last, int size) {
+    const double share = (value == 'u' || value == 'c') ? double(f - first) / double(last - first)
+                                                        : double(last - f) / double(last - first);
+    return int(std::nearbyint(value == 'u' || value == 'v' ? share * size : share * size / 2.0));
+}
+
+// One frame made from the frame and the source's saved copy, which a trading squeeze overwrites.
+Picture expected(const Row& r, bool to, const Picture& frame, Picture& saved, int f, int first, int last) {
+    const int k = valueOf(r.value, f, first, last, r.vertical ? frame.height() : frame.width());
+    switch (r.call) {
+    case Call::Stretch:
+        return to ? band(frame, saved, r.mode, k) : band(saved, frame, r.mode, k);
+    case Call::Squeeze: {
+        Picture out = squeeze(frame, saved, r.vertical, k);
+        if (r.tradesFrom && !to) saved = out;
+        return out;
+    }
+    case Call::DoorSqueeze:
+        if (to) return f == last ? saved : door(band(saved, frame, r.mode, k), saved, r.vertical, k);
+        const Picture squeezed = band(frame, saved, r.mode, k);
+        return door(squeezed, squeezed, r.vertical, k);
+    }
+    return {};
+}
+
+struct Size {
+    int w, h;
+};
+
+class StretchReference : public TransitionTest,
+                         public testing::WithParamInterface<std::tuple<int, bool, Size>> {
+  protected:
+    static constexpr int kS = 1, kE = 5;
+    void prepare(int w, int h) {
+        load(7, w, h);
+        source = patternPicture(w, h, 101);
+        host().loadSwap(source);
+        trace.clear();
+    }
+    Picture source;
+};
+
+TEST_P(StretchReference, EveryFrameIsTheNamedGeometryAndTheEndsAreWholePictures) {
+    const auto& [option, to, size] = GetParam();
+    const Row& r = kRows[option];
+    prepare(size.w, size.h);
+    (to ? runStretchTo : runStretchFrom)(option, kS, kE, "Swap");
+    Picture saved = source;
+    for (int i = 0; i < 7; ++i) {
+        const Picture& before = original[static_cast<std::size_t>(i)];
+        const bool made = i >= kS && i <= kE;
+        EXPECT_EQ(frame(i), made ? expected(r, to, before, saved, i, kS, kE) : before) << "frame " << i;
+    }
+    const End* ends = to ? r.toEnds : r.fromEnds;
+    for (const auto& [i, end] : {std::pair{kS, ends[0]}, {kE, ends[1]}})
+        if (end != X) {
+            EXPECT_EQ(frame(i), end == F ? original[static_cast<std::size_t>(i)] : source)
+                << "end frame " << i;
+        }
+    // Every frame of the range is made, the first one too, from a source read once.
+    std::vector<std::string> visits;
+    for (int i = kS; i <= kE; ++i)
+        visits.push_back("Van_GotoFrame(" + std::to_string(i) + ")");
+    EXPECT_EQ(calls("Van_GotoFrame"), visits);
+    EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), 1u);
+    EXPECT_EQ(host().swapPicture(), source);
+    EXPECT_FALSE(host().locked());
+}
+
+TEST_P(StretchReference, StoredTwinsBringTheSlotToTheRunsSize) {
+    const auto& [option, to, size] = GetParam();
+    const Row& r = kRows[option];
+    prepare(size.w, size.h);
+    writeSlot(2, 6, 9, 5); // flat frames of another size: resampled, still flat
+    auto stored = [&](int k) {
+        return Picture::filled(size.w, size.h, host::packColor(10 + 20 * k, 11 + 20 * k, 12 + 20 * k));
+    };
+    // ToStored from frame 3 overlaps frames 3..6 with stored 0..3 and appends 4, 5; FromStored to
+    // frame 3 puts stored 0, 1 in front and overlaps stored 2..5 with frames 0..3.
+    (to ? runStretchToStored : runStretchFromStored)(option, 3, 2);
+    ASSERT_EQ(host().totalFrames(), 9);
+    for (int k = 0; k < 4; ++k) {
+        const int at = to ? 3 + k : 2 + k;
+        Picture saved = stored(to ? k : 2 + k);
+        EXPECT_EQ(frame(at), expected(r, to, original[static_cast<std::size_t>(to ? 3 + k : k)], saved, at,
+                                      to ? 3 : 2, to ? 6 : 5))
+            << "overlap frame " << at;
+    }
+    for (int k : {0, 1})
+        EXPECT_EQ(frame(to ? 7 + k : k), stored(to ? 4 + k : k));
+}
+
+INSTANTIATE_TEST_SUITE_P(Options, StretchReference,
+                         testing::Combine(testing::Range(0, 18), testing::Bool(),
+                                          testing::Values(Size{16, 12}, Size{15, 11})),
+                         [](const testing::TestParamInfo<std::tuple<int, bool, Size>>& i) {
+                             const int o = std::get<0>(i.param);
+                             const bool to = std::get<1>(i.param);
+                             const Size s = std::get<2>(i.param);
+                             std::string name = kStretchOptions[static_cast<std::size_t>(o)].text;
+                             std::erase(name, ' ');
+                             return name + (to ? "_To_" : "_From_") + std::to_string(s.w) + "x" +
+                                    std::to_string(s.h);
+                         });
+
+class StretchRuns : public StretchReference {};
+
+TEST_F(StretchRuns, OnlyTheVerticalSqueezesTradeTheSourceForItsCopyAndOnlyInTheirFromRuns) {
+    // Source a flat colour: the From run of "Squeeze To Top" overwrites the saved copy with the frame
+    // it makes on frame Start (the whole frame), so the colour never shows; its To run and the
+    // horizontal pair's From run show it on their way.
+    auto redPixels = [&](int option, bool to) {
+        prepare(12, 9);
+        host().setPrimaryColor(200, 30, 60);
+        (to ? runStretchTo : runStretchFrom)(option, kS, kE, "Primary Color");
+        int n = 0;
+        for (int i = kS; i <= kE; ++i)
+            n += count(frame(i).r, 200);
+        return n;
+    };
+    EXPECT_EQ(redPixels(14, false), 0);
+    EXPECT_GT(redPixels(14, true), 13 * 10);
+    EXPECT_GT(redPixels(12, false), 13 * 10);
+}
+
+TEST_F(StretchRuns, ASelectorOutsideItsProcedureIsRefusedBeforeTheHostIsTouched) {
+    prepare(8, 6);
+    EXPECT_THROW(StretchOver(kS, kE, "Swap", 5, Direction::To), std::out_of_range);
+    EXPECT_THROW(SqueezeToStored(1, 0, 7), std::out_of_range);
+    EXPECT_TRUE(trace.empty());
+}
+
+} // namespace
+} // namespace kirrel::test
