@@ -94,8 +94,8 @@ constexpr std::array<BandCall, 4> kCenterCalls = {{
 // the frame and the source triple alike: both directions of a seam squeeze show the same frames,
 // the falling seam (To Left, To Top) going from the frame to the source and the rising one (To
 // Right, To Bottom) from the source to the frame. The vertical pair hands the source and its saved
-// copy over the other way round in the From direction, so there the saved copy takes the frame just
-// made and each later frame squeezes the one before it in place of the source.
+// copy over the other way round in the From direction; the result written into the saved copy's
+// place is dropped, so every frame squeezes against the source itself.
 struct SqueezeCall {
     bool vertical;
     Value value;
@@ -139,7 +139,12 @@ krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, krl::Tr
     const int W = f.W, H = f.H;
     const int k = valueOf(call.value, f, call.vertical ? H : W);
     if (!call.door) {
-        krl::Triple& b = call.sourcesTradeFrom && !to ? saved : P2;
+        // Where the saved copy takes the source's place it would also take the result, and the next
+        // frame would restore the source from it: it works on a copy, so each frame starts from the
+        // source read before the loop, as the other runs do.
+        krl::Triple savedCopy;
+        if (call.sourcesTradeFrom && !to) savedCopy = saved;
+        krl::Triple& b = call.sourcesTradeFrom && !to ? savedCopy : P2;
         const krl::Triple& c = call.sourcesTradeFrom && !to ? P2 : saved;
         const int right = call.vertical ? W : k, bottom = call.vertical ? k : H;
         krl::SqueezeOverlay(P1.r, P1.g, P1.b, b.r, b.g, b.b, c.r, c.g, c.b, W, H, right, bottom, 0, 0,
