@@ -60,8 +60,9 @@ struct PatternVariant {
 // Open: the mask's low values turn first, rising with L_up; the From runs write the source.
 constexpr PatternModule kOpenTo{Call::Thresh, false, Level::Up, true, true};
 constexpr PatternModule kOpenFrom{Call::Thresh, true, Level::Up, true, true};
-// Close: the To run mixes into the source at the falling level and is the one member without a final
-// copy (at End its level is 0 and the source stands whole); the From run falls from 255 on the frame.
+// Close: the To run mixes into the source at the falling level and goes without the final copy (at End
+// its level is 0 and the source stands whole); the From run falls from 255 on the frame. The circles
+// keep the copy in every run, since their cut leaves the last column and row to the mix.
 constexpr PatternModule kCloseTo{Call::Thresh, true, Level::Down, false, true};
 constexpr PatternModule kCloseFrom{Call::Thresh, false, Level::Inverse, true, true};
 
