@@ -69,14 +69,6 @@ TEST(BlockGrid, DrawsNeverTakeACellTwiceAndNeverRunOut) {
     EXPECT_EQ(grid.takenCount(), layout.total);
 }
 
-TEST(BlockGrid, LeftoverStripsGoWithTheLastCell) {
-    const BlockGrid grid(BlockLayout{4, 3, 2, 6});
-    EXPECT_EQ(grid.colOf(0), 0);
-    EXPECT_EQ(grid.colOf(8), 2);
-    EXPECT_EQ(grid.colOf(12), 2);
-    EXPECT_EQ(grid.rowOf(8), 1);
-}
-
 class BlockOutRun : public TransitionTest {
   protected:
     static constexpr std::uint32_t kColour = 0x1EC80A; // red 10, green 200, blue 30
