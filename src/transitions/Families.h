@@ -2,10 +2,40 @@
 // The transition dialogs as data: each family's form name, caption, variant list, source list and the
 // four runs its Apply dispatches to. One dialog class serves them all.
 
+#include <memory>
 #include <string>
 #include <vector>
 
+class QBoxLayout;
+
+namespace kirrel::panel {
+class FormBase;
+struct SkinSettings;
+} // namespace kirrel::panel
+
 namespace kirrel::transitions {
+
+// What Apply hands to a family that runs with values of its own controls.
+struct FamilyRun {
+    bool toward; // "----------->": the To shapes
+    int slot;    // 0..3 for a stored source, else -1
+    int start, end;
+    const std::string& source;
+};
+
+// Controls a family adds to the shared dialog (option buttons, size buttons, a warning), kept by the
+// form for its life.
+class FamilyControls {
+  public:
+    virtual ~FamilyControls() = default;
+    // At Form_Load, after the shared controls are skinned: defaults and colours.
+    virtual void load(const panel::SkinSettings& skin) { (void)skin; }
+    // Apply's run with the values of these controls; false leaves Apply to the family's four runs.
+    virtual bool run(const FamilyRun& request) {
+        (void)request;
+        return false;
+    }
+};
 
 struct TransitionFamily {
     const char* formName;
@@ -22,6 +52,11 @@ struct TransitionFamily {
     // The list the variants are offered in, and Apply's words for an empty slot.
     const char* variantListName = "cboTransitions";
     const char* slotEmptyText = "Slot Empty";
+    // Builds the family's own controls into the form, below the direction row; null for none.
+    std::unique_ptr<FamilyControls> (*addControls)(panel::FormBase& form, QBoxLayout& layout) = nullptr;
+    // The fewest frames a plain range may hold, and Apply's words for a shorter one.
+    int fewestFrames = 3;
+    const char* tooFewFramesText = "Need at least 3 frames selected!";
 };
 
 const TransitionFamily& wipesFamily();

@@ -29,7 +29,6 @@ constexpr const char* kToward = "----------->";
 constexpr const char* kBack = "<-----------";
 constexpr const char* kToggleTip = "Click to switch source and destination.";
 constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
-constexpr const char* kTooFewFrames = "Need at least 3 frames selected!";
 constexpr const char* kEmptySlotDesc = "This Slot Is Empty!";
 
 // A frame list's text as a number; a text that holds none stops the Apply with an error.
@@ -103,6 +102,7 @@ TransitionForm::TransitionForm(const TransitionFamily& family)
     sourceList_->setMinimumWidth(170);
     direction->addWidget(sourceList_, 1);
     outer->addLayout(direction);
+    if (family_.addControls) familyControls_ = family_.addControls(*this, *outer);
 
     const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
     lblKeyIn_ = range.lblKeyIn;
@@ -189,6 +189,7 @@ void TransitionForm::Apply_Skin() {
     lblStoredDesc_->hide();
     stored::showThumbnail(static_cast<panel::PictureBox*>(storedPreview_), QImage());
     storedPreview_->hide();
+    if (familyControls_) familyControls_->load(s);
 }
 
 void TransitionForm::clearFrameLists() {
@@ -314,8 +315,9 @@ void TransitionForm::cmd_Run_Click() {
         return;
     }
     const std::string source = sourceText();
-    if (!isStoredSource(source) && cboFrameEnd_->currentIndex() - cboFrameStart_->currentIndex() < 2) {
-        van().Van_MessageBox(kTooFewFrames);
+    if (!isStoredSource(source) &&
+        cboFrameEnd_->currentIndex() - cboFrameStart_->currentIndex() < family_.fewestFrames - 1) {
+        van().Van_MessageBox(family_.tooFewFramesText);
         return;
     }
     if (cboFrameStart_->currentText().isEmpty() && cboFrameEnd_->currentText().isEmpty()) {
@@ -334,6 +336,12 @@ void TransitionForm::dispatch(const std::string& source) {
     DisabledWhileRunning busy(this, cmdRun_);
     const int slot = slotOfSource(source);
     const bool toward = towardSource();
+    if (familyControls_) {
+        // A stored shape takes only its own end of the range, from the text of that list.
+        const int start = slot < 0 || toward ? frameNumber(cboFrameStart_->currentText()) : 0;
+        const int end = slot < 0 || !toward ? frameNumber(cboFrameEnd_->currentText()) : 0;
+        if (familyControls_->run({toward, slot, start, end, source})) return;
+    }
     if (slot < 0) {
         // In the plain case list index and frame number are one.
         const int start = frameNumber(cboFrameStart_->currentText());

@@ -11,6 +11,7 @@
 #include "transitions/Families.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 class QCheckBox;
@@ -68,6 +69,7 @@ class TransitionForm : public panel::FormBase {
     QPushButton* cmdUndo_ = nullptr;
     QPushButton* cmdRun_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
+    std::unique_ptr<FamilyControls> familyControls_; // the family's own controls, if it has any
 };
 
 } // namespace kirrel::transitions

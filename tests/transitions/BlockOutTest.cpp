@@ -1,0 +1,167 @@
+// Block Out: the block arithmetic, the grid's draws, and runs in which every block changes over
+// exactly once and stays, with the first and last frames fixed by the direction.
+
+#include "transitions/Blocks.h"
+#include "transitions/TransitionSupport.h"
+
+#include <numeric>
+#include <set>
+
+namespace kirrel::test {
+namespace {
+
+using host::Picture;
+using namespace transitions;
+
+TEST(BlockLayout, SideFromTheAreaOverTheSpanRoundedHalfToEven) {
+    // sqrt(16 * 12) = 13.86 rounds to 14; 14 / 4 = 3.5 rounds to 4: 4 x 3 cells.
+    const auto a = blockLayout(16, 12, 4);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->size, 4);
+    EXPECT_EQ(a->cols, 4);
+    EXPECT_EQ(a->rows, 3);
+    EXPECT_EQ(a->total, 12);
+    // 14 / 5 = 2.8 gives 3; 15 / 3 and 11 / 3 round to 5 and 4.
+    const auto b = blockLayout(15, 11, 5);
+    ASSERT_TRUE(b);
+    EXPECT_EQ(b->size, 3);
+    EXPECT_EQ(b->cols, 5);
+    EXPECT_EQ(b->rows, 4);
+    // A block below half a pixel is refused; a picture narrower than half a block keeps one column.
+    EXPECT_FALSE(blockLayout(4, 4, 9));
+    const auto thin = blockLayout(1, 400, 2);
+    ASSERT_TRUE(thin);
+    EXPECT_EQ(thin->cols, 1);
+}
+
+// Over any run the draws stay below the number of cells, so a free cell is always left to draw, and
+// they rise frame by frame.
+TEST(BlockGrid, DrawsNeverTakeACellTwiceAndNeverRunOut) {
+    for (int span : {4, 5, 9, 30})
+        for (int total : {1, 7, 12, 100}) {
+            int sum = 0, previous = 0;
+            for (int i = 0; i <= span; ++i) {
+                const int n = blocksDrawnAt(i, 0, span, total);
+                if (i < span) {
+                    EXPECT_GE(n, previous) << "span " << span << " frame " << i;
+                    previous = n;
+                }
+                sum += n;
+            }
+            EXPECT_EQ(blocksDrawnAt(span, 0, span, total), 0);
+            EXPECT_LT(sum, total) << "span " << span << " total " << total;
+        }
+    const BlockLayout layout{3, 7, 5, 35};
+    std::mt19937 random(7);
+    BlockGrid grid(layout);
+    int expected = 0;
+    for (int i = 0; i <= 9; ++i) {
+        grid.take(blocksDrawnAt(i, 0, 9, layout.total), random);
+        expected += blocksDrawnAt(i, 0, 9, layout.total);
+        int taken = 0;
+        for (int r = 0; r < layout.rows; ++r)
+            for (int c = 0; c < layout.cols; ++c)
+                taken += grid.taken(c, r);
+        EXPECT_EQ(taken, expected) << "each draw takes a cell that was free";
+        EXPECT_EQ(grid.takenCount(), expected);
+    }
+    grid.take(1000, random); // a full grid takes no more
+    EXPECT_EQ(grid.takenCount(), layout.total);
+}
+
+class BlockOutRun : public TransitionTest {
+  protected:
+    static constexpr std::uint32_t kColour = 0x1EC80A; // red 10, green 200, blue 30
+    void prepare(int w, int h, int frames) {
+        std::vector<Picture> flat(static_cast<std::size_t>(frames), Picture::filled(w, h, 0x808080));
+        original = flat;
+        host().loadAnimation(flat);
+        host().setPrimaryColor(10, 200, 30);
+        trace.clear();
+    }
+    // Whether the pixel shows the colour.
+    bool coloured(int f, int x, int y) const {
+        const Picture& p = frame(f);
+        return p.r.at(x, y) == 10 && p.g.at(x, y) == 200 && p.b.at(x, y) == 30;
+    }
+};
+
+// Every block, the leftover strips included, turns to the colour at one frame and stays so; each
+// turns only whole; the number of turned cells per frame follows the draws.
+TEST_F(BlockOutRun, EveryBlockCoversOnceAndStaysCovered) {
+    for (auto [w, h] : {std::pair{16, 12}, std::pair{15, 11}}) {
+        prepare(w, h, 8);
+        const int S = 1, E = 7;
+        BlockOut2Color(S, E);
+        const BlockLayout layout = *blockLayout(w, h, E - S);
+        const int b = layout.size;
+        int drawn = 0;
+        for (int f = 0; f < 8; ++f) {
+            if (f >= S && f < E) drawn += blocksDrawnAt(f, S, E, layout.total);
+            std::set<std::pair<int, int>> cellsCovered;
+            for (int y = 0; y <= h; ++y)
+                for (int x = 0; x <= w; ++x) {
+                    const bool now = coloured(f, x, y);
+                    // A block is covered or not as a whole.
+                    EXPECT_EQ(now, coloured(f, x - x % b, y - y % b)) << f << " at " << x << "," << y;
+                    if (f > 0 && coloured(f - 1, x, y)) {
+                        EXPECT_TRUE(now) << "uncovered at " << f;
+                    }
+                    if (now)
+                        cellsCovered.insert(
+                            {std::min(x / b, layout.cols - 1), std::min(y / b, layout.rows - 1)});
+                }
+            if (f <= S)
+                EXPECT_TRUE(cellsCovered.empty()) << "frame " << f;
+            else if (f == E)
+                EXPECT_EQ(static_cast<int>(cellsCovered.size()), layout.total);
+            else
+                EXPECT_EQ(static_cast<int>(cellsCovered.size()), drawn) << "frame " << f;
+        }
+        EXPECT_FALSE(host().locked());
+    }
+}
+
+TEST_F(BlockOutRun, FromStartsAllSourceAndEndsOnTheFrame) {
+    prepare(16, 12, 7);
+    Picture swap = patternPicture(16, 12, 40);
+    host().loadSwap(swap);
+    BlockOutFromSwap(0, 6);
+    EXPECT_EQ(frame(0), swap);
+    EXPECT_EQ(frame(6), original[6]);
+    // In between, what is not yet uncovered is the swap in place, block by block.
+    for (int y = 0; y <= 12; ++y)
+        for (int x = 0; x <= 16; ++x) {
+            const Picture& p = frame(3);
+            EXPECT_TRUE(p.r.at(x, y) == swap.r.at(x, y) || p.r.at(x, y) == 0x80);
+        }
+}
+
+TEST_F(BlockOutRun, TooManyFramesIsRefusedBeforeAnythingChanges) {
+    prepare(4, 4, 12);
+    BlockOut2Swap(0, 11);
+    EXPECT_EQ(host().dialogs().size(), 1u);
+    EXPECT_EQ(host().dialogs().front().text, "Too many frames for this image size!");
+    for (int f = 0; f < 12; ++f)
+        EXPECT_EQ(frame(f), original[f]);
+    EXPECT_TRUE(calls("Van_Lock").empty());
+}
+
+// The splice sizes its blocks by the stored frame: a small slot refuses a span the frame would take.
+TEST_F(BlockOutRun, SpliceSizesItsBlocksByTheStoredFrame) {
+    prepare(40, 40, 12);
+    writeSlot(2, 12, 4, 4);
+    BlockOut2Stored(0, 2);
+    ASSERT_EQ(host().dialogs().size(), 1u);
+    EXPECT_EQ(host().dialogs().front().text, "Too many frames for this image size!");
+    EXPECT_EQ(host().totalFrames(), 12);
+
+    writeSlot(2, 14, 40, 40);
+    BlockOut2Stored(0, 2);
+    EXPECT_EQ(host().totalFrames(), 14);
+    EXPECT_EQ(frame(11).r.at(20, 20), 10 + 20 * 11) << "the overlap ends on the stored frame";
+    EXPECT_EQ(frame(0), original[0]);
+}
+
+} // namespace
+} // namespace kirrel::test

@@ -1,0 +1,223 @@
+// The stripe dialogs, Threshold Mask and Block Out as a user meets them through session scripts: the
+// stripe sizes and their labels, the refusals, and every variant of the five dialogs in all four shapes.
+
+#include "support/Support.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace kirrel::test {
+namespace {
+
+class StripeBlockScript : public testing::Test {
+  protected:
+    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
+    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
+    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
+        for (const auto& f : state["forms"].toArray())
+            if (f.toObject()["name"].toString() == form)
+                for (const auto& c : f.toObject()["controls"].toArray())
+                    if (c.toObject()["name"].toString() == name) return c.toObject();
+        return {};
+    }
+    static QString text(const QJsonObject& state, const QString& form, const QString& name) {
+        return control(state, form, name)["text"].toString();
+    }
+    std::vector<std::string> traceWith(const std::string& name) const {
+        std::vector<std::string> out;
+        for (const std::string& l : traceFileLines(at("trace.txt")))
+            if (l.rfind(name, 0) == 0) out.push_back(l);
+        return out;
+    }
+    // The red byte at (x, y) of frame f of a dumped animation.dat.
+    int red(const QString& dump, int f, int x, int y) const {
+        const std::string bytes = readFile(at(dump + "/animation.dat"));
+        auto int16 = [&](std::size_t i) {
+            return static_cast<int>(static_cast<std::int16_t>(
+                static_cast<unsigned char>(bytes[i]) | (static_cast<unsigned char>(bytes[i + 1]) << 8)));
+        };
+        const int w = int16(2) + 1, h = int16(4) + 1;
+        return static_cast<unsigned char>(
+            bytes[6 + static_cast<std::size_t>(f) * 3 * w * h + static_cast<std::size_t>(y) * w + x]);
+    }
+    void writeSlot(int slot, int n, int w, int h) {
+        std::string bytes = int16le({n, w, h});
+        bytes.append(static_cast<std::size_t>(n) * 3 * (w + 1) * (h + 1), '\x40');
+        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
+    }
+    QTemporaryDir dir;
+};
+
+TEST_F(StripeBlockScript, StripeSizesAreKeptDoubledAndShownHalved) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
+      "steps": [
+        {"open": "Stripes/Weaves"},
+        {"dump": "load"},
+        {"answer": [{"value": 3}, {"value": 0}, {"value": -1}, {"value": 1}]},
+        {"click": "cmdHsize"}, {"dump": "three"},
+        {"click": "cmdVsize"}, {"dump": "zero"},
+        {"click": "cmdHsize"}, {"dump": "backedOut"},
+        {"click": "cmdHsize"}, {"dump": "one"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject load = state("load");
+    const QString form = "frmStripes";
+    EXPECT_EQ(text(load, form, "lblHSize"), "Size: 1 pixel high");
+    EXPECT_EQ(text(load, form, "lblVSize"), "Size: 1 pixel wide");
+    EXPECT_EQ(text(load, form, "cmdHsize"), "Set Height");
+    EXPECT_EQ(text(load, form, "cmdVsize"), "Set Width");
+    EXPECT_EQ(text(load, form, "optDirection(0)"), " Weaves");
+    EXPECT_EQ(text(load, form, "optDirection(1)"), "Horizontal Stripes");
+    EXPECT_EQ(text(load, form, "optDirection(2)"), "Vertical Stripes");
+    EXPECT_TRUE(control(load, form, "optDirection(0)")["value"].toBool());
+
+    EXPECT_EQ(text(state("three"), form, "lblHSize"), "Size: 3 pixels high");
+    EXPECT_EQ(text(state("zero"), form, "lblVSize"), "Size: 0 pixel wide") << "0 is taken, singular";
+    EXPECT_EQ(text(state("backedOut"), form, "lblHSize"), "Size: 3 pixels high") << "a negative answer";
+    EXPECT_EQ(text(state("one"), form, "lblHSize"), "Size: 1 pixel high");
+
+    // Each box offers the stored value halved, under the one title both buttons share.
+    const auto boxes = traceWith("Van_ValueBox");
+    ASSERT_EQ(boxes.size(), 4u);
+    for (const std::string& b : boxes)
+        EXPECT_NE(b.find("Set Horizontal Stripe Size"), std::string::npos) << b;
+    EXPECT_NE(boxes[0].find(", 1, "), std::string::npos) << boxes[0];
+    EXPECT_NE(boxes[1].find(", 1, "), std::string::npos) << boxes[1];
+    EXPECT_NE(boxes[2].find(", 3, "), std::string::npos) << boxes[2];
+    EXPECT_NE(boxes[3].find(", 3, "), std::string::npos) << boxes[3];
+}
+
+// Three pixels high is a stored 6: rows 0..2 fill from the left, rows 3..5 from the right. At the
+// middle of 0..2 half the width (10 of 21 columns) is filled.
+TEST_F(StripeBlockScript, TheRunTakesTheDoubledSize) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 3,
+                                           "primary": [1, 2, 3]},
+      "steps": [
+        {"open": "Stripes/Weaves"},
+        {"set": {"control": "optDirection(1)", "value": true}},
+        {"set": {"control": "cboStripeOptions", "text": "Primary Color"}},
+        {"click": "cmd_Run"}, {"dump": "fine"},
+        {"answer": [{"value": 3}]}, {"click": "cmdHsize"},
+        {"click": "cmd_Run"}, {"dump": "coarse"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_NE(red("fine", 1, 0, 1), 1) << "one pixel high: row 1 fills from the right";
+    EXPECT_EQ(red("fine", 1, 0, 0), 1);
+    EXPECT_EQ(red("coarse", 1, 0, 1), 1) << "three pixels high: row 1 fills from the left";
+    EXPECT_EQ(red("coarse", 1, 0, 2), 1);
+    EXPECT_NE(red("coarse", 1, 0, 3), 1);
+    EXPECT_EQ(red("coarse", 1, 20, 3), 1);
+}
+
+TEST_F(StripeBlockScript, RefusalsInTheirOwnWords) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 6},
+      "steps": [
+        {"open": "Block Out"},
+        {"set": {"control": "cboFrameStart", "index": 2}},
+        {"click": "cmd_Run"},
+        {"dump": "blocks4"},
+        {"set": {"control": "cboFrameStart", "index": 1}},
+        {"click": "cmd_Run"},
+        {"dump": "blocks5"},
+        {"close": "frmBlocks"},
+        {"open": "Threshold Mask"},
+        {"set": {"control": "cboFrameStart", "index": 4}},
+        {"click": "cmd_Run"},
+        {"dump": "threshold"},
+        {"close": "frmThresholdMask"},
+        {"open": "Push Stripes"},
+        {"set": {"control": "cboStripeOptions", "text": "Stored Animation #3"}},
+        {"click": "cmd_Run"},
+        {"dump": "empty"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(dialogTexts(state("blocks4")), (std::vector<std::string>{"Need at least 5 frames selected!"}));
+    EXPECT_EQ(dialogTexts(state("blocks5")).size(), 1u) << "five frames run";
+    EXPECT_EQ(dialogTexts(state("threshold")).back(), "Need at least 3 frames selected!");
+    const QJsonObject threshold = state("threshold");
+    EXPECT_EQ(text(threshold, "frmThresholdMask", "lblWarning"),
+              "Requires an active Alpha Channel to use Threshold filter on");
+    EXPECT_EQ(dialogTexts(state("empty")).back(), "Slot Empty.");
+    EXPECT_FALSE(state("empty")["locked"].toBool());
+}
+
+// Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored.
+struct DialogCase {
+    const char* plugin;
+    const char* form;
+    const char* sourceList;
+    int options; // option buttons optDirection(i); 0 for none
+    const char* caption;
+    int sources;
+};
+
+class EveryStripeBlockVariant : public StripeBlockScript, public testing::WithParamInterface<DialogCase> {};
+
+TEST_P(EveryStripeBlockVariant, RunsInAllFourShapes) {
+    const DialogCase& c = GetParam();
+    writeSlot(0, 6, 16, 12);
+    QJsonArray steps = {QJsonObject{{"open", c.plugin}}};
+    auto set = [&](const QString& control, const QJsonValue& how, const char* key) {
+        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
+    };
+    int expectedTotal = 5;
+    int expectedMessages = 0;
+    for (int v = 0; v < std::max(c.options, 1); ++v) {
+        if (c.options) set(QString("optDirection(%1)").arg(v), true, "value");
+        for (int direction = 0; direction < 2; ++direction) {
+            set(c.sourceList, "Swap", "text");
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            set(c.sourceList, "Primary Color", "text");
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            set(c.sourceList, "Stored Animation #1", "text");
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            // When the splice has lengthened the animation the next Apply only tells so; otherwise it
+            // splices once more, to the same length.
+            steps.append(QJsonObject{{"click", "cmd_Run"}});
+            steps.append(QJsonObject{{"click", "lblToggle"}});
+        }
+        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
+        if (start + 6 != expectedTotal) ++expectedMessages;
+        expectedTotal = start + 6 + (6 - 3);
+        ++expectedMessages;
+    }
+    steps.append(QJsonObject{{"dump", "end"}});
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
+        {"steps", steps}};
+    const RunResult r = run(QJsonDocument(script).toJson().toStdString());
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject end = state("end");
+    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
+    const auto msgs = dialogTexts(end);
+    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
+              expectedMessages);
+    EXPECT_EQ(static_cast<int>(msgs.size()), expectedMessages) << "no refusal and no error";
+    EXPECT_FALSE(end["locked"].toBool());
+    for (const auto& f : end["forms"].toArray())
+        if (f.toObject()["name"].toString() == c.form) {
+            EXPECT_EQ(f.toObject()["caption"].toString(), c.caption);
+        }
+    const QJsonArray sources = control(end, c.form, c.sourceList)["items"].toArray();
+    ASSERT_EQ(sources.size(), c.sources);
+    EXPECT_EQ(sources.last().toString(), "Stored Animation #4");
+    EXPECT_EQ(control(end, c.form, QString("optDirection(%1)").arg(c.options)).isEmpty(), true);
+    EXPECT_TRUE(control(end, c.form, "cboTransitions").isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dialogs, EveryStripeBlockVariant,
+    testing::Values(
+        DialogCase{"Stripes/Weaves", "frmStripes", "cboStripeOptions", 3, "Kirrel-Stripes/Weaves", 14},
+        DialogCase{"Push Stripes", "frmPushStripes", "cboStripeOptions", 2, "Kirrel-Push Stripes", 14},
+        DialogCase{"Slide Stripes", "frmSlideStripes", "cboStripeOptions", 2, "Kirrel-Slide Stripes", 14},
+        DialogCase{"Threshold Mask", "frmThresholdMask", "cboThreshold", 0,
+                   "Kirrel-Threshold Mask Transition", 6},
+        DialogCase{"Block Out", "frmBlocks", "cboBlockOptions", 0, "Kirrel-Block Out", 6}),
+    [](const testing::TestParamInfo<DialogCase>& i) { return std::string(i.param.form); });
+
+} // namespace
+} // namespace kirrel::test
