@@ -4,7 +4,10 @@
 // Every module is a row of data: the shape, which triple the operation writes (and the run sends),
 // whether the size comes from the frames still to go or from those done, the frames it makes, the
 // guard under which it calls, the whole pictures it puts on an end frame, and its code shape. One
-// step serves all rows; the runs are the common plain and stored shapes.
+// step serves all rows; the runs are the common plain and stored shapes. A stored twin makes the
+// frames its plain module makes: where the plain To run starts at Start (the columns, the closing
+// box, the closing doors) the twin treats the overlap's first frame too; where it starts at
+// Start + 1 the twin writes that frame back as the animation has it.
 
 #include "transitions/MoveRun.h"
 
