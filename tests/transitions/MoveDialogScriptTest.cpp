@@ -24,6 +24,10 @@ struct MoveDialog {
     const char* slotEmpty;
 };
 
+void PrintTo(const MoveDialog& d, std::ostream* os) {
+    *os << d.form;
+}
+
 const MoveDialog kDialogs[] = {
     {"Rows/Columns",
      "frmRowsColumns",
@@ -74,6 +78,23 @@ class MoveDialogScript : public testing::TestWithParam<MoveDialog> {
             out << i.toString();
         return out;
     }
+    // Whether frame k of a dumped animation.dat is all of one colour.
+    bool frameIs(const QString& dump, int k, int r, int g, int b) const {
+        const std::string bytes = readFile(at(dump + "/animation.dat"));
+        if (bytes.size() < 6) return false;
+        auto int16At = [&](std::size_t i) {
+            return static_cast<int>(static_cast<unsigned char>(bytes[i]) |
+                                    (static_cast<unsigned char>(bytes[i + 1]) << 8));
+        };
+        const std::size_t plane = static_cast<std::size_t>(int16At(2) + 1) * (int16At(4) + 1);
+        const std::size_t first = 6 + static_cast<std::size_t>(k) * 3 * plane;
+        if (bytes.size() < first + 3 * plane) return false;
+        const int want[3] = {r, g, b};
+        for (std::size_t c = 0; c < 3; ++c)
+            for (std::size_t i = 0; i < plane; ++i)
+                if (static_cast<unsigned char>(bytes[first + c * plane + i]) != want[c]) return false;
+        return true;
+    }
     // A slot file of n frames (bounds w, h), each a flat grey of its own.
     void writeSlot(int slot, int n, int w, int h) {
         std::string bytes = int16le({n, w, h});
@@ -84,14 +105,23 @@ class MoveDialogScript : public testing::TestWithParam<MoveDialog> {
     QTemporaryDir dir;
 };
 
-TEST_P(MoveDialogScript, ListsCaptionAndTheWordsForAnEmptySlot) {
+TEST_P(MoveDialogScript, ListsCaptionDirectionsAndTheWordsForAnEmptySlot) {
+    // The first variant over the whole range from the primary colour, towards it and back, then an
+    // empty slot.
     const MoveDialog& d = GetParam();
-    QJsonObject script{
-        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{20, 15}}, {"frames", 5}}},
+    auto set = [](const char* text) {
+        return QJsonObject{{"set", QJsonObject{{"control", "cboTransitions"}, {"text", text}}}};
+    };
+    const QJsonObject apply{{"click", "cmd_Run"}};
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"},
+                             {"size", QJsonArray{20, 15}},
+                             {"frames", 5},
+                             {"primary", QJsonArray{40, 90, 160}}}},
         {"steps", QJsonArray{QJsonObject{{"open", d.plugin}}, QJsonObject{{"dump", "opened"}},
-                             QJsonObject{{"set", QJsonObject{{"control", "cboTransitions"},
-                                                             {"text", "Stored Animation #3"}}}},
-                             QJsonObject{{"click", "cmd_Run"}}, QJsonObject{{"dump", "empty"}}}}};
+                             set("Primary Color"), apply, QJsonObject{{"dump", "to"}},
+                             QJsonObject{{"click", "lblToggle"}}, apply, QJsonObject{{"dump", "from"}},
+                             set("Stored Animation #3"), apply, QJsonObject{{"dump", "empty"}}}}};
     const RunResult r = runScript(dir.path(), QJsonDocument(script).toJson().toStdString());
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
@@ -104,6 +134,11 @@ TEST_P(MoveDialogScript, ListsCaptionAndTheWordsForAnEmptySlot) {
     ASSERT_EQ(sources.size(), d.sources);
     EXPECT_EQ(sources.mid(0, 2), (QStringList{"Swap", "Primary Color"}));
     EXPECT_EQ(sources.back(), "Stored Animation #4");
+
+    // Each opening variant's To run ends on the source and its From run starts on it.
+    EXPECT_TRUE(frameIs("to", 0, 255, 255, 255)) << "frame Start stays as it was";
+    EXPECT_TRUE(frameIs("to", 4, 40, 90, 160));
+    EXPECT_TRUE(frameIs("from", 0, 40, 90, 160));
 
     const QJsonObject empty = state("empty");
     EXPECT_EQ(dialogTexts(empty), (std::vector<std::string>{d.slotEmpty}));
@@ -159,7 +194,6 @@ TEST_P(MoveDialogScript, EveryVariantRunsInAllFourShapes) {
               expectedTold);
     EXPECT_EQ(msgs.size(), static_cast<std::size_t>(expectedTold)) << "no other message, no error";
     EXPECT_FALSE(end["locked"].toBool());
-    EXPECT_TRUE(end["forms"].toArray().size() > 0);
 
     // Every plain run and every splice took and let go of the host's lock.
     const auto trace = traceFileLines(at("trace.txt"));

@@ -39,6 +39,10 @@ struct Module {
     bool to() const { return std::string(name).ends_with("To"); }
 };
 
+void PrintTo(const Module& m, std::ostream* os) {
+    *os << m.name;
+}
+
 int halfOf(double share, int size) {
     return static_cast<int>(std::nearbyint(share * size / 2.0));
 }
