@@ -1,0 +1,212 @@
+// The Rows/Columns, Crosses, Boxes and Doors dialogs through session scripts of the kirrel
+// executable: their lists, captions and empty-slot words, and every variant in all four shapes.
+
+#include "support/Support.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace kirrel::test {
+namespace {
+
+struct MoveDialog {
+    const char* plugin;
+    const char* form;
+    const char* caption;
+    const char* variantList;
+    QStringList variants;
+    int sources;
+    const char* slotEmpty;
+};
+
+void PrintTo(const MoveDialog& d, std::ostream* os) {
+    *os << d.form;
+}
+
+const MoveDialog kDialogs[] = {
+    {"Rows/Columns",
+     "frmRowsColumns",
+     "Kirrel-Rows and Columns",
+     "cboRCOptions",
+     {"Row Open", "Row Close", "Column Open", "Column Close"},
+     14,
+     "Slot Empty."},
+    {"Crosses",
+     "frmCrosses",
+     "Kirrel-Crosses",
+     "cboCrossOptions",
+     {"Cross Open", "Cross Close"},
+     14,
+     "Slot Empty"},
+    {"Boxes", "frmBoxes", "Kirrel-Boxes", "cboBoxOptions", {"Box Open", "Box Close"}, 14, "Slot Empty"},
+    {"Doors",
+     "frmDoors",
+     "Kirrel-Doors",
+     "cboDoorOptions",
+     {"Horizontal Door Open", "Horizontal Door Close", "Vertical Door Open", "Vertical Door Close"},
+     6,
+     "Slot Empty"},
+};
+
+class MoveDialogScript : public testing::TestWithParam<MoveDialog> {
+  protected:
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
+    QJsonObject state(const QString& dump) const {
+        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
+            .object();
+    }
+    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
+        for (const auto& f : state["forms"].toArray())
+            if (f.toObject()["name"].toString() == form)
+                for (const auto& c : f.toObject()["controls"].toArray())
+                    if (c.toObject()["name"].toString() == name) return c.toObject();
+        return {};
+    }
+    static QString caption(const QJsonObject& state, const QString& form) {
+        for (const auto& f : state["forms"].toArray())
+            if (f.toObject()["name"].toString() == form) return f.toObject()["caption"].toString();
+        return {};
+    }
+    static QStringList items(const QJsonObject& control) {
+        QStringList out;
+        for (const auto& i : control["items"].toArray())
+            out << i.toString();
+        return out;
+    }
+    // Whether frame k of a dumped animation.dat is all of one colour.
+    bool frameIs(const QString& dump, int k, int r, int g, int b) const {
+        const std::string bytes = readFile(at(dump + "/animation.dat"));
+        if (bytes.size() < 6) return false;
+        auto int16At = [&](std::size_t i) {
+            return static_cast<int>(static_cast<unsigned char>(bytes[i]) |
+                                    (static_cast<unsigned char>(bytes[i + 1]) << 8));
+        };
+        const std::size_t plane = static_cast<std::size_t>(int16At(2) + 1) * (int16At(4) + 1);
+        const std::size_t first = 6 + static_cast<std::size_t>(k) * 3 * plane;
+        if (bytes.size() < first + 3 * plane) return false;
+        const int want[3] = {r, g, b};
+        for (std::size_t c = 0; c < 3; ++c)
+            for (std::size_t i = 0; i < plane; ++i)
+                if (static_cast<unsigned char>(bytes[first + c * plane + i]) != want[c]) return false;
+        return true;
+    }
+    // A slot file of n frames (bounds w, h), each a flat grey of its own.
+    void writeSlot(int slot, int n, int w, int h) {
+        std::string bytes = int16le({n, w, h});
+        for (int k = 0; k < n; ++k)
+            bytes.append(static_cast<std::size_t>(3) * (w + 1) * (h + 1), static_cast<char>(0x30 + 9 * k));
+        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
+    }
+    QTemporaryDir dir;
+};
+
+TEST_P(MoveDialogScript, ListsCaptionDirectionsAndTheWordsForAnEmptySlot) {
+    // The first variant over the whole range from the primary colour, towards it and back, then an
+    // empty slot.
+    const MoveDialog& d = GetParam();
+    auto set = [](const char* text) {
+        return QJsonObject{{"set", QJsonObject{{"control", "cboTransitions"}, {"text", text}}}};
+    };
+    const QJsonObject apply{{"click", "cmd_Run"}};
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"},
+                             {"size", QJsonArray{20, 15}},
+                             {"frames", 5},
+                             {"primary", QJsonArray{40, 90, 160}}}},
+        {"steps", QJsonArray{QJsonObject{{"open", d.plugin}}, QJsonObject{{"dump", "opened"}},
+                             set("Primary Color"), apply, QJsonObject{{"dump", "to"}},
+                             QJsonObject{{"click", "lblToggle"}}, apply, QJsonObject{{"dump", "from"}},
+                             set("Stored Animation #3"), apply, QJsonObject{{"dump", "empty"}}}}};
+    const RunResult r = runScript(dir.path(), QJsonDocument(script).toJson().toStdString());
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    const QJsonObject opened = state("opened");
+    EXPECT_EQ(caption(opened, d.form), d.caption);
+    const QJsonObject variants = control(opened, d.form, d.variantList);
+    EXPECT_EQ(items(variants), d.variants);
+    EXPECT_EQ(variants["index"].toInt(), 0);
+    const QStringList sources = items(control(opened, d.form, "cboTransitions"));
+    ASSERT_EQ(sources.size(), d.sources);
+    EXPECT_EQ(sources.mid(0, 2), (QStringList{"Swap", "Primary Color"}));
+    EXPECT_EQ(sources.back(), "Stored Animation #4");
+
+    // Each opening variant's To run ends on the source and its From run starts on it.
+    EXPECT_TRUE(frameIs("to", 0, 255, 255, 255)) << "frame Start stays as it was";
+    EXPECT_TRUE(frameIs("to", 4, 40, 90, 160));
+    EXPECT_TRUE(frameIs("from", 0, 40, 90, 160));
+
+    const QJsonObject empty = state("empty");
+    EXPECT_EQ(dialogTexts(empty), (std::vector<std::string>{d.slotEmpty}));
+    EXPECT_EQ(empty["total_frames"].toInt(), 5);
+    EXPECT_FALSE(empty["locked"].toBool());
+}
+
+TEST_P(MoveDialogScript, EveryVariantRunsInAllFourShapes) {
+    // Each variant, in each direction: a plain run from the swap, from the primary colour and (where
+    // offered) from a filtered copy of the frame, then two stored runs. When the first splice has
+    // lengthened the animation the second Apply only tells so; otherwise it splices once more.
+    const MoveDialog& d = GetParam();
+    writeSlot(0, 6, 16, 12);
+    QJsonArray steps = {QJsonObject{{"open", d.plugin}}};
+    auto set = [&](const char* control, const QJsonValue& how, const char* key) {
+        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
+    };
+    auto apply = [&] { steps.append(QJsonObject{{"click", "cmd_Run"}}); };
+    QStringList plain = {"Swap", "Primary Color"};
+    if (d.sources == 14) plain << "Green & Blue Channels";
+    int expectedTotal = 5, expectedTold = 0, plainRuns = 0;
+    for (int v = 0; v < d.variants.size(); ++v) {
+        set(d.variantList, v, "index");
+        for (int direction = 0; direction < 2; ++direction) {
+            for (const QString& s : plain) {
+                set("cboTransitions", s, "text");
+                apply();
+                ++plainRuns;
+            }
+            set("cboTransitions", "Stored Animation #1", "text");
+            apply();
+            apply();
+            steps.append(QJsonObject{{"click", "lblToggle"}});
+        }
+        // ToStored from the first Start offered (N - 6, or 0 when the slot is longer): Start + 6
+        // frames. FromStored from the first End offered (2): 6 - 3 frames go in front.
+        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
+        if (start + 6 != expectedTotal) ++expectedTold;
+        expectedTotal = start + 6 + (6 - 3);
+        ++expectedTold;
+    }
+    steps.append(QJsonObject{{"dump", "end"}});
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
+        {"steps", steps}};
+    const RunResult r = runScript(dir.path(), QJsonDocument(script).toJson().toStdString());
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    const QJsonObject end = state("end");
+    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
+    const auto msgs = dialogTexts(end);
+    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
+              expectedTold);
+    EXPECT_EQ(msgs.size(), static_cast<std::size_t>(expectedTold)) << "no other message, no error";
+    EXPECT_FALSE(end["locked"].toBool());
+
+    // Every plain run and every splice took and let go of the host's lock.
+    const auto trace = traceFileLines(at("trace.txt"));
+    const auto locks = std::count(trace.begin(), trace.end(), "Van_Lock()");
+    const auto unlocks = std::count(trace.begin(), trace.end(), "Van_Unlock()");
+    EXPECT_GE(unlocks, locks);
+    EXPECT_GE(locks, plainRuns + d.variants.size() * 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, MoveDialogScript, testing::ValuesIn(kDialogs),
+                         [](const testing::TestParamInfo<MoveDialog>& i) {
+                             return std::string(i.param.form);
+                         });
+
+} // namespace
+} // namespace kirrel::test
