@@ -61,11 +61,14 @@ int QtResponder::question(const std::string& text, const std::string& title) {
 }
 
 double QtResponder::value(const std::string& title, double minimum, double maximum) {
-    const int lo = clampedInt(std::min(minimum, maximum));
+    // The box opens on the minimum it is given but lets the user go down to 0 as well: the panel
+    // passes a current value there (the stripe sizes), and a size must be able to shrink again.
+    const int start = clampedInt(std::min(minimum, maximum));
+    const int lo = std::min(0, start);
     const int hi = clampedInt(std::max(minimum, maximum));
     bool ok = false;
     const int v =
-        QInputDialog::getInt(parent(), QStringLiteral("Kirrel"), boxText(title), lo, lo, hi, 1, &ok);
+        QInputDialog::getInt(parent(), QStringLiteral("Kirrel"), boxText(title), start, lo, hi, 1, &ok);
     return ok ? v : -1;
 }
 

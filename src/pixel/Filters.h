@@ -31,7 +31,8 @@ void GreyOut(Plane& AR, Plane& AG, Plane& AB, int level, int channel, int tolera
 void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int level,
                    int w, int h);
 // Cuts one plane to 0/255 at level (0..256).
-// Bytes >= level become 255, the others 0: level 0 gives 255 everywhere, 256 gives 0 everywhere.
+// Bytes above level become 255, the others 0: an all-zero plane stays 0 at every level, and level
+// 255 or more gives 0 everywhere.
 void Threshold(Plane& M, int level, int w, int h);
 // level 0..255: every 32 steps halve the tones per channel (level 200: 4 tones).
 void Posterize(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h);

@@ -76,6 +76,13 @@ void dissolveFromStored(int, int e, int slot) {
 
 } // namespace
 
+const std::vector<const char*>& everySource() {
+    return kPlainSources;
+}
+const std::vector<const char*>& sourcesReadOnce() {
+    return kMoveSources;
+}
+
 const TransitionFamily& wipesFamily() {
     static const TransitionFamily f{"frmWipes",
                                     "Kirrel-Wipes",

@@ -59,6 +59,11 @@ struct TransitionFamily {
     const char* tooFewFramesText = "Need at least 3 frames selected!";
 };
 
+// The source lists the families share: every source (the ten read once or made from each frame, then
+// the four slots), and only the two read once before the loop with the slots.
+const std::vector<const char*>& everySource();
+const std::vector<const char*>& sourcesReadOnce();
+
 const TransitionFamily& wipesFamily();
 const TransitionFamily& alphaWipesFamily();
 const TransitionFamily& fadesFamily();

@@ -13,22 +13,6 @@ namespace kirrel::transitions {
 
 namespace {
 
-constexpr const char* kSlotTexts[] = {"Stored Animation #1", "Stored Animation #2", "Stored Animation #3",
-                                      "Stored Animation #4"};
-
-std::vector<const char*> withSlots(std::vector<const char*> sources) {
-    sources.insert(sources.end(), std::begin(kSlotTexts), std::end(kSlotTexts));
-    return sources;
-}
-
-// Rows, columns, crosses and boxes take every source; the filtered ones are made from each frame.
-const std::vector<const char*> kAllSources =
-    withSlots({"Swap", "Primary Color", "GreyScale", "Negative", "Red Channel", "Green Channel",
-               "Blue Channel", "Red & Blue Channels", "Red & Green Channels", "Green & Blue Channels"});
-
-// The doors take only the sources read once before the loop.
-const std::vector<const char*> kDoorSources = withSlots({"Swap", "Primary Color"});
-
 template <std::size_t N> std::vector<const char*> listOf(const char* const (&texts)[N]) {
     return {std::begin(texts), std::end(texts)};
 }
@@ -42,7 +26,7 @@ const TransitionFamily& rowsColumnsFamily() {
                                     "Kirrel-Rows and Columns",
                                     listOf(kRowsColumnsVariants),
                                     "cboTransitions",
-                                    kAllSources,
+                                    everySource(),
                                     runRowColumnTo,
                                     runRowColumnFrom,
                                     runRowColumnToStored,
@@ -53,22 +37,23 @@ const TransitionFamily& rowsColumnsFamily() {
 }
 
 const TransitionFamily& crossesFamily() {
-    static const TransitionFamily f{
-        "frmCrosses", "Kirrel-Crosses", listOf(kCrossesVariants), "cboTransitions",  kAllSources, runCrossTo,
-        runCrossFrom, runCrossToStored, runCrossFromStored,       "cboCrossOptions", "Slot Empty"};
+    static const TransitionFamily f{"frmCrosses",      "Kirrel-Crosses", listOf(kCrossesVariants),
+                                    "cboTransitions",  everySource(),    runCrossTo,
+                                    runCrossFrom,      runCrossToStored, runCrossFromStored,
+                                    "cboCrossOptions", "Slot Empty"};
     return f;
 }
 
 const TransitionFamily& boxesFamily() {
     static const TransitionFamily f{
-        "frmBoxes", "Kirrel-Boxes", listOf(kBoxesVariants), "cboTransitions", kAllSources, runBoxTo,
+        "frmBoxes", "Kirrel-Boxes", listOf(kBoxesVariants), "cboTransitions", everySource(), runBoxTo,
         runBoxFrom, runBoxToStored, runBoxFromStored,       "cboBoxOptions",  "Slot Empty"};
     return f;
 }
 
 const TransitionFamily& doorsFamily() {
     static const TransitionFamily f{
-        "frmDoors",  "Kirrel-Doors",  listOf(kDoorsVariants), "cboTransitions", kDoorSources, runDoorTo,
+        "frmDoors",  "Kirrel-Doors",  listOf(kDoorsVariants), "cboTransitions", sourcesReadOnce(), runDoorTo,
         runDoorFrom, runDoorToStored, runDoorFromStored,      "cboDoorOptions", "Slot Empty"};
     return f;
 }

@@ -10,22 +10,8 @@ namespace kirrel::transitions {
 
 namespace {
 
-// The pattern dialogs take the source from cboTransitions, all fourteen of them, and list their
-// variants under a name of their own.
-const std::vector<const char*> kSources = {"Swap",
-                                           "Primary Color",
-                                           "GreyScale",
-                                           "Negative",
-                                           "Red Channel",
-                                           "Green Channel",
-                                           "Blue Channel",
-                                           "Red & Blue Channels",
-                                           "Red & Green Channels",
-                                           "Green & Blue Channels",
-                                           "Stored Animation #1",
-                                           "Stored Animation #2",
-                                           "Stored Animation #3",
-                                           "Stored Animation #4"};
+// The pattern dialogs take every source from cboTransitions and list their variants under a name of
+// their own.
 
 template <PatternFamily F> void patternTo(int v, int s, int e, const std::string& src) {
     runPatternTo(F, v, s, e, src);
@@ -47,7 +33,7 @@ TransitionFamily family(const char* form, const char* caption, const char* const
             caption,
             {std::begin(variants), std::end(variants)},
             "cboTransitions",
-            kSources,
+            everySource(),
             patternTo<F>,
             patternFrom<F>,
             patternToStored<F>,

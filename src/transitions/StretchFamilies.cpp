@@ -24,17 +24,11 @@ std::vector<const char*> stretchOptionTexts() {
 // offers only the two sources read once before the loop and the four slots; an empty slot is reported
 // with a full stop.
 const TransitionFamily& stretchesFamily() {
-    static const TransitionFamily f{"frmStretches",
-                                    "Kirrel-Stretch / Squeeze",
-                                    stretchOptionTexts(),
-                                    "cboTransitions",
-                                    {"Swap", "Primary Color", "Stored Animation #1", "Stored Animation #2",
-                                     "Stored Animation #3", "Stored Animation #4"},
-                                    runStretchTo,
-                                    runStretchFrom,
-                                    runStretchToStored,
-                                    runStretchFromStored,
-                                    "cboStretchOptions",
+    static const TransitionFamily f{"frmStretches",       "Kirrel-Stretch / Squeeze",
+                                    stretchOptionTexts(), "cboTransitions",
+                                    sourcesReadOnce(),    runStretchTo,
+                                    runStretchFrom,       runStretchToStored,
+                                    runStretchFromStored, "cboStretchOptions",
                                     "Slot Empty."};
     return f;
 }

@@ -14,29 +14,6 @@ namespace kirrel::transitions {
 
 namespace {
 
-const std::vector<const char*> kStripeSources = {"Swap",
-                                                 "Primary Color",
-                                                 "GreyScale",
-                                                 "Negative",
-                                                 "Red Channel",
-                                                 "Green Channel",
-                                                 "Blue Channel",
-                                                 "Red & Blue Channels",
-                                                 "Red & Green Channels",
-                                                 "Green & Blue Channels",
-                                                 "Stored Animation #1",
-                                                 "Stored Animation #2",
-                                                 "Stored Animation #3",
-                                                 "Stored Animation #4"};
-
-// Threshold Mask and Block Out take only the sources read once before the loop.
-const std::vector<const char*> kOnceSources = {"Swap",
-                                               "Primary Color",
-                                               "Stored Animation #1",
-                                               "Stored Animation #2",
-                                               "Stored Animation #3",
-                                               "Stored Animation #4"};
-
 template <StripeFamily F>
 std::unique_ptr<FamilyControls> stripeControls(panel::FormBase& form, QBoxLayout& layout) {
     static const std::vector<const char*> withWeaves = {" Weaves", "Horizontal Stripes", "Vertical Stripes"};
@@ -97,7 +74,7 @@ void blocksFromStored(int, int e, int slot) {
 
 // The stripe dialogs run through their controls, which hold the stripe sizes the runs read.
 TransitionFamily stripeRow(const char* form, const char* caption, StripeFamily family) {
-    TransitionFamily f{form,    caption, {},     "cboStripeOptions", kStripeSources, nullptr,
+    TransitionFamily f{form,    caption, {},     "cboStripeOptions", everySource(), nullptr,
                        nullptr, nullptr, nullptr};
     f.slotEmptyText = "Slot Empty.";
     switch (family) {
@@ -139,7 +116,7 @@ const TransitionFamily& thresholdMaskFamily() {
                            "Kirrel-Threshold Mask Transition",
                            {},
                            "cboThreshold",
-                           kOnceSources,
+                           sourcesReadOnce(),
                            thresholdTo,
                            thresholdFrom,
                            thresholdToStored,
@@ -154,7 +131,7 @@ const TransitionFamily& thresholdMaskFamily() {
 const TransitionFamily& blockOutFamily() {
     static const TransitionFamily f = [] {
         TransitionFamily t{"frmBlocks",       "Kirrel-Block Out", {},
-                           "cboBlockOptions", kOnceSources,       blocksTo,
+                           "cboBlockOptions", sourcesReadOnce(),  blocksTo,
                            blocksFrom,        blocksToStored,     blocksFromStored};
         t.fewestFrames = 5;
         t.tooFewFramesText = "Need at least 5 frames selected!";

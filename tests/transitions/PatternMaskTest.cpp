@@ -120,7 +120,9 @@ TEST_P(CircleMask, DiscsBrightenTowardTheCentreAndRepeatTheirEdges) {
         EXPECT_EQ(m.at(W, y), m.at(W - 1, y));
     }
     // The corners of a long picture lie outside the largest disc, on the black background.
-    if (W > 2 * H) EXPECT_EQ(m.at(0, 0) + m.at(W, H), 0);
+    if (W > 2 * H) {
+        EXPECT_EQ(m.at(0, 0) + m.at(W, H), 0);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, CircleMask,

@@ -106,19 +106,22 @@ TEST_P(PatternRun, TurnsWhereTheMaskMeetsTheLevelAndEndsWhole) {
                 const bool source = isSource(i, x, y);
                 ASSERT_TRUE(source || isOriginal(i, x, y)) << "frame " << i << " at " << x << "," << y;
                 sources += source;
-                if (!mask.empty())
+                if (!mask.empty()) {
                     ASSERT_EQ(source, showsSource(member.kind, to, mask.at(x, y), i, S, E))
                         << "frame " << i << " at " << x << "," << y << " mask " << int(mask.at(x, y));
+                }
             }
         // To runs only ever gain source, From runs only lose it; level 0 at Start changes nothing.
         EXPECT_TRUE(to ? sources >= previous : sources <= previous) << "frame " << i;
         previous = sources;
-        if (i == S && member.kind != Kind::Close && member.kind != Kind::CircleClose)
+        if (i == S && member.kind != Kind::Close && member.kind != Kind::CircleClose) {
             EXPECT_EQ(sources, to ? 0 : (w + 1) * (h + 1));
+        }
         // Lines Up never writes column 0 of its mask: that column turns at the first step.
-        if (i == S + 1 && member.family == PatternFamily::Lines && member.variant == 2)
+        if (i == S + 1 && member.family == PatternFamily::Lines && member.variant == 2) {
             for (int y = 0; y <= H; ++y)
                 EXPECT_EQ(isSource(i, 0, y), to) << y;
+        }
     }
 }
 
