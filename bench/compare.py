@@ -32,7 +32,7 @@ TRANSITIONS = [
     ("BM_WipeToLeft", "wipeleft"),
     ("BM_Dissolve", "dissolve"),
     ("BM_PushLeft", "slideleft"),
-    ("BM_IrisOpen", "circleopen"),
+    ("BM_CircleOpen", "circleopen"),
     ("BM_SqueezeHorizontal", "squeezeh"),
 ]
 
@@ -131,7 +131,7 @@ def main():
         if not shutil.which(tool):
             sys.exit(f"{tool} is not installed; run bench/compare, which installs it")
     print(f"Machine: {os.cpu_count()} cores; {open('/proc/cpuinfo').read().split('model name')[1].split(':')[1].splitlines()[0].strip()}\n")
-    ours = bench_json(os.path.join(BUILD, "bench", "kirrel_run_bench"), "BM_(Fade|WipeToLeft|Dissolve|PushLeft|IrisOpen|SqueezeHorizontal)/")
+    ours = bench_json(os.path.join(BUILD, "bench", "kirrel_run_bench"), "BM_(Fade|WipeToLeft|Dissolve|PushLeft|CircleOpen|SqueezeHorizontal)/")
     pixel = bench_json(os.path.join(BUILD, "bench", "kirrel_pixel_bench"), "/1920|/640")
     mixing = {n: b for n, b in pixel.items() if not n.startswith("BM_")}
     filters = {n: b for n, b in pixel.items() if n.startswith("BM_")}

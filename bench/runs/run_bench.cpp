@@ -14,7 +14,9 @@
 #include "stored/SlotStore.h"
 #include "transitions/Dissolves.h"
 #include "transitions/Fades.h"
+#include "transitions/Patterns.h"
 #include "transitions/Pushes.h"
+#include "transitions/Stretches.h"
 #include "transitions/Wipes.h"
 
 #include <QApplication>
@@ -98,6 +100,22 @@ void BM_PushLeft(benchmark::State& s) {
     wholeRun(s, [] { kirrel::transitions::runPushTo(1, 0, kLast, "Swap"); });
 }
 
+void BM_IrisOpen(benchmark::State& s) {
+    wholeRun(s, [] {
+        kirrel::transitions::runPatternTo(kirrel::transitions::PatternFamily::Iris, 0, 0, kLast, "Swap");
+    });
+}
+void BM_CircleOpen(benchmark::State& s) {
+    wholeRun(s, [] {
+        kirrel::transitions::runPatternTo(kirrel::transitions::PatternFamily::Circles, 0, 0, kLast, "Swap");
+    });
+}
+// "Squeeze Horizontally To Center".
+void BM_SqueezeHorizontal(benchmark::State& s) {
+    wholeRun(s,
+             [] { kirrel::transitions::Squeeze(0, kLast, "Swap", 5, kirrel::transitions::Direction::To); });
+}
+
 // Toonify at strength 5 over the whole range, as its dialog's range run does it.
 void BM_ToonRange(benchmark::State& s) {
     auto* form = static_cast<kirrel::filters::frmToon*>(kirrel::panel::loadFormByName("frmToon"));
@@ -143,6 +161,9 @@ KIRREL_RUN_BENCH(BM_WipeToLeft);
 KIRREL_RUN_BENCH(BM_Fade);
 KIRREL_RUN_BENCH(BM_Dissolve);
 KIRREL_RUN_BENCH(BM_PushLeft);
+KIRREL_RUN_BENCH(BM_IrisOpen);
+KIRREL_RUN_BENCH(BM_CircleOpen);
+KIRREL_RUN_BENCH(BM_SqueezeHorizontal);
 KIRREL_RUN_BENCH(BM_ToonRange);
 KIRREL_RUN_BENCH(BM_SlotSave);
 KIRREL_RUN_BENCH(BM_SlotLoad);
