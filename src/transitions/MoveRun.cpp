@@ -59,10 +59,10 @@ void moveFrame(MoveKind kind, const MoveModule& m, RunFrame& f) {
     }
 }
 
-PlainShape movePlainShape(const MoveModule& m) {
+PlainShape movePlainShape(Frames frames) {
     PlainShape s;
-    s.toLoopFromStart = m.frames == Frames::Whole;
-    s.fromLoopStopsBeforeEnd = m.frames == Frames::BeforeEnd;
+    s.toLoopFromStart = frames == Frames::Whole;
+    s.fromLoopStopsBeforeEnd = frames == Frames::BeforeEnd;
     s.callAtStart = true; // the step itself decides what an end frame holds
     s.fromWritesFrame = true;
     return s;

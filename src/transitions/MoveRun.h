@@ -47,7 +47,8 @@ struct MoveMember {
 
 // One frame of a module: the result goes to M, which both run shapes then send.
 void moveFrame(MoveKind kind, const MoveModule& m, RunFrame& f);
-PlainShape movePlainShape(const MoveModule& m);
+// The run shapes of a module that makes the given frames; the openings share them.
+PlainShape movePlainShape(Frames frames);
 StoredShape moveStoredShape();
 
 // A member's step, one per row and direction of a family's table.
@@ -71,11 +72,11 @@ template <MoveKind Kind, const auto& Table> struct MoveFamily {
     }
     static void to(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to), kTo[i]);
+        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to.frames), kTo[i]);
     }
     static void from(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from), kFrom[i]);
+        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from.frames), kFrom[i]);
     }
     static void toStored(int member, int start, int slot) {
         runToStored(start, slot, moveStoredShape(), kTo[index(member)]);

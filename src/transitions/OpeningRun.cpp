@@ -90,20 +90,4 @@ void openingFrame(Opening shape, const OpeningModule& m, RunFrame& f) {
     }
 }
 
-PlainShape openingPlainShape(const OpeningModule& m) {
-    PlainShape s;
-    s.toLoopFromStart = m.frames == Frames::Whole;
-    s.fromLoopStopsBeforeEnd = m.frames == Frames::BeforeEnd;
-    s.callAtStart = true; // the step itself decides what an end frame holds
-    s.fromWritesFrame = true;
-    return s;
-}
-
-StoredShape openingStoredShape() {
-    StoredShape s;
-    s.callAtStart = true;
-    s.fromWritesFrame = true;
-    return s;
-}
-
 } // namespace kirrel::transitions

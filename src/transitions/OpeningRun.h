@@ -62,8 +62,6 @@ struct OpeningMember {
 
 // One frame of a module: the result goes to M, which both run shapes then send.
 void openingFrame(Opening shape, const OpeningModule& m, RunFrame& f);
-PlainShape openingPlainShape(const OpeningModule& m);
-StoredShape openingStoredShape();
 
 template <const auto& Table, std::size_t I, bool To> void openingStep(RunFrame& f) {
     openingFrame(Table[I].shape, To ? Table[I].to : Table[I].from, f);
@@ -85,17 +83,17 @@ template <const auto& Table> struct OpeningFamily {
     }
     static void to(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::To, start, end, source, openingPlainShape(Table[i].to), kTo[i]);
+        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to.frames), kTo[i]);
     }
     static void from(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::From, start, end, source, openingPlainShape(Table[i].from), kFrom[i]);
+        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from.frames), kFrom[i]);
     }
     static void toStored(int member, int start, int slot) {
-        runToStored(start, slot, openingStoredShape(), kTo[index(member)]);
+        runToStored(start, slot, moveStoredShape(), kTo[index(member)]);
     }
     static void fromStored(int member, int end, int slot) {
-        runFromStored(end, slot, openingStoredShape(), kFrom[index(member)]);
+        runFromStored(end, slot, moveStoredShape(), kFrom[index(member)]);
     }
 };
 
