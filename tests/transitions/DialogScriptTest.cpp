@@ -3,6 +3,7 @@
 // dialogs in all four shapes.
 
 #include "support/Support.h"
+#include "transitions/EveryShapeScript.h"
 
 #include <QDir>
 #include <QFile>
@@ -227,56 +228,16 @@ class EveryVariant : public DialogScript, public testing::WithParamInterface<Dia
 
 TEST_P(EveryVariant, RunsInAllFourShapes) {
     const DialogCase& c = GetParam();
-    writeSlot(0, 6, 16, 12);
-    QJsonArray steps = {QJsonObject{{"open", c.plugin}}};
-    auto set = [&](const char* control, const QJsonValue& how, const char* key) {
-        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
-    };
-    const int variants = std::max(c.variants, 1);
-    int expectedTotal = 5;
-    int expectedMessages = 0;
-    for (int v = 0; v < variants; ++v) {
-        if (c.variants) set(c.variantList, v, "index");
-        for (int direction = 0; direction < 2; ++direction) {
-            set(c.sourceList, "Swap", "text");
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            set(c.sourceList, "Stored Animation #1", "text");
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            // When the splice has lengthened the animation the next Apply only tells so; otherwise
-            // it splices once more, to the same length.
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            steps.append(QJsonObject{{"click", "lblToggle"}});
-        }
-        // ToStored from the first Start offered (N - S, or 0 when the slot is longer): Start + S frames.
-        // FromStored from the first End offered (2): S - 3 frames go in front.
-        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
-        if (start + 6 != expectedTotal) ++expectedMessages;
-        expectedTotal = start + 6 + (6 - 3);
-        ++expectedMessages;
-    }
-    steps.append(QJsonObject{{"dump", "end"}});
-    const QJsonObject script{
-        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
-        {"steps", steps}};
-    const RunResult r = run(QJsonDocument(script).toJson().toStdString());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    const QJsonObject end = state("end");
-    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
-    const auto msgs = messages(end);
-    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
-              expectedMessages);
-    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), std::string("Slot Empty")), 0);
-    EXPECT_FALSE(end["locked"].toBool());
-
-    for (const auto& f : end["forms"].toArray())
-        if (f.toObject()["name"].toString() == c.form) {
-            EXPECT_EQ(f.toObject()["caption"].toString(), c.caption);
-        }
-    const QStringList sources = items(control(end, c.form, c.sourceList));
+    const EveryShapeRun r = playEveryShape(
+        dir.path(),
+        {c.plugin, c.form, c.variants ? c.variantList : "", std::max(c.variants, 1), {"Swap"}, c.sourceList});
+    expectEveryShapeRan(r);
+    EXPECT_EQ(formCaption(r.end, c.form), c.caption);
+    const QStringList sources = listItems(r.end, c.form, c.sourceList);
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");
-    EXPECT_EQ(control(end, c.form, c.variantList).isEmpty(), c.variants == 0);
-    EXPECT_EQ(control(end, c.form, "Label2").isEmpty(), c.variants == 0);
+    EXPECT_EQ(formControl(r.end, c.form, c.variantList).isEmpty(), c.variants == 0);
+    EXPECT_EQ(formControl(r.end, c.form, "Label2").isEmpty(), c.variants == 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -2,6 +2,7 @@
 // executable: their lists, captions and empty-slot words, and every variant in all four shapes.
 
 #include "support/Support.h"
+#include "transitions/EveryShapeScript.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -60,24 +61,6 @@ class MoveDialogScript : public testing::TestWithParam<MoveDialog> {
         return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
             .object();
     }
-    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
-    }
-    static QString caption(const QJsonObject& state, const QString& form) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form) return f.toObject()["caption"].toString();
-        return {};
-    }
-    static QStringList items(const QJsonObject& control) {
-        QStringList out;
-        for (const auto& i : control["items"].toArray())
-            out << i.toString();
-        return out;
-    }
     // Whether frame k of a dumped animation.dat is all of one colour.
     bool frameIs(const QString& dump, int k, int r, int g, int b) const {
         const std::string bytes = readFile(at(dump + "/animation.dat"));
@@ -126,11 +109,10 @@ TEST_P(MoveDialogScript, ListsCaptionDirectionsAndTheWordsForAnEmptySlot) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     const QJsonObject opened = state("opened");
-    EXPECT_EQ(caption(opened, d.form), d.caption);
-    const QJsonObject variants = control(opened, d.form, d.variantList);
-    EXPECT_EQ(items(variants), d.variants);
-    EXPECT_EQ(variants["index"].toInt(), 0);
-    const QStringList sources = items(control(opened, d.form, "cboTransitions"));
+    EXPECT_EQ(formCaption(opened, d.form), d.caption);
+    EXPECT_EQ(listItems(opened, d.form, d.variantList), d.variants);
+    EXPECT_EQ(formControl(opened, d.form, d.variantList)["index"].toInt(), 0);
+    const QStringList sources = listItems(opened, d.form, "cboTransitions");
     ASSERT_EQ(sources.size(), d.sources);
     EXPECT_EQ(sources.mid(0, 2), (QStringList{"Swap", "Primary Color"}));
     EXPECT_EQ(sources.back(), "Stored Animation #4");
@@ -147,60 +129,20 @@ TEST_P(MoveDialogScript, ListsCaptionDirectionsAndTheWordsForAnEmptySlot) {
 }
 
 TEST_P(MoveDialogScript, EveryVariantRunsInAllFourShapes) {
-    // Each variant, in each direction: a plain run from the swap, from the primary colour and (where
-    // offered) from a filtered copy of the frame, then two stored runs. When the first splice has
-    // lengthened the animation the second Apply only tells so; otherwise it splices once more.
+    // Plain runs from the swap, the primary colour and (where offered) a filtered copy of the frame.
     const MoveDialog& d = GetParam();
-    writeSlot(0, 6, 16, 12);
-    QJsonArray steps = {QJsonObject{{"open", d.plugin}}};
-    auto set = [&](const char* control, const QJsonValue& how, const char* key) {
-        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
-    };
-    auto apply = [&] { steps.append(QJsonObject{{"click", "cmd_Run"}}); };
     QStringList plain = {"Swap", "Primary Color"};
     if (d.sources == 14) plain << "Green & Blue Channels";
-    int expectedTotal = 5, expectedTold = 0, plainRuns = 0;
-    for (int v = 0; v < d.variants.size(); ++v) {
-        set(d.variantList, v, "index");
-        for (int direction = 0; direction < 2; ++direction) {
-            for (const QString& s : plain) {
-                set("cboTransitions", s, "text");
-                apply();
-                ++plainRuns;
-            }
-            set("cboTransitions", "Stored Animation #1", "text");
-            apply();
-            apply();
-            steps.append(QJsonObject{{"click", "lblToggle"}});
-        }
-        // ToStored from the first Start offered (N - 6, or 0 when the slot is longer): Start + 6
-        // frames. FromStored from the first End offered (2): 6 - 3 frames go in front.
-        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
-        if (start + 6 != expectedTotal) ++expectedTold;
-        expectedTotal = start + 6 + (6 - 3);
-        ++expectedTold;
-    }
-    steps.append(QJsonObject{{"dump", "end"}});
-    const QJsonObject script{
-        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
-        {"steps", steps}};
-    const RunResult r = runScript(dir.path(), QJsonDocument(script).toJson().toStdString());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-
-    const QJsonObject end = state("end");
-    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
-    const auto msgs = dialogTexts(end);
-    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
-              expectedTold);
-    EXPECT_EQ(msgs.size(), static_cast<std::size_t>(expectedTold)) << "no other message, no error";
-    EXPECT_FALSE(end["locked"].toBool());
+    const EveryShapeRun r = playEveryShape(
+        dir.path(), {d.plugin, d.form, d.variantList, static_cast<int>(d.variants.size()), plain});
+    expectEveryShapeRan(r);
 
     // Every plain run and every splice took and let go of the host's lock.
     const auto trace = traceFileLines(at("trace.txt"));
     const auto locks = std::count(trace.begin(), trace.end(), "Van_Lock()");
     const auto unlocks = std::count(trace.begin(), trace.end(), "Van_Unlock()");
     EXPECT_GE(unlocks, locks);
-    EXPECT_GE(locks, plainRuns + d.variants.size() * 2);
+    EXPECT_GE(locks, r.plainRuns + d.variants.size() * 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, MoveDialogScript, testing::ValuesIn(kDialogs),

@@ -2,6 +2,7 @@
 // lists and captions, and an iris whose mask overflows, reported while the dialog stays usable.
 
 #include "support/Support.h"
+#include "transitions/EveryShapeScript.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -51,44 +52,17 @@ class EveryPatternVariant : public PatternDialog, public testing::WithParamInter
 TEST_P(EveryPatternVariant, RunsInAllFourShapes) {
     const PatternForm& c = GetParam();
     const QStringList variants = QString(c.variants).split('|');
-    std::string slot = int16le({6, 16, 12});
-    slot.append(6 * 3 * 17 * 13, '\x40');
-    writeFile(QDir(dir.path()).filePath("tmp/AnimSlot 0.dat"), slot);
-
-    QJsonArray steps = {QJsonObject{{"open", c.plugin}}};
-    int expectedTotal = 5, expectedMessages = 0;
-    for (int v = 0; v < variants.size(); ++v) {
-        steps.append(set(c.variantList, v, "index"));
-        for (int direction = 0; direction < 2; ++direction) {
-            // After a splice that lengthened the animation the second stored Apply only tells so.
-            for (const QJsonObject& step : {set("cboTransitions", "Swap", "text"), click("cmd_Run"),
-                                            set("cboTransitions", "Stored Animation #1", "text"),
-                                            click("cmd_Run"), click("cmd_Run"), click("lblToggle")})
-                steps.append(step);
-        }
-        // ToStored from the first Start offered: Start + 6 frames; FromStored from End 2: 3 in front.
-        const int start = std::max(expectedTotal - 6, 0);
-        expectedMessages += (start + 6 != expectedTotal) + 1;
-        expectedTotal = start + 6 + 3;
-    }
-    steps.append(QJsonObject{{"dump", "end"}});
-    const QJsonObject end = run(steps, 16, 12, 5);
-
-    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
-    const auto msgs = dialogTexts(end);
-    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
-              expectedMessages);
-    EXPECT_EQ(msgs.size(), static_cast<std::size_t>(expectedMessages)) << "no error and no refusal";
-    EXPECT_FALSE(end["locked"].toBool());
-
-    EXPECT_EQ(find(end["forms"], c.form)["caption"].toString(), c.caption);
-    EXPECT_EQ(control(end, c.form, c.variantList)["items"].toVariant().toStringList(), variants);
-    EXPECT_EQ(control(end, c.form, "cboTransitions")["items"].toVariant().toStringList(),
+    const EveryShapeRun r =
+        playEveryShape(dir.path(), {c.plugin, c.form, c.variantList, static_cast<int>(variants.size())});
+    expectEveryShapeRan(r);
+    EXPECT_EQ(formCaption(r.end, c.form), c.caption);
+    EXPECT_EQ(listItems(r.end, c.form, c.variantList), variants);
+    EXPECT_EQ(listItems(r.end, c.form, "cboTransitions"),
               QString("Swap|Primary Color|GreyScale|Negative|Red Channel|Green Channel|Blue Channel|"
                       "Red & Blue Channels|Red & Green Channels|Green & Blue Channels|Stored Animation #1|"
                       "Stored Animation #2|Stored Animation #3|Stored Animation #4")
                   .split('|'));
-    EXPECT_EQ(control(end, c.form, "PreviewBox").isEmpty(), std::string(c.form) != "frmCircles");
+    EXPECT_EQ(formControl(r.end, c.form, "PreviewBox").isEmpty(), std::string(c.form) != "frmCircles");
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, EveryPatternVariant,

@@ -2,6 +2,7 @@
 // stripe sizes and their labels, the refusals, and every variant of the five dialogs in all four shapes.
 
 #include "support/Support.h"
+#include "transitions/EveryShapeScript.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -158,54 +159,19 @@ class EveryStripeBlockVariant : public StripeBlockScript, public testing::WithPa
 
 TEST_P(EveryStripeBlockVariant, RunsInAllFourShapes) {
     const DialogCase& c = GetParam();
-    writeSlot(0, 6, 16, 12);
-    QJsonArray steps = {QJsonObject{{"open", c.plugin}}};
-    auto set = [&](const QString& control, const QJsonValue& how, const char* key) {
-        steps.append(QJsonObject{{"set", QJsonObject{{"control", control}, {key, how}}}});
-    };
-    int expectedTotal = 5;
-    int expectedMessages = 0;
-    for (int v = 0; v < std::max(c.options, 1); ++v) {
-        if (c.options) set(QString("optDirection(%1)").arg(v), true, "value");
-        for (int direction = 0; direction < 2; ++direction) {
-            set(c.sourceList, "Swap", "text");
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            set(c.sourceList, "Primary Color", "text");
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            set(c.sourceList, "Stored Animation #1", "text");
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            // When the splice has lengthened the animation the next Apply only tells so; otherwise it
-            // splices once more, to the same length.
-            steps.append(QJsonObject{{"click", "cmd_Run"}});
-            steps.append(QJsonObject{{"click", "lblToggle"}});
-        }
-        const int start = expectedTotal >= 6 ? expectedTotal - 6 : 0;
-        if (start + 6 != expectedTotal) ++expectedMessages;
-        expectedTotal = start + 6 + (6 - 3);
-        ++expectedMessages;
-    }
-    steps.append(QJsonObject{{"dump", "end"}});
-    const QJsonObject script{
-        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
-        {"steps", steps}};
-    const RunResult r = run(QJsonDocument(script).toJson().toStdString());
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    const QJsonObject end = state("end");
-    EXPECT_EQ(end["total_frames"].toInt(), expectedTotal);
-    const auto msgs = dialogTexts(end);
-    EXPECT_EQ(std::count(msgs.begin(), msgs.end(), "Animation Size Changed. Settings updated."),
-              expectedMessages);
-    EXPECT_EQ(static_cast<int>(msgs.size()), expectedMessages) << "no refusal and no error";
-    EXPECT_FALSE(end["locked"].toBool());
-    for (const auto& f : end["forms"].toArray())
-        if (f.toObject()["name"].toString() == c.form) {
-            EXPECT_EQ(f.toObject()["caption"].toString(), c.caption);
-        }
-    const QJsonArray sources = control(end, c.form, c.sourceList)["items"].toArray();
+    const EveryShapeRun r = playEveryShape(dir.path(), {c.plugin,
+                                                        c.form,
+                                                        c.options ? "optDirection(%1)" : "",
+                                                        std::max(c.options, 1),
+                                                        {"Swap", "Primary Color"},
+                                                        c.sourceList});
+    expectEveryShapeRan(r);
+    EXPECT_EQ(formCaption(r.end, c.form), c.caption);
+    const QStringList sources = listItems(r.end, c.form, c.sourceList);
     ASSERT_EQ(sources.size(), c.sources);
-    EXPECT_EQ(sources.last().toString(), "Stored Animation #4");
-    EXPECT_EQ(control(end, c.form, QString("optDirection(%1)").arg(c.options)).isEmpty(), true);
-    EXPECT_TRUE(control(end, c.form, "cboTransitions").isEmpty());
+    EXPECT_EQ(sources.back(), "Stored Animation #4");
+    EXPECT_TRUE(control(r.end, c.form, QString("optDirection(%1)").arg(c.options)).isEmpty());
+    EXPECT_TRUE(control(r.end, c.form, "cboTransitions").isEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(

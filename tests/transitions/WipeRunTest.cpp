@@ -18,7 +18,8 @@ class WipeRun : public HostTest {
     // An animation of n frames W x H, each a distinct pattern; the swap is a flat grey.
     void load(int n, int w, int h) {
         std::vector<Picture> frames;
-        for (int f = 0; f < n; ++f) frames.push_back(patternPicture(w, h, 17 * f));
+        for (int f = 0; f < n; ++f)
+            frames.push_back(patternPicture(w, h, 17 * f));
         original = frames;
         host().loadAnimation(frames);
         host().loadSwap(Picture::filled(w, h, 0x505050));
@@ -73,16 +74,34 @@ TEST_F(WipeRun, FromStartsAllSourceAndEndsAllAnimation) {
 TEST_F(WipeRun, ToTraceFollowsTheRunBracket) {
     load(4, 7, 3);
     Wipe2LeftTo(1, 3, "Swap");
-    const std::vector<std::string> expected = {
-        "Van_BufferHeight()", "Van_BufferWidth()", "Van_GetSwapRBuffer()", "Van_GetSwapGBuffer()",
-        "Van_GetSwapBBuffer()", "Van_GetTotalFrames()", "Van_GetCurrentFrame()", "Van_Lock()",
-        "Van_ChangePointer(11)",
-        "Van_GotoFrame(2)", "Van_GetRBuffer()", "Van_GetGBuffer()", "Van_GetBBuffer()",
-        "Van_SetRbuffer(plane(7,3))", "Van_SetGbuffer(plane(7,3))", "Van_SetBbuffer(plane(7,3))",
-        "van_status(66.66666666666666)",
-        "Van_GotoFrame(3)", "Van_GetRBuffer()", "Van_GetGBuffer()", "Van_GetBBuffer()",
-        "Van_SetRbuffer(plane(7,3))", "Van_SetGbuffer(plane(7,3))", "Van_SetBbuffer(plane(7,3))",
-        "van_status(100)", "van_StatusClose()", "Van_RestorePointer()", "Van_Unlock()"};
+    const std::vector<std::string> expected = {"Van_BufferHeight()",
+                                               "Van_BufferWidth()",
+                                               "Van_GetSwapRBuffer()",
+                                               "Van_GetSwapGBuffer()",
+                                               "Van_GetSwapBBuffer()",
+                                               "Van_GetTotalFrames()",
+                                               "Van_GetCurrentFrame()",
+                                               "Van_Lock()",
+                                               "Van_ChangePointer(11)",
+                                               "Van_GotoFrame(2)",
+                                               "Van_GetRBuffer()",
+                                               "Van_GetGBuffer()",
+                                               "Van_GetBBuffer()",
+                                               "Van_SetRbuffer(plane(7,3))",
+                                               "Van_SetGbuffer(plane(7,3))",
+                                               "Van_SetBbuffer(plane(7,3))",
+                                               "van_status(66.66666666666666)",
+                                               "Van_GotoFrame(3)",
+                                               "Van_GetRBuffer()",
+                                               "Van_GetGBuffer()",
+                                               "Van_GetBBuffer()",
+                                               "Van_SetRbuffer(plane(7,3))",
+                                               "Van_SetGbuffer(plane(7,3))",
+                                               "Van_SetBbuffer(plane(7,3))",
+                                               "van_status(100)",
+                                               "van_StatusClose()",
+                                               "Van_RestorePointer()",
+                                               "Van_Unlock()"};
     EXPECT_EQ(trace, expected);
     EXPECT_FALSE(host().locked());
 }
@@ -92,7 +111,8 @@ TEST_F(WipeRun, FromWithPerFrameSourceFetchesTheFrameTwiceAndReportsProgressFrom
     Wipe2LeftFrom(0, 2, "Negative");
     const auto gets = calls("Van_GetRBuffer");
     EXPECT_EQ(gets.size(), 6u) << "M and the copy for the source, for each of three frames";
-    EXPECT_EQ(calls("van_status"), (std::vector<std::string>{"van_status(0)", "van_status(50)", "van_status(100)"}));
+    EXPECT_EQ(calls("van_status"),
+              (std::vector<std::string>{"van_status(0)", "van_status(50)", "van_status(100)"}));
     // Frame 0 is the negative of itself.
     EXPECT_EQ(frame(0).r.at(1, 1), 255 - original[0].r.at(1, 1));
 }
