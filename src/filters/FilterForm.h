@@ -2,7 +2,8 @@
 // The dialog every image filter shares: the frame shown now or a range of frames, the range lists,
 // "Use Alpha?", the undo pair and a small live preview made by the same procedure as the real run.
 // A filter adds its own controls and its two procedures; how it differs in the run is data
-// (FilterTraits), so the run itself is written once.
+// (FilterTraits), so the run itself is written once. Filters whose dialogs run, undo and close by
+// rules of their own (the channel filters) replace run(), undo() and done().
 //
 // The preview squeezes the whole frame into a square plane of the filter's preview size, whatever
 // the frame's shape; every parameter change makes one whole preview, with nothing cached, so the

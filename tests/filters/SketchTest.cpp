@@ -144,7 +144,9 @@ TEST_F(Sketch, HardLineIsGreyInPreviewAndRangeButColourOnTheCurrentFrame) {
     ctl<QSlider>(f, "slider_Passes")->setValue(100);
     // A hundred passes in the preview too: the hard line's preview isn't halved.
     EXPECT_EQ(wrongPixels(f, hardLine(squeezed(frames[1]), true, false, 100, 200, 200, 200, 200)), 0);
+    const std::size_t undos = calls("Van_SaveUndo").size();
     ctl<QSlider>(f, "slider_Passes")->setValue(2);
+    EXPECT_EQ(calls("Van_SaveUndo").size(), undos + 1) << "each preview takes the host's one-frame undo";
     const QImage preview = shown(f);
     bool greyPreview = true;
     for (int y = 0; y < preview.height() - 4; ++y)
