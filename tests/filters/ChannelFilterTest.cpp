@@ -78,15 +78,6 @@ TEST(ChannelThresholdPreview, MixesByItsOwnRules) {
     Row dark({10, 250});
     filters::channelThresholdPreview(dark.Q, dark.C, grey, dark.n);
     EXPECT_EQ(dark.red(), (std::vector<int>{10, 250}));
-}
-
-TEST(ChannelThresholdPreview, LeavesThePictureWhenNoBoxIsChecked) {
-    ChannelThresholdSettings s;
-    s.mixing = "Additive";
-    Row row({7, 90, 255});
-    filters::channelThresholdPreview(row.Q, row.C, s, row.n);
-    EXPECT_EQ(row.Q, row.C);
-    EXPECT_EQ(filters::findChannelMix("None"), nullptr);
     EXPECT_EQ(filters::findChannelMix("additive"), nullptr) << "the list's text is compared exactly";
 }
 

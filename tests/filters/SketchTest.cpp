@@ -189,22 +189,6 @@ TEST_F(Sketch, CellShadedPosterizesTheResultInPreviewAndThePictureOnARun) {
     EXPECT_EQ(host().framePicture(0), run);
 }
 
-TEST_F(Sketch, GraphicNovelMultipliesThenFinishesInChalk) {
-    panel::FormBase* f = open("frmSketchHard");
-    ctl<QComboBox>(f, "cboSketchOptions")->setCurrentIndex(3);
-    const host::Picture small = squeezed(frames[0]);
-    host::Picture preview = hardLine(small, true, false, 1, 200, 200, 200, 200);
-    krl::MultiplyBuffers(preview.r, preview.g, preview.b, small.r, small.g, small.b, 200, 200);
-    krl::ChalkFilter(preview.r, preview.g, preview.b, 200, 200, 51);
-    EXPECT_EQ(wrongPixels(f, preview), 0);
-
-    apply(f);
-    host::Picture run = hardLine(frames[0], false, false, 1, kW, kH, kW + 1, kH + 1);
-    krl::MultiplyBuffers(run.r, run.g, run.b, frames[0].r, frames[0].g, frames[0].b, kW + 1, kH + 1);
-    krl::ChalkFilter(run.r, run.g, run.b, kW + 1, kH + 1, 50);
-    EXPECT_EQ(host().framePicture(0), run);
-}
-
 // Alpha is honoured by both sketches on a real run, and never in their previews.
 class SketchAlpha : public FilterTest, public testing::WithParamInterface<const char*> {};
 
