@@ -29,24 +29,6 @@ constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated."
 constexpr const char* kNoAnimation =
     "No Animation in memory!\n\n\nWould you like to create an animation now?";
 
-// What a run disables comes back however the run ends.
-class DisabledWhileRunning {
-  public:
-    explicit DisabledWhileRunning(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
-        for (QWidget* w : controls_)
-            w->setEnabled(false);
-    }
-    ~DisabledWhileRunning() {
-        for (QWidget* w : controls_)
-            w->setEnabled(true);
-    }
-    DisabledWhileRunning(const DisabledWhileRunning&) = delete;
-    DisabledWhileRunning& operator=(const DisabledWhileRunning&) = delete;
-
-  private:
-    std::vector<QWidget*> controls_;
-};
-
 int listNumber(const QComboBox* list) {
     const std::string t = list->currentText().toStdString();
     if (t.find_first_of("0123456789") == std::string::npos) throw std::invalid_argument("Type mismatch");
@@ -54,6 +36,16 @@ int listNumber(const QComboBox* list) {
 }
 
 } // namespace
+
+DisabledWhileRunning::DisabledWhileRunning(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
+    for (QWidget* w : controls_)
+        w->setEnabled(false);
+}
+
+DisabledWhileRunning::~DisabledWhileRunning() {
+    for (QWidget* w : controls_)
+        w->setEnabled(true);
+}
 
 FilterForm::FilterForm(const FilterTraits& traits)
     : FormBase(traits.formName, traits.caption), traits_(traits) {
@@ -88,8 +80,10 @@ FilterForm::FilterForm(const FilterTraits& traits)
     cboFrameEnd_ = range.cboFrameEnd;
     left->addLayout(range.layout);
 
-    chkUseAlpha_ = makeCheck("chkUseAlpha", "Use Alpha?");
-    left->addWidget(chkUseAlpha_);
+    if (traits_.hasUseAlpha) {
+        chkUseAlpha_ = makeCheck("chkUseAlpha", "Use Alpha?");
+        left->addWidget(chkUseAlpha_);
+    }
     left->addStretch(1);
 
     auto* buttons = new QHBoxLayout;
@@ -126,7 +120,15 @@ void FilterForm::finishLayout() {
 }
 
 bool FilterForm::useAlpha() const {
-    return chkUseAlpha_->checkState() == Qt::Checked;
+    return chkUseAlpha_ && chkUseAlpha_->checkState() == Qt::Checked;
+}
+
+bool FilterForm::undoSaveChecked() const {
+    return chkUndoSave_->checkState() == Qt::Checked;
+}
+
+bool FilterForm::currentFrameChosen() const {
+    return optCurrent_->isChecked();
 }
 
 bool FilterForm::multipleFrames() const {
@@ -177,11 +179,22 @@ void FilterForm::Apply_Skin() {
         panel::colourControl(w, s.textboxFill, s.textboxText);
     for (QPushButton* b : {cmdRun_, cmdUndo_, cmdCancel_})
         panel::colourButton(b, s.buttonFill);
-    for (QWidget* w : {static_cast<QWidget*>(chkUndoSave_), static_cast<QWidget*>(chkUseAlpha_),
-                       static_cast<QWidget*>(optCurrent_), static_cast<QWidget*>(optMultiple_)}) {
+    skinToggles({chkUndoSave_, optCurrent_, optMultiple_});
+    if (chkUseAlpha_) skinToggles({chkUseAlpha_});
+}
+
+void FilterForm::skinToggles(std::initializer_list<QWidget*> toggles) {
+    const panel::SkinSettings s = panel::readSkinSettings();
+    for (QWidget* w : toggles) {
         panel::colourControl(w, s.buttonFill, 0x000000);
         w->setStyleSheet(w->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
     }
+}
+
+void FilterForm::skinTextBoxes(std::initializer_list<QWidget*> boxes) {
+    const panel::SkinSettings s = panel::readSkinSettings();
+    for (QWidget* w : boxes)
+        panel::colourControl(w, s.textboxFill, s.textboxText);
 }
 
 void FilterForm::Fill_Frame_List() {
@@ -258,6 +271,10 @@ std::vector<QWidget*> FilterForm::runDisables() const {
 }
 
 void FilterForm::cmd_Run_Click() {
+    run();
+}
+
+void FilterForm::run() {
     const int remembered = van().Van_GetCurrentFrame();
     TotalFrames = van().Van_GetTotalFrames();
     if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) {
@@ -290,10 +307,18 @@ void FilterForm::cmd_Run_Click() {
 }
 
 void FilterForm::cmdUndo_Click() {
+    undo();
+}
+
+void FilterForm::undo() {
     stored::cmdUndoClick(cmdUndo_);
 }
 
 void FilterForm::cmdCancel_Click() {
+    done();
+}
+
+void FilterForm::done() {
     closeDialog();
 }
 

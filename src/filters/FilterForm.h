@@ -2,7 +2,8 @@
 // The dialog every image filter shares: the frame shown now or a range of frames, the range lists,
 // "Use Alpha?", the undo pair and a small live preview made by the same procedure as the real run.
 // A filter adds its own controls and its two procedures; how it differs in the run is data
-// (FilterTraits), so the run itself is written once.
+// (FilterTraits), so the run itself is written once. Filters whose dialogs run, undo and close by
+// rules of their own (the channel filters) replace run(), undo() and done().
 //
 // The preview squeezes the whole frame into a square plane of the filter's preview size, whatever
 // the frame's shape; every parameter change makes one whole preview, with nothing cached, so the
@@ -12,6 +13,7 @@
 #include "pixel/Triple.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <vector>
 
 class QCheckBox;
@@ -34,6 +36,20 @@ struct FilterTraits {
     bool gotoFrameAfterUndoSave = false;
     // A range run may leave the host's window in front; the dialog then shows itself again.
     bool showAgainAfterRange = false;
+    // Filters that mix by their own rules have no "Use Alpha?" box.
+    bool hasUseAlpha = true;
+};
+
+// What a run disables comes back however the run ends.
+class DisabledWhileRunning {
+  public:
+    explicit DisabledWhileRunning(std::vector<QWidget*> controls);
+    ~DisabledWhileRunning();
+    DisabledWhileRunning(const DisabledWhileRunning&) = delete;
+    DisabledWhileRunning& operator=(const DisabledWhileRunning&) = delete;
+
+  private:
+    std::vector<QWidget*> controls_;
 };
 
 // The main buffer's three planes, read and written as one picture.
@@ -79,13 +95,26 @@ class FilterForm : public panel::FormBase {
 
     // A parameter changed: one whole preview.
     void updatePreview();
+    // The shared run; a filter whose dialog runs otherwise replaces run().
+    virtual void run();
+    virtual void undo();
+    virtual void done();
+    // The "No Animation in memory!" question, with the lists filled again when one was made.
+    void animationCheck();
+    bool undoSaveChecked() const;
+    bool currentFrameChosen() const;
+    QPushButton* cmdRun() const { return cmdRun_; }
+    QPushButton* cmdUndo() const { return cmdUndo_; }
+    QPushButton* cmdCancel() const { return cmdCancel_; }
+    // The skin's colours for a filter's own check boxes, options and text boxes.
+    void skinToggles(std::initializer_list<QWidget*> toggles);
+    void skinTextBoxes(std::initializer_list<QWidget*> boxes);
     void formLoad() override;
     void formActivate() override;
     void formUnload() override;
 
   private:
     void Fill_Frame_List();
-    void animationCheck();
     void frameListLeft(bool startLeft);
     void Apply_Skin();
     void cmd_Run_Click();

@@ -1,0 +1,72 @@
+#pragma once
+// What the filter dialog tests share: an animation of distinct frames in the host, dialogs opened by
+// form name, controls by name, and the preview shown compared with the picture it should be.
+
+#include "panel/FormBase.h"
+#include "panel/Registry.h"
+#include "pixel/Mixing.h"
+#include "support/Support.h"
+
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+
+#include <vector>
+
+namespace kirrel::test {
+
+// The frame squeezed into a square preview of bounds n, as the dialogs do it.
+inline host::Picture squeezed(const host::Picture& p, int n = 200) {
+    host::Picture small(n, n);
+    krl::ResizeBuffer(small.r, small.g, small.b, p.r, p.g, p.b, n, n, p.width(), p.height());
+    return small;
+}
+
+class FilterTest : public HostTest {
+  protected:
+    static constexpr int kW = 23; // deliberately not square, and rows not a multiple of four bytes
+    static constexpr int kH = 14;
+
+    void SetUp() override {
+        HostTest::SetUp();
+        for (int i = 0; i < 4; ++i)
+            frames.push_back(patternPicture(kW, kH, 41 * i));
+        host().loadAnimation(frames, 0);
+    }
+    panel::FormBase* open(const char* name) {
+        panel::registerEverything();
+        panel::FormBase* f = panel::loadFormByName(name);
+        f->showForm();
+        return f;
+    }
+    template <class T> static T* ctl(panel::FormBase* f, const char* name) {
+        return static_cast<T*>(f->control(name));
+    }
+    static void apply(panel::FormBase* f) { ctl<QPushButton>(f, "cmd_Run")->click(); }
+
+    static QImage shown(panel::FormBase* f) {
+        return static_cast<QLabel*>(f->control("ImageBox"))->pixmap().toImage();
+    }
+    // The number of pixels of the preview shown that differ from `expected` (its W x H part).
+    static int wrongPixels(panel::FormBase* f, const host::Picture& expected) {
+        const QImage image = shown(f);
+        if (image.size() != QSize(expected.width(), expected.height())) return -1;
+        int wrong = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb c = image.pixel(x, y);
+                wrong += qRed(c) != expected.r.at(x, y) || qGreen(c) != expected.g.at(x, y) ||
+                         qBlue(c) != expected.b.at(x, y);
+            }
+        return wrong;
+    }
+    static bool isGrey(const host::Picture& p, int w, int h) {
+        for (int y = 0; y < h; ++y)
+            for (int x = 0; x < w; ++x)
+                if (p.r.at(x, y) != p.g.at(x, y) || p.g.at(x, y) != p.b.at(x, y)) return false;
+        return true;
+    }
+    std::vector<host::Picture> frames;
+};
+
+} // namespace kirrel::test
