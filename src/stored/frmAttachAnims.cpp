@@ -4,6 +4,7 @@
 #include "stored/AttachRuns.h"
 #include "stored/WholeAnimationLimit.h"
 
+#include <QButtonGroup>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -18,8 +19,11 @@ frmAttachAnims::frmAttachAnims()
     : SpliceDialog("frmAttachAnims", "Kirrel - Attach Animation To Stored Animation",
                    "Attach Current Animation to a Stored Animation (Must have same shared dimensions and "
                    "frame count)") {
+    // A group of their own: left to the form, the slot options in the frame would join them.
+    auto* group = new QButtonGroup(this);
     for (std::size_t i = 0; i < kAttachSides.size(); ++i) {
         optAttachAnim_[i] = makeOption(QString("optAttachAnim(%1)").arg(i), kAttachSides[i].caption);
+        group->addButton(optAttachAnim_[i]);
         optionArea()->addWidget(optAttachAnim_[i]);
     }
     finishLayout();

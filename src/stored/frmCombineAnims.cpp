@@ -4,6 +4,7 @@
 #include "stored/AnimUndo.h"
 #include "stored/CombineRuns.h"
 
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QRadioButton>
@@ -25,6 +26,10 @@ frmCombineAnims::frmCombineAnims()
     optCombineAnim_[1] = makeOption("optCombineAnim(1)", "Append Stored to Animation");
     optCombineAnim_[2] = makeOption("optCombineAnim(2)", "Insert Stored after Frame");
     cboSelectFrame_ = makeCombo("cboSelectFrame");
+    // A group of their own: left to the form, the slot options in the frame would join them.
+    auto* group = new QButtonGroup(this);
+    for (QRadioButton* o : optCombineAnim_)
+        group->addButton(o);
     optionArea()->addWidget(optCombineAnim_[0]);
     optionArea()->addWidget(optCombineAnim_[1]);
     auto* after = new QHBoxLayout;

@@ -82,6 +82,7 @@ frmCompositeAnims::frmCompositeAnims()
 }
 
 void frmCompositeAnims::alphaOptionsChanged() {
+    if (!cmdLoadMask_) return; // the list is filled before the button is made
     cmdLoadMask_->setEnabled(alphaOptionOf(cboAlphaOptions_->currentText().toStdString()) ==
                              AlphaOption::AnimatedMask);
 }
