@@ -116,7 +116,12 @@ void SpliceDialog::Apply_Skin() {
     buttons.insert(buttons.end(), buttonControls_.begin(), buttonControls_.end());
     for (QWidget* b : buttons)
         panel::colourButton(b, s.buttonFill);
-    panel::colourControl(chkUndoSave_, s.buttonFill, 0x000000);
+    std::vector<QWidget*> options{chkUndoSave_};
+    options.insert(options.end(), optionControls_.begin(), optionControls_.end());
+    for (QWidget* w : options) {
+        panel::colourControl(w, s.buttonFill, 0x000000);
+        w->setStyleSheet(w->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
+    }
     panel::Draw_Pattern(this);
 }
 

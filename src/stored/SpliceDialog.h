@@ -59,6 +59,7 @@ class SpliceDialog : public panel::FormBase {
     // Extra controls a dialog wants coloured like the lists and labels, and like buttons.
     std::vector<QWidget*> textControls_;
     std::vector<QWidget*> buttonControls_;
+    std::vector<QWidget*> optionControls_; // option buttons and check boxes of the dialog's own
 
   private:
     void Apply_Skin();

@@ -26,6 +26,7 @@ frmAttachAnims::frmAttachAnims()
         group->addButton(optAttachAnim_[i]);
         optionArea()->addWidget(optAttachAnim_[i]);
     }
+    optionControls_.assign(optAttachAnim_.begin(), optAttachAnim_.end());
     finishLayout();
 }
 

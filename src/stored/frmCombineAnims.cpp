@@ -38,6 +38,7 @@ frmCombineAnims::frmCombineAnims()
     after->addStretch(1);
     optionArea()->addLayout(after);
     textControls_ = {cboSelectFrame_};
+    optionControls_.assign(std::begin(optCombineAnim_), std::end(optCombineAnim_));
     finishLayout();
 }
 
