@@ -65,12 +65,14 @@ class TempMasks {
     TempMasks(const TempMasks&) = delete;
     TempMasks& operator=(const TempMasks&) = delete;
 
-    // Every frame of the mask, brought once to the host's bounds, into a file of its own.
-    void prepare(const std::string& maskFile, int W, int H) {
+    // The mask's frames, brought once to the host's bounds, each into a file of its own. Only the
+    // frames the run can reach are written: a long mask (a few bytes a frame on disk when it is
+    // small) would otherwise fill the disk with host-sized copies nobody reads.
+    void prepare(const std::string& maskFile, int W, int H, int framesOfRun) {
         masks::MaskFileReader in(maskFile);
         const masks::MaskHeader h = in.header();
         krl::Plane plane, scaledG, scaledB;
-        for (int i = 0; i < h.frames; ++i) {
+        for (int i = 0; i < std::min(h.frames, framesOfRun); ++i) {
             in.readPlane(plane);
             krl::Plane scaled;
             if (plane.width() == W && plane.height() == H) {
@@ -109,14 +111,15 @@ void CompositeRun(const CompositeSettings& settings, const std::string& slotPath
     for (const CompositeMode& m : kCompositeModes)
         if (m.number == settings.mode) mode = &m;
 
-    TempMasks masks(van.Van_GetTempDir());
-    if (settings.alpha == AlphaOption::AnimatedMask) masks.prepare(settings.maskFile, W, H);
-
+    // The slot is opened (and checked whole) first, as the mask files depend on the run's length.
     StoredFrameSource stored(slotPath, W, H);
+    const int frames = std::min(total, static_cast<int>(stored.header().frames));
+    TempMasks masks(van.Van_GetTempDir());
+    if (settings.alpha == AlphaOption::AnimatedMask) masks.prepare(settings.maskFile, W, H, frames);
+
     krl::Plane alpha;
     if (settings.alpha == AlphaOption::AlphaChannel) alpha = van.Van_GetABuffer();
 
-    const int frames = std::min(total, static_cast<int>(stored.header().frames));
     krl::Triple T, M;
     krl::Plane mask;
     int m = 0;
