@@ -61,7 +61,9 @@ TEST_P(MaskRepetition, TheRangesFirstFrameTakesMaskFrameZeroAndTheMaskRepeats) {
 
     EXPECT_EQ(maskFramesUsed(host(), p.start, p.end), p.used);
     for (int f = 0; f < 6; ++f)
-        if (f < p.start || f > p.end) EXPECT_EQ(maskFramesUsed(host(), f, f), std::vector<int>{-1}) << f;
+        if (f < p.start || f > p.end) {
+            EXPECT_EQ(maskFramesUsed(host(), f, f), std::vector<int>{-1}) << f;
+        }
 }
 
 INSTANTIATE_TEST_SUITE_P(Ranges, MaskRepetition,
