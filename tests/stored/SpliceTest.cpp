@@ -281,6 +281,49 @@ TEST_F(Splice, CompositeJoinsFromFrameZeroAndLeavesFramesBeyondTheStoredOnes) {
     EXPECT_EQ(host().currentFrame(), 0);
 }
 
+struct ModeCase {
+    const char* text;
+    void (*operation)(krl::Plane&, krl::Plane&, krl::Plane&, const krl::Plane&, const krl::Plane&,
+                      const krl::Plane&, int, int);
+};
+
+class CompositeModes : public Splice, public testing::WithParamInterface<std::tuple<ModeCase, int>> {};
+
+TEST_P(CompositeModes, EachModeRunsItsOperationWithTheStoredFrameFirstThenTheMix) {
+    const auto& [mode, strength] = GetParam();
+    const auto mainFrames = patternFrames(2, 8, 5, 30);
+    const auto storedFrames = patternFrames(2, 8, 5, 170);
+    host().loadAnimation(mainFrames);
+    writeSlot(0, storedFrames);
+    auto* form = open("frmCompositeAnims");
+    static_cast<QComboBox*>(form->control("cboModeOptions"))->setCurrentText(mode.text);
+    static_cast<QSlider*>(form->control("Slider1"))->setValue(strength);
+    choose(form, "optSlot(0)");
+    apply(form);
+
+    for (int i = 0; i < 2; ++i) {
+        host::Picture t = storedFrames[i];
+        const host::Picture& m = mainFrames[i];
+        if (mode.operation) mode.operation(t.r, t.g, t.b, m.r, m.g, m.b, 8, 5);
+        krl::MixBuffers(t.r, t.g, t.b, m.r, m.g, m.b, strength, 8, 5);
+        EXPECT_TRUE(host().framePicture(i) == t) << mode.text << " frame " << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, CompositeModes,
+                         testing::Combine(testing::Values(ModeCase{"Standard Mixing", nullptr},
+                                                          ModeCase{"Additive", krl::AddBuffers},
+                                                          ModeCase{"Difference", krl::DiffBuffers},
+                                                          ModeCase{"Multiply", krl::MultiplyBuffers},
+                                                          ModeCase{"Lighten", krl::LightenBuffers},
+                                                          ModeCase{"Darken", krl::DarkenBuffers}),
+                                          testing::Values(1, 63, 100)),
+                         [](const auto& i) {
+                             std::string name = std::get<0>(i.param).text;
+                             std::erase(name, ' ');
+                             return name + std::to_string(std::get<1>(i.param));
+                         });
+
 TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporaryFiles) {
     host().loadAnimation(std::vector<host::Picture>(3, host::Picture::filled(7, 3, 0x000000)));
     writeSlot(0, std::vector<host::Picture>(3, host::Picture::filled(7, 3, 0xFFFFFF)));
