@@ -15,7 +15,7 @@ namespace kirrel::masks {
 namespace {
 
 constexpr short kCreateMode = 2;
-// The host counts frames and sizes in 16 bits.
+// The host counts frames in 16 bits (the reader refuses larger pictures itself).
 constexpr int kHostLimit = 32767;
 
 void refuseDamaged(Vantry::Vantry_Class& van, const stored::DamagedFile& e) {
@@ -60,7 +60,7 @@ void AMaskImport() {
     try {
         in.emplace(path);
         const MaskHeader& h = in->header();
-        if (h.width > kHostLimit || h.height > kHostLimit || h.frames > kHostLimit)
+        if (h.frames > kHostLimit)
             throw stored::DamagedFile(path, "its header gives a size larger than an animation can have");
     } catch (const stored::DamagedFile& e) {
         refuseDamaged(van, e);

@@ -62,6 +62,10 @@ MaskFileReader::MaskFileReader(const std::string& path) : file_(qpath(path)), pa
     header_ = headerOf(head);
     if (header_.width < 0 || header_.height < 0)
         throw stored::DamagedFile(path_, "its header gives a negative picture size");
+    // The host's sizes are 16-bit numbers, so no export ever wrote a larger picture; refusing one
+    // also keeps every index of a plane within an int.
+    if (header_.width > kLargestMaskBound || header_.height > kLargestMaskBound)
+        throw stored::DamagedFile(path_, "its header gives a size larger than an animation can have");
     if (header_.frames < 0) throw stored::DamagedFile(path_, "its header gives a negative frame count");
     if (header_.frames == 0) throw stored::DamagedFile(path_, "its header gives no frames");
     // Both bounds are below 2^31, so one plane's byte count fits in 64 bits and the division can't

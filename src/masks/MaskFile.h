@@ -23,6 +23,7 @@ namespace kirrel::masks {
 
 inline constexpr const char* kMaskFilter = "msk(*.msk)|*.msk";
 inline constexpr int kMaskHeaderBytes = 12;
+inline constexpr int kLargestMaskBound = 32767;
 // A mask's first frame is shown as a picture only up to this many pixels (4096 x 4096); a larger
 // one is described but not drawn, rather than building a picture no screen could show.
 inline constexpr long long kMaskPictureLimit = 4096LL * 4096LL;

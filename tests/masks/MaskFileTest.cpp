@@ -109,8 +109,9 @@ TEST_P(DamagedMask, IsRefusedWithAClearMessageBeforeAnythingChanges) {
     EXPECT_THROW(masks::loadScaledMask(path("bad.msk"), 5, 5), stored::DamagedFile);
 }
 
-TEST_F(MaskFile, AMaskTooLargeForTheHostIsNotImported) {
-    writeFile(QString::fromStdString(path("wide.msk")), mskHeader(40000, 0, 1) + flatMaskPlane(40000, 0, 1));
+TEST_F(MaskFile, AMaskWithMoreFramesThanTheHostCountsIsNotImported) {
+    // Whole on disk, but more frames than an animation can count.
+    writeFile(QString::fromStdString(path("wide.msk")), mskHeader(0, 0, 40000) + std::string(40000, '\x01'));
     host().loadAnimation(patternFrames(2, 5, 5));
     const HostSnapshot before = HostSnapshot::of(host());
     answerFile(path("wide.msk"));
@@ -128,6 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Damage{"NoFrames", mskHeader(3, 3, 0)},
                     Damage{"LastFrameShort", mskHeader(3, 3, 2) + flatMaskPlane(3, 3, 9) + "abc"},
                     // Sizes whose product overflows 32 bits, over a file of a few bytes.
+                    Damage{"WiderThanAnyFrame", mskHeader(40000, 0, 1) + flatMaskPlane(40000, 0, 1)},
                     Damage{"AbsurdSize", mskHeader(2147483647, 2147483647, 2147483647) + "abcd"}),
     [](const testing::TestParamInfo<Damage>& i) { return std::string(i.param.name); });
 
