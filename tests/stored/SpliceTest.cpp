@@ -324,6 +324,29 @@ INSTANTIATE_TEST_SUITE_P(Modes, CompositeModes,
                              return name + std::to_string(std::get<1>(i.param));
                          });
 
+TEST_F(Splice, CompositeThroughTheAlphaChannelKeepsTheHostWhereAlphaIsZero) {
+    const auto mainFrames = patternFrames(3, 9, 4, 3);
+    const auto storedFrames = patternFrames(3, 9, 4, 120);
+    host().loadAnimation(mainFrames, 2);
+    krl::Plane alpha(9, 4);
+    for (int y = 0; y <= 4; ++y)
+        for (int x = 0; x <= 9; ++x)
+            alpha.at(x, y) = x < 5 ? 0 : 255;
+    host().setAlpha(alpha);
+    writeSlot(2, storedFrames);
+    auto* form = open("frmCompositeAnims");
+    static_cast<QComboBox*>(form->control("cboAlphaOptions"))->setCurrentText("Use Alpha Channel");
+    static_cast<QSlider*>(form->control("Slider1"))->setValue(100);
+    choose(form, "optSlot(2)");
+    apply(form);
+    for (int i = 0; i < 3; ++i)
+        for (int y = 0; y <= 4; ++y)
+            for (int x = 0; x <= 9; ++x)
+                ASSERT_EQ(host().framePicture(i).g.at(x, y),
+                          (x < 5 ? mainFrames : storedFrames)[i].g.at(x, y))
+                    << i << " " << x << " " << y;
+}
+
 TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporaryFiles) {
     host().loadAnimation(std::vector<host::Picture>(3, host::Picture::filled(7, 3, 0x000000)));
     writeSlot(0, std::vector<host::Picture>(3, host::Picture::filled(7, 3, 0xFFFFFF)));
