@@ -4,7 +4,6 @@
 #include "panel/FormBase.h"
 #include "panel/Registry.h"
 #include "pixel/Mixing.h"
-#include "stored/AttachRuns.h"
 #include "stored/SlotFiles.h"
 #include "stored/StoredSupport.h"
 
@@ -197,6 +196,10 @@ TEST_P(AttachSide, JoinsEveryFrameAtTheRightOffsetAndLeavesTheSlotAlone) {
         const auto& second = storedFirst ? mainFrames[i] : storedFrames[i];
         EXPECT_TRUE(host().framePicture(i) == joinedByHand(first, second, sideBySide)) << "frame " << i;
     }
+    if (side == 1) { // 100 + 50 gives 150; the stored frame begins at x = 100, over the host's last column
+        EXPECT_EQ(host().framePicture(0).r.at(100, 7), storedFrames[0].r.at(0, 7));
+        EXPECT_EQ(host().framePicture(0).r.at(99, 7), mainFrames[0].r.at(99, 7));
+    }
     EXPECT_EQ(host().currentFrame(), 0);
     EXPECT_EQ(readFile(QString::fromStdString(stored::slotDataPath(tempDir(), 3))), slotBefore);
     EXPECT_TRUE(host().dialogs().empty());
@@ -205,19 +208,6 @@ TEST_P(AttachSide, JoinsEveryFrameAtTheRightOffsetAndLeavesTheSlotAlone) {
 INSTANTIATE_TEST_SUITE_P(Sides, AttachSide, testing::Values(0, 1, 2, 3), [](const auto& i) {
     return std::string(std::array{"Left", "Right", "Top", "Bottom"}[static_cast<std::size_t>(i.param)]);
 });
-
-TEST_F(Splice, AttachRightPutsTheStoredFrameAtTheHostsWidth) {
-    const stored::AttachSize size = stored::attachedSize(stored::kAttachSides[1], 100, 30, 50, 30);
-    EXPECT_EQ(size.width, 150);
-    EXPECT_EQ(size.height, 30);
-    host::Picture main = host::Picture::filled(100, 0, 0x000001);
-    host::Picture slot = host::Picture::filled(50, 0, 0x000002);
-    host::Picture out(150, 0);
-    stored::joinPictures(out, main, slot, true);
-    EXPECT_EQ(out.r.at(99, 0), 1);
-    EXPECT_EQ(out.r.at(100, 0), 2) << "the stored frame begins at x = 100, over the host's last column";
-    EXPECT_EQ(out.r.at(150, 0), 2);
-}
 
 TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
     host().loadAnimation(patternFrames(3, 10, 8));
