@@ -1,0 +1,201 @@
+#include "masks/MaskDialog.h"
+
+#include "panel/EnsureAnimation.h"
+#include "panel/Panel.h"
+#include "panel/Skin.h"
+#include "stored/AnimUndo.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+namespace kirrel::masks {
+
+namespace {
+constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
+// The filter-shaped dialogs ask with three line feeds between the two sentences.
+constexpr const char* kNoAnimation =
+    "No Animation in memory!\n\n\nWould you like to create an animation now?";
+} // namespace
+
+MaskDialog::MaskDialog(const MaskDialogTraits& traits, const QStringList& sources)
+    : FormBase(traits.formName, traits.caption), traits_(traits), sources_(sources) {
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(14, 14, 14, 12);
+    outer->setSpacing(8);
+
+    description_ = makeLabel("Label1", traits_.description);
+    description_->setWordWrap(true);
+    description_->setMargin(5);
+    outer->addWidget(description_);
+
+    auto* sourceGrid = new QGridLayout;
+    label2_ = makeLabel("Label2", "Lighter Colors Favor");
+    label3_ = makeLabel("Label3", "Darker Colors Favor");
+    cboLighter_ = makeCombo("cboLighter");
+    cboDarker_ = makeCombo("cboDarker");
+    sourceGrid->addWidget(label2_, 0, 0);
+    sourceGrid->addWidget(cboLighter_, 0, 1);
+    sourceGrid->addWidget(label3_, 1, 0);
+    sourceGrid->addWidget(cboDarker_, 1, 1);
+    sourceGrid->setColumnStretch(1, 1);
+    outer->addLayout(sourceGrid);
+
+    extra_ = new QVBoxLayout;
+    extra_->setSpacing(6);
+    outer->addLayout(extra_);
+
+    if (traits_.frameChoice) {
+        auto* direction = new QHBoxLayout;
+        optCurrent_ = makeOption("optDirection(0)", "Current Frame");
+        optMultiple_ = makeOption("optDirection(1)", "Multiple Frames");
+        optCurrent_->setChecked(true);
+        direction->addWidget(optCurrent_);
+        direction->addWidget(optMultiple_);
+        direction->addStretch(1);
+        outer->addLayout(direction);
+    }
+
+    const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
+    lblKeyIn_ = range.lblKeyIn;
+    lblKeyOut_ = range.lblKeyOut;
+    cboFrameStart_ = range.cboFrameStart;
+    cboFrameEnd_ = range.cboFrameEnd;
+    outer->addLayout(range.layout);
+    outer->addStretch(1);
+
+    auto* buttons = new QHBoxLayout;
+    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
+    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
+    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
+    buttons->addWidget(chkUndoSave_);
+    buttons->addWidget(cmdUndo_);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdRun_);
+    buttons->addWidget(cmdCancel_);
+    outer->addLayout(buttons);
+}
+
+void MaskDialog::finishLayout() {
+    setFixedSize(sizeHint().expandedTo(QSize(460, 0)));
+}
+
+std::string MaskDialog::lighter() const {
+    return cboLighter_->currentText().toStdString();
+}
+
+std::string MaskDialog::darker() const {
+    return cboDarker_->currentText().toStdString();
+}
+
+int MaskDialog::startIndex() const {
+    return cboFrameStart_->currentIndex();
+}
+
+int MaskDialog::endIndex() const {
+    return cboFrameEnd_->currentIndex();
+}
+
+bool MaskDialog::undoChecked() const {
+    return chkUndoSave_->checkState() == Qt::Checked;
+}
+
+void MaskDialog::formLoad() {
+    chkUndoSave_->setChecked(false);
+    (void)van().Van_GetTempDir();
+    TotalFrames = van().Van_GetTotalFrames();
+    if (TotalFrames > 0) Fill_Frame_List();
+    loadExtras();
+    for (QComboBox* list : {cboLighter_, cboDarker_}) {
+        list->clear();
+        list->addItems(sources_);
+    }
+    cboLighter_->setCurrentIndex(traits_.lighterStart);
+    cboDarker_->setCurrentIndex(traits_.darkerStart);
+    Apply_Skin();
+    panel::Draw_Pattern(this);
+}
+
+void MaskDialog::formActivate() {
+    if (TotalFrames > 0) Fill_Frame_List();
+}
+
+void MaskDialog::formUnload() {
+    panel::showMainPanel();
+}
+
+void MaskDialog::Apply_Skin() {
+    const panel::SkinSettings s = panel::readSkinSettings();
+    panel::colourBackground(this, panel::kPanelBackdrop);
+    for (QWidget* w : std::initializer_list<QWidget*>{cboFrameStart_, cboFrameEnd_, cboLighter_, cboDarker_,
+                                                      lblKeyIn_, lblKeyOut_, label2_, label3_, description_})
+        panel::colourControl(w, s.textboxFill, s.textboxText);
+    for (QPushButton* b : {cmdRun_, cmdUndo_, cmdCancel_})
+        panel::colourButton(b, s.buttonFill);
+    std::vector<QWidget*> options{chkUndoSave_};
+    if (optCurrent_) options.insert(options.end(), {optCurrent_, optMultiple_});
+    for (QWidget* w : options) {
+        panel::colourControl(w, s.buttonFill, 0x000000);
+        w->setStyleSheet(w->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
+    }
+}
+
+void MaskDialog::Fill_Frame_List() {
+    cboFrameStart_->clear();
+    cboFrameEnd_->clear();
+    for (int i = 0; i < TotalFrames; ++i) {
+        cboFrameStart_->addItem(QString::number(i));
+        cboFrameEnd_->addItem(QString::number(i));
+    }
+    if (TotalFrames < 1) {
+        animationCheck();
+        return;
+    }
+    cboFrameStart_->setCurrentIndex(0);
+    cboFrameEnd_->setCurrentIndex(TotalFrames - 1);
+}
+
+void MaskDialog::animationCheck() {
+    panel::Ensure_Animation(
+        *this,
+        [this] {
+            cboFrameStart_->clear();
+            cboFrameEnd_->clear();
+        },
+        [this] {
+            TotalFrames = van().Van_GetTotalFrames();
+            Fill_Frame_List();
+            cboFrameStart_->setEnabled(true);
+            cboFrameEnd_->setEnabled(true);
+        },
+        kNoAnimation);
+}
+
+void MaskDialog::frameListLeft(bool startLeft) {
+    TotalFrames = van().Van_GetTotalFrames();
+    if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) Fill_Frame_List();
+    pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
+}
+
+bool MaskDialog::frameCountUnchanged() {
+    if (cboFrameStart_->count() == TotalFrames && cboFrameEnd_->count() == TotalFrames) return true;
+    van().Van_MessageBox(kSizeChanged);
+    Fill_Frame_List();
+    return false;
+}
+
+void MaskDialog::cmdUndo_Click() {
+    stored::cmdUndoClick(cmdUndo_);
+}
+
+void MaskDialog::cmdCancel_Click() {
+    closeDialog();
+}
+
+} // namespace kirrel::masks
