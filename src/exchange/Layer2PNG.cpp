@@ -18,14 +18,7 @@ void put32(std::vector<std::uint8_t>& out, std::size_t at, std::uint32_t v) {
 
 int layerRowBytes(int width) {
     const int bytes = width * 3;
-    switch (bytes % 4) {
-    case 1:
-        return bytes + 3;
-    case 2:
-        return bytes + 2;
-    default:
-        return bytes;
-    }
+    return bytes + (4 - bytes % 4) % 4;
 }
 
 std::vector<std::uint8_t> layerBitmapBytes(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b,
@@ -38,8 +31,7 @@ std::vector<std::uint8_t> layerBitmapBytes(const krl::Plane& r, const krl::Plane
     std::vector<std::uint8_t> out(54 + static_cast<std::size_t>(rowBytes) * height, 0);
     out[0] = 'B';
     out[1] = 'M';
-    const auto w4 = static_cast<std::int16_t>(width * 4);
-    put32(out, 2, static_cast<std::uint32_t>(static_cast<std::int64_t>(w4) * height + 54));
+    put32(out, 2, static_cast<std::uint32_t>(out.size()));
     put32(out, 10, 54);
     put32(out, 14, 40);
     put32(out, 18, static_cast<std::uint32_t>(width));

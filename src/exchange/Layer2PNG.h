@@ -15,14 +15,15 @@ namespace kirrel::exchange {
 // Where the mask's grey comes from (the option buttons' indices).
 enum class MaskSource { AlphaChannel = 0, PrimaryColour = 1, LayerOpacity = 2 };
 
-// Bytes in one stored row: W*3, plus 3 when W*3 mod 4 is 1 and plus 2 when it is 2. When it is 3
-// nothing is added, so such rows stay one byte short of the usual multiple of four; the converter
-// reads these files as they have always been written, so the short row stays.
+// Bytes in one stored row: W*3 padded to a multiple of four. (The panel once left the row one byte
+// short when W*3 mod 4 is 3, and put W*4*H + 54 with W*4 as a 16-bit number into the size field;
+// the converter on this platform refuses both, "insufficient image data" and "improper image
+// header", so these files are written the way every bitmap reader expects.)
 int layerRowBytes(int width);
 
-// The whole file: a 54-byte header and H rows of W pixels (blue, green, red), bottom row first;
-// the planes' last column and row stay out. The file size field is W*4*H + 54 with W*4 taken as a
-// 16-bit number, an approximation nobody reads. onRow is told the plane row each stored row holds.
+// The whole file: a 54-byte header with the true file size and H rows of W pixels (blue, green,
+// red), bottom row first; the planes' last column and row stay out. onRow is told the plane row
+// each stored row holds.
 std::vector<std::uint8_t> layerBitmapBytes(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b,
                                            int width, int height,
                                            const std::function<void(int y)>& onRow = {});
