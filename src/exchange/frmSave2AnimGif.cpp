@@ -1,5 +1,6 @@
 #include "exchange/frmSave2AnimGif.h"
 
+#include "exchange/ExportForms.h"
 #include "exchange/GifExport.h"
 #include "exchange/TextNumber.h"
 #include "panel/Numeric.h"
@@ -84,16 +85,7 @@ void frmSave2AnimGif::cmdSetDelay_Click() {
 }
 
 void frmSave2AnimGif::cmdSave_Click() {
-    cmdSave_->setEnabled(false);
-    cmdCancel_->setEnabled(false);
-    // The buttons come back whatever happens in the export.
-    struct Enable {
-        QPushButton *a, *b;
-        ~Enable() {
-            a->setEnabled(true);
-            b->setEnabled(true);
-        }
-    } enable{cmdSave_, cmdCancel_};
+    ButtonsBack back(cmdSave_, cmdCancel_);
     zeroIfEmpty(txtDelay_);
     zeroIfEmpty(txtLoops_);
     GlobalDelay = textToInt16(txtDelay_->text().toStdString());
