@@ -69,9 +69,9 @@ void ConverterRun::start(const QString& batchName) {
     process_->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_->start();
     if (!process_->waitForStarted(30000)) {
-        startFailure_ =
-            ConverterFailure{"runner", "The converter could not be started: " + process_->program() +
-                                           " did not run (" + process_->errorString() + ")."};
+        startFailure_ = ConverterFailure{
+            "runner", "The converter's batch runner could not be started: " + process_->program() + " (" +
+                          process_->errorString() + ")."};
     }
 }
 
@@ -94,8 +94,12 @@ void ConverterRun::waitGone(const QString& pattern) {
 
 std::optional<ConverterFailure> ConverterRun::finish() {
     if (process_ && process_->state() != QProcess::NotRunning) process_->waitForFinished(kReapMs);
-    if (startFailure_) return startFailure_;
     const QString temp = QString::fromStdString(temp_);
+    // A batch file the runner never took up would otherwise wait there for a later run.
+    if (runnerEnded())
+        for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files))
+            if (e.fileName().compare(batchName_, Qt::CaseInsensitive) == 0) QFile::remove(e.filePath());
+    if (startFailure_) return startFailure_;
     for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files)) {
         if (e.fileName().compare(batchName_ + ".failed", Qt::CaseInsensitive) != 0) continue;
         QFile marker(e.filePath());
