@@ -14,6 +14,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <functional>
 
 namespace kirrel::test {
@@ -129,6 +130,17 @@ TEST_F(ExchangeScript, PerFrameGifCarriesItsDelaysAndLoopsAndComesBackBothWays) 
     verbose.waitForFinished(60000);
     EXPECT_NE(verbose.readAllStandardOutput().indexOf("Iterations: 3"), -1);
 
+    // The progress display: frames written, then the two imports' counting and reading.
+    std::vector<std::string> progress;
+    for (const std::string& l : traceFileLines(at("trace.txt")))
+        if (l.rfind("Van_SetProgress(", 0) == 0) progress.push_back(l.substr(16, l.size() - 17));
+    auto holds = [&](const std::vector<std::string>& run) {
+        return std::search(progress.begin(), progress.end(), run.begin(), run.end()) != progress.end();
+    };
+    EXPECT_TRUE(holds({"12.5", "25", "37.5", "50"}));
+    EXPECT_TRUE(holds({"10", "0", "7.5", "15", "22.5", "30", "47.5", "65", "82.5", "0"}));
+    EXPECT_TRUE(holds({"10", "30", "47.5", "65", "82.5", "0"}));
+
     const QJsonObject exported = state("exported");
     EXPECT_EQ(exported["current_frame"].toInt(), 1) << "the per-frame way leaves the host where it stood";
     expectSample(readAnimation(at("viaPng/animation.dat")), 4, 7, 5, "the PNG way");
@@ -194,7 +206,7 @@ TEST_F(ExchangeScript, PrimaryColourBecomesTransparentInGifAndPng) {
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
 }
 
-TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndAStillOneIsRefused) {
+TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndLeavesAgainAndAStillOneIsRefused) {
     QProcess p;
     p.setWorkingDirectory(dir.path());
     p.start("convert", {"-size", "3x2", "xc:red", "xc:lime", "xc:blue", "-loop", "0", "anim.gif"});
@@ -206,6 +218,12 @@ TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndAStillOneIsRefused) {
         {"answer": [{"file": "anim.gif"}]},
         {"menu": "menuImportAnimGif"},
         {"dump": "moving"},
+        {"menu": "menuExportAnimGif"},
+        {"set": {"control": "chkGlobalDelay", "value": true}},
+        {"set": {"control": "txtDelay", "text": "20"}},
+        {"answer": [{"file": "again.gif"}]},
+        {"click": "cmdSave"},
+        {"close": "frmSave2AnimGif"},
         {"answer": [{"file": "still.gif"}]},
         {"open": "Import AnimGif"},
         {"dump": "still"}]})JS");
@@ -222,6 +240,14 @@ TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndAStillOneIsRefused) {
                 EXPECT_TRUE(got.r == want[f].r && got.g == want[f].g && got.b == want[f].b)
                     << f << " " << x << "," << y;
             }
+    // And out again: the same three pictures with the new delay.
+    EXPECT_EQ(identify(at("again.gif"), "%w %h %T;"), "3 2 20;3 2 20;3 2 20;");
+    QImageReader again(at("again.gif"));
+    for (int f = 0; f < 3; ++f) {
+        const QImage frame = again.read();
+        ASSERT_FALSE(frame.isNull()) << f;
+        EXPECT_EQ(frame.pixel(2, 1) & 0xFFFFFF, qRgb(want[f].r, want[f].g, want[f].b) & 0xFFFFFF) << f;
+    }
     EXPECT_EQ(dialogTexts(state("still")).back(), "Import Failed, Must be Animated Gif.");
     EXPECT_EQ(readFile(at("still/animation.dat")), readFile(at("moving/animation.dat")))
         << "the host is unchanged";
