@@ -200,7 +200,9 @@ TEST_F(ExchangeScript, PrimaryColourBecomesTransparentInGifAndPng) {
         for (int x = 0; x < 5; ++x) {
             EXPECT_EQ(qAlpha(image.pixel(x, 1)), x < 2 ? 0 : 255) << file << " x=" << x;
             // The colour keeps its blue of 1: equal to the primary in two channels only stays opaque.
-            if (x >= 2) EXPECT_EQ(qBlue(image.pixel(x, 1)), 1) << file;
+            if (x >= 2) {
+                EXPECT_EQ(qBlue(image.pixel(x, 1)), 1) << file;
+            }
         }
     }
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();

@@ -79,7 +79,7 @@ TEST_F(SpriteSheet, WithoutAnAnimationTheDialogOffersToMakeOne) {
     panel::registerEverything();
     panel::FormBase* form = panel::loadFormByName("frmSpriteSheet");
     form->showForm();
-    responder.push({host::QueuedAnswer::Kind::Question, 2});
+    responder.push({host::QueuedAnswer::Kind::Question, 2, ""});
     static_cast<QPushButton*>(form->control("cmd_Run"))->click();
     ASSERT_FALSE(host().dialogs().empty());
     EXPECT_EQ(host().dialogs().back().text,
