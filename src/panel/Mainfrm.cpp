@@ -82,7 +82,13 @@ void Mainfrm::buildMenus() {
 
     QMenu* file = menuBar_->addMenu("File");
     file->setObjectName("menuFile");
-    entryFn(file, "menuImportAnimGif", "Open AnimGif", [this] { launchRow("Import AnimGif"); });
+    // The menu's import takes the direct way where it is built; the plug-in list keeps the PNG way.
+    entryFn(file, "menuImportAnimGif", "Open AnimGif", [this] {
+        if (procedureKnown("ImportGifDirect"))
+            runProcedure("ImportGifDirect");
+        else
+            launchRow("Import AnimGif");
+    });
     entryFn(file, "menuExportAnimGif", "Save As AnimGif", open("frmSave2AnimGif", "Save As AnimGif", true));
     entry(file, "menuQuit", "Quit", &Mainfrm::menuQuit_Click);
 

@@ -1,0 +1,357 @@
+#include "exchange/BatchRunner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+namespace kirrel::exchange {
+
+namespace {
+
+// A conversion that runs longer than this is taken to hang: it is ended and reported as failed,
+// so that the panel's wait always ends.
+constexpr int kConverterLimitMs = 15 * 60 * 1000;
+
+bool plainCharacter(QChar c) {
+    if (c.isLetterOrNumber() && c.unicode() < 128) return true;
+    return QStringLiteral("-+_.,():?*/=").contains(c);
+}
+
+bool bareNameCharacter(QChar c) {
+    return (c.isLetterOrNumber() && c.unicode() < 128) || QStringLiteral("._-*?").contains(c);
+}
+
+bool hasControlCharacter(const QString& s) {
+    for (QChar c : s)
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f) return true;
+    return false;
+}
+
+QString sameFolderKey(const QString& path) {
+    const QFileInfo info(path);
+    const QString canonical = info.canonicalFilePath();
+    return canonical.isEmpty() ? QDir::cleanPath(info.absoluteFilePath()) : canonical;
+}
+
+bool isTempFolder(const QString& dir, const RunnerFolders& folders) {
+    return QDir::isAbsolutePath(dir) && sameFolderKey(dir) == sameFolderKey(folders.temp);
+}
+
+// The single argument of "cd" or "del": the rest of the line, unquoted if wholly quoted.
+QString singleOperand(const QString& rest, bool* quoted) {
+    const QString t = rest.trimmed();
+    *quoted = t.size() >= 2 && t.startsWith('"') && t.endsWith('"');
+    return *quoted ? t.mid(1, t.size() - 2) : t;
+}
+
+QString refused(int line, const QString& why) {
+    return QString("line %1: %2").arg(line).arg(why);
+}
+
+} // namespace
+
+bool wildcardMatch(const QString& pattern, const QString& name) {
+    // Iterative matching with one back-tracking point for the last '*'.
+    int p = 0, n = 0, star = -1, mark = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && (pattern[p] == '?' || pattern[p].toLower() == name[n].toLower())) {
+            ++p;
+            ++n;
+        } else if (p < pattern.size() && pattern[p] == '*') {
+            star = p++;
+            mark = n;
+        } else if (star >= 0) {
+            p = star + 1;
+            n = ++mark;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == '*')
+        ++p;
+    return p == pattern.size();
+}
+
+QStringList splitArguments(const QString& text, QString* why) {
+    QStringList args;
+    QString current;
+    bool inQuotes = false, inToken = false, segmentStart = false;
+    auto fail = [&](const QString& reason) {
+        if (why) *why = reason;
+        return QStringList();
+    };
+    for (QChar c : text) {
+        if (c == '"') {
+            if (inQuotes && segmentStart) return fail("an empty quoted name");
+            inQuotes = !inQuotes;
+            inToken = true;
+            segmentStart = inQuotes;
+            continue;
+        }
+        if (inQuotes) {
+            // A quoted part is always a file: it must be an absolute path.
+            if (segmentStart && c != '/') return fail("a quoted name that is not an absolute path");
+            segmentStart = false;
+            current += c;
+            continue;
+        }
+        if (c == ' ') {
+            if (inToken) args << current;
+            current.clear();
+            inToken = false;
+            continue;
+        }
+        if (!plainCharacter(c)) return fail(QString("the character '%1' outside quotes").arg(c));
+        current += c;
+        inToken = true;
+    }
+    if (inQuotes) return fail("an unbalanced quote");
+    if (inToken) args << current;
+    return args;
+}
+
+BatchPlan planBatch(const QByteArray& bytes, const RunnerFolders& folders, const QString& startDir) {
+    BatchPlan plan;
+    QString cwd = startDir;
+    const QString converter = QDir::cleanPath(folders.app + "/convert.exe");
+    const QList<QByteArray> lines = bytes.split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const int number = i + 1;
+        QByteArray raw = lines[i];
+        while (raw.endsWith('\r'))
+            raw.chop(1);
+        const QString line = QString::fromUtf8(raw).trimmed();
+        if (line.isEmpty()) continue;
+        if (hasControlCharacter(line)) {
+            plan.refusal = refused(number, "a control character");
+            break;
+        }
+        BatchCommand cmd;
+        cmd.line = number;
+        const QString lower = line.toLower();
+        bool quoted = false;
+        if (line.startsWith('"')) {
+            QString why;
+            QStringList args = splitArguments(line, &why);
+            if (args.isEmpty()) {
+                plan.refusal = refused(number, why.isEmpty() ? "no program" : why);
+                break;
+            }
+            // The program part must be wholly quoted and name the converter.
+            const int close = line.indexOf('"', 1);
+            if (close < 0 || (close + 1 < line.size() && line[close + 1] != ' ')) {
+                plan.refusal = refused(number, "a program path that is not wholly quoted");
+                break;
+            }
+            QString program = line.mid(1, close - 1);
+            while (program.endsWith(' '))
+                program.chop(1);
+            if (QDir::cleanPath(program) != converter) {
+                plan.refusal = refused(number, "a program other than the converter: " + program);
+                break;
+            }
+            args.removeFirst();
+            cmd.kind = BatchCommand::Kind::Convert;
+            cmd.args = args;
+        } else if (lower.startsWith("cd ")) {
+            const QString dir = singleOperand(line.mid(3), &quoted);
+            if (!isTempFolder(dir, folders)) {
+                plan.refusal = refused(number, "a change to a folder other than the temporary folder");
+                break;
+            }
+            cmd.kind = BatchCommand::Kind::Cd;
+            cwd = folders.temp;
+        } else if (lower.startsWith("del ")) {
+            const QString name = singleOperand(line.mid(4), &quoted);
+            QString dir, pattern;
+            if (quoted) {
+                if (!name.startsWith('/') || name.contains('"')) {
+                    plan.refusal = refused(number, "a quoted name that is not an absolute path");
+                    break;
+                }
+                const int slash = name.lastIndexOf('/');
+                dir = name.left(slash == 0 ? 1 : slash);
+                pattern = name.mid(slash + 1);
+            } else {
+                for (QChar c : name)
+                    if (!bareNameCharacter(c)) {
+                        plan.refusal = refused(number, QString("the character '%1' in a name").arg(c));
+                        break;
+                    }
+                if (!plan.refusal.isEmpty()) break;
+                dir = cwd;
+                pattern = name;
+            }
+            if (pattern.isEmpty() || pattern == "." || pattern == ".." || !isTempFolder(dir, folders)) {
+                plan.refusal = refused(number, "a delete outside the temporary folder");
+                break;
+            }
+            cmd.kind = BatchCommand::Kind::Del;
+            cmd.args = {folders.temp, pattern};
+        } else if (line.size() == 2 &&
+                   (line == folders.temp.left(2) || (line[0].isLetter() && line[1] == ':'))) {
+            cmd.kind = BatchCommand::Kind::Drive;
+        } else {
+            plan.refusal = refused(number, "not a command of a converter batch");
+            break;
+        }
+        plan.commands.push_back(cmd);
+    }
+    if (!plan.refusal.isEmpty()) plan.commands.clear();
+    return plan;
+}
+
+QString failureMarkerPath(const QString& batchPath) {
+    return batchPath + ".failed";
+}
+
+namespace {
+
+void deleteMatching(const QString& dir, const QString& pattern, const QString& keep) {
+    const QFileInfoList entries =
+        QDir(dir).entryInfoList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    for (const QFileInfo& e : entries) {
+        if (!wildcardMatch(pattern, e.fileName())) continue;
+        if (e.fileName() == keep) continue; // the batch file goes last
+        if (e.isSymLink() || e.isFile()) QFile::remove(e.absoluteFilePath());
+    }
+}
+
+QString firstLine(const QByteArray& text) {
+    const QString s = QString::fromLocal8Bit(text).trimmed();
+    return s.section('\n', 0, 0).trimmed();
+}
+
+// The batch file as named, or its entry of another case (the file system it was made for ignores case).
+QString resolveBatch(const QString& batchPath) {
+    if (QFileInfo::exists(batchPath)) return batchPath;
+    const QFileInfo info(batchPath);
+    for (const QFileInfo& e : QDir(info.absolutePath()).entryInfoList(QDir::Files))
+        if (e.fileName().compare(info.fileName(), Qt::CaseInsensitive) == 0) return e.absoluteFilePath();
+    return batchPath;
+}
+
+} // namespace
+
+RunOutcome runBatchFile(const QString& givenPath, const RunnerFolders& folders, const QString& converter) {
+    RunOutcome outcome;
+    const QString batchPath = resolveBatch(givenPath);
+    const QFileInfo batchInfo(batchPath);
+    if (!isTempFolder(batchInfo.absolutePath(), folders)) {
+        outcome.exitCode = 2;
+        outcome.kind = "refused";
+        outcome.message = "The batch file is not in the temporary folder.";
+        return outcome;
+    }
+    QFile file(batchPath);
+    QByteArray bytes;
+    if (file.open(QIODevice::ReadOnly)) {
+        // Our batch files are small; a huge one is not ours.
+        if (file.size() > 64 * 1024 * 1024) {
+            outcome.exitCode = 3;
+            outcome.kind = "refused";
+            outcome.message = "The batch file is too large.";
+        } else {
+            bytes = file.readAll();
+        }
+        file.close();
+    } else {
+        outcome.exitCode = 2;
+        outcome.kind = "refused";
+        outcome.message = "The batch file could not be read.";
+    }
+
+    if (outcome.kind.isEmpty()) {
+        const BatchPlan plan = planBatch(bytes, folders, QDir::currentPath());
+        if (!plan.refusal.isEmpty()) {
+            outcome.exitCode = 3;
+            outcome.kind = "refused";
+            outcome.message = "The converter was not run: the batch file holds " + plan.refusal + ".";
+        }
+        QString cwd = QDir::currentPath();
+        for (const BatchCommand& cmd : plan.commands) {
+            switch (cmd.kind) {
+            case BatchCommand::Kind::Drive:
+                break;
+            case BatchCommand::Kind::Cd:
+                cwd = folders.temp;
+                break;
+            case BatchCommand::Kind::Del:
+                deleteMatching(cmd.args[0], cmd.args[1], batchInfo.fileName());
+                break;
+            case BatchCommand::Kind::Convert: {
+                if (converter.isEmpty()) {
+                    if (outcome.kind.isEmpty()) {
+                        outcome.exitCode = 4;
+                        outcome.kind = "missing";
+                        outcome.message = "The converter could not be found: ImageMagick's convert is not "
+                                          "installed or not on the search path.";
+                    }
+                    break;
+                }
+                QProcess proc;
+                proc.setWorkingDirectory(cwd);
+                proc.setProgram(converter);
+                proc.setArguments(cmd.args);
+                proc.setStandardInputFile(QProcess::nullDevice());
+                proc.start();
+                bool ok = proc.waitForStarted(-1);
+                if (ok && !proc.waitForFinished(kConverterLimitMs)) {
+                    proc.kill();
+                    proc.waitForFinished(-1);
+                    ok = false;
+                }
+                const QString err = firstLine(proc.readAllStandardError());
+                if (!ok || proc.exitStatus() != QProcess::NormalExit || proc.exitCode() != 0) {
+                    if (outcome.kind.isEmpty()) {
+                        outcome.exitCode = 1;
+                        outcome.kind = "failed";
+                        outcome.message =
+                            "The converter reported an error" + (err.isEmpty() ? QString(".") : ": " + err);
+                    }
+                }
+                break;
+            }
+            }
+        }
+    }
+
+    if (!outcome.kind.isEmpty()) {
+        QFile marker(failureMarkerPath(batchPath));
+        if (marker.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            marker.write((outcome.kind + "\n" + outcome.message + "\n").toUtf8());
+    }
+    // The completion signal the panel waits for, whatever happened before.
+    QFile::remove(batchPath);
+    return outcome;
+}
+
+int batchRunnerMain(const QStringList& arguments) {
+    RunnerFolders folders;
+    QString batch;
+    for (int i = 1; i < arguments.size(); ++i) {
+        const QString& a = arguments[i];
+        if ((a == "--temp" || a == "--app") && i + 1 < arguments.size())
+            (a == "--temp" ? folders.temp : folders.app) = arguments[++i];
+        else if (batch.isEmpty() && !a.startsWith("--"))
+            batch = a;
+        else {
+            std::fprintf(stderr, "kirrel_batch: unknown argument %s\n", qPrintable(a));
+            return 2;
+        }
+    }
+    if (folders.temp.isEmpty() || folders.app.isEmpty() || batch.isEmpty()) {
+        std::fputs("Usage: kirrel_batch --temp DIR --app DIR BATCHFILE\n", stderr);
+        return 2;
+    }
+    const QString converter = QStandardPaths::findExecutable("convert");
+    const RunOutcome outcome = runBatchFile(batch, folders, converter);
+    if (!outcome.message.isEmpty()) std::fprintf(stderr, "kirrel_batch: %s\n", qPrintable(outcome.message));
+    return outcome.exitCode;
+}
+
+} // namespace kirrel::exchange

@@ -1,0 +1,154 @@
+#include "exchange/BitmapReader.h"
+
+#include "pixel/Plane.h"
+
+#include <algorithm>
+#include <fstream>
+#include <stdexcept>
+
+namespace kirrel::exchange {
+
+namespace {
+
+// The host keeps sizes as 16-bit numbers; a bitmap beyond that is not one of ours.
+constexpr long long kMaxSide = 32767;
+
+[[noreturn]] void badFormat() {
+    throw std::runtime_error("Bad file format");
+}
+
+std::uint32_t get32(const std::vector<std::uint8_t>& b, std::size_t at) {
+    if (at + 4 > b.size()) badFormat();
+    return b[at] | (b[at + 1] << 8) | (b[at + 2] << 16) | (static_cast<std::uint32_t>(b[at + 3]) << 24);
+}
+std::uint16_t get16(const std::vector<std::uint8_t>& b, std::size_t at) {
+    if (at + 2 > b.size()) badFormat();
+    return static_cast<std::uint16_t>(b[at] | (b[at + 1] << 8));
+}
+
+} // namespace
+
+BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
+    BitmapFile f;
+    if (bytes.size() < 2 || bytes[0] != 'B' || bytes[1] != 'M') {
+        f.result = -1;
+        return f;
+    }
+    const std::uint32_t offset = get32(bytes, 10);
+    const std::uint32_t headerSize = get32(bytes, 14);
+    long long height = 0;
+    if (headerSize == 12) {
+        f.width = get16(bytes, 18);
+        height = get16(bytes, 20);
+        f.bitCount = get16(bytes, 24);
+    } else if (headerSize >= 40) {
+        f.width = static_cast<std::int32_t>(get32(bytes, 18));
+        height = static_cast<std::int32_t>(get32(bytes, 22));
+        f.bitCount = get16(bytes, 28);
+        f.compression = static_cast<int>(get32(bytes, 30));
+        f.colorsUsed = static_cast<int>(get32(bytes, 46));
+    } else {
+        badFormat();
+    }
+    // A negative height marks rows stored from the top; they are turned to the usual order below.
+    const bool topDown = height < 0;
+    if (topDown) height = -height;
+    if (f.width < 1 || f.width > kMaxSide || height < 1 || height > kMaxSide) badFormat();
+    f.height = static_cast<int>(height);
+
+    if (f.bitCount < 8) {
+        f.result = -2;
+        return f;
+    }
+    if (f.compression != 0) {
+        f.result = -3;
+        return f;
+    }
+    f.result = f.bitCount;
+
+    // The colour table lies between the headers and the pixels.
+    const std::size_t tableAt = 14 + static_cast<std::size_t>(headerSize);
+    if (f.bitCount <= 8 && f.colorsUsed > 0 && offset > tableAt) {
+        const std::size_t room =
+            (std::min<std::size_t>(offset, bytes.size()) - std::min(tableAt, bytes.size())) / 4;
+        const std::size_t count =
+            std::min<std::size_t>({static_cast<std::size_t>(f.colorsUsed), std::size_t{256}, room});
+        for (std::size_t i = 0; i < count; ++i)
+            f.table.push_back(get32(bytes, tableAt + 4 * i));
+    }
+
+    if (f.bitCount == 24)
+        f.rowLength = (f.width * 3 + 3) / 4 * 4;
+    else if (f.bitCount == 8)
+        f.rowLength = (f.width + 3) / 4 * 4;
+    else
+        return f; // other depths are not read: their planes stay at zero
+    const std::size_t need = static_cast<std::size_t>(f.rowLength) * static_cast<std::size_t>(f.height);
+    if (offset > bytes.size() || bytes.size() - offset < need) badFormat();
+    f.rows.resize(need);
+    for (int r = 0; r < f.height; ++r) {
+        const int from = topDown ? f.height - 1 - r : r;
+        std::copy_n(bytes.begin() + offset + static_cast<std::size_t>(from) * f.rowLength, f.rowLength,
+                    f.rows.begin() + static_cast<std::size_t>(r) * f.rowLength);
+    }
+    return f;
+}
+
+BitmapFile ReadBitmapFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw std::runtime_error("File not found: " + path);
+    in.seekg(0, std::ios::end);
+    const std::streamoff size = in.tellg();
+    in.seekg(0);
+    // The largest bitmap the host could hold, with its headers and table.
+    constexpr std::streamoff kMaxFile = 4 * (kMaxSide + 1) * kMaxSide + 4096;
+    if (size < 0 || size > kMaxFile) throw std::runtime_error("Bad file format");
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
+    in.read(reinterpret_cast<char*>(bytes.data()), size);
+    if (in.gcount() != size) throw std::runtime_error("Bad file format");
+    return readBitmapBytes(bytes);
+}
+
+void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame) {
+    if (path.empty()) return;
+    const BitmapFile f = ReadBitmapFile(path);
+    if (f.result == -1) return;
+    if (frame == 0) van.Van_NewBuffer(f.width, f.height);
+    van.Van_RenameBuffer(path);
+    van.Van_NewFilename(path);
+    krl::Plane r(f.width, f.height), g(f.width, f.height), b(f.width, f.height);
+    std::uint8_t* rp = r.data();
+    std::uint8_t* gp = g.data();
+    std::uint8_t* bp = b.data();
+    const std::size_t stride = static_cast<std::size_t>(f.width) + 1;
+    if (!f.rows.empty()) {
+        for (int row = 0; row < f.height; ++row) {
+            const int y = f.height - row - 1; // the first stored row is the picture's bottom
+            const std::uint8_t* src = f.rows.data() + static_cast<std::size_t>(row) * f.rowLength;
+            for (int x = 0; x < f.width; ++x) {
+                const std::size_t at = static_cast<std::size_t>(y) * stride + x;
+                if (f.bitCount == 24) {
+                    bp[at] = src[x * 3];
+                    gp[at] = src[x * 3 + 1];
+                    rp[at] = src[x * 3 + 2];
+                } else {
+                    const std::uint32_t e = src[x] < f.table.size() ? f.table[src[x]] : 0;
+                    rp[at] = static_cast<std::uint8_t>(e & 255);
+                    gp[at] = static_cast<std::uint8_t>((e >> 8) & 255);
+                    bp[at] = static_cast<std::uint8_t>((e >> 16) & 255);
+                }
+            }
+        }
+    }
+    if (frame < 1) {
+        van.Van_SetRbuffer(r);
+        van.Van_SetGbuffer(g);
+        van.Van_SetBbuffer(b);
+    } else {
+        van.Van_SetRFrame(r, frame);
+        van.Van_SetGFrame(g, frame);
+        van.Van_SetBFrame(b, frame);
+    }
+}
+
+} // namespace kirrel::exchange

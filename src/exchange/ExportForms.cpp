@@ -1,0 +1,91 @@
+#include "exchange/ExportForms.h"
+
+#include "exchange/GifExport.h"
+#include "exchange/TextNumber.h"
+#include "panel/Skin.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace kirrel::exchange {
+
+ButtonsBack::ButtonsBack(QPushButton* save, QPushButton* done) : save_(save), done_(done) {
+    save_->setEnabled(false);
+    done_->setEnabled(false);
+}
+ButtonsBack::~ButtonsBack() {
+    save_->setEnabled(true);
+    done_->setEnabled(true);
+}
+
+frmSave2MNG::frmSave2MNG() : FormBase("frmSave2MNG", "Export Animation to MNG (Animated PNG)") {
+    auto* grid = new QGridLayout(this);
+    makePicture("TempPic")->hide();
+    grid->addWidget(makeLabel("Label1", "Delay (1/100th of a second)"), 0, 0);
+    txtDelay_ = makeText("txtDelay");
+    txtDelay_->setText("0");
+    grid->addWidget(txtDelay_, 0, 1);
+    grid->addWidget(makeLabel("Label2", "Loops (Enter 0 for infinite looping)"), 1, 0);
+    txtLoops_ = makeText("txtLoops");
+    txtLoops_->setText("0");
+    grid->addWidget(txtLoops_, 1, 1);
+    cmdSave_ = makeButton("cmdSave", "Save", [this] { cmdSave_Click(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
+    grid->addWidget(cmdSave_, 2, 0);
+    grid->addWidget(cmdCancel_, 2, 1);
+}
+
+void frmSave2MNG::formLoad() {
+    panel::Draw_Pattern(this);
+}
+
+void frmSave2MNG::cmdSave_Click() {
+    ButtonsBack back(cmdSave_, cmdCancel_);
+    // No repair of empty boxes here: an empty box is a type mismatch.
+    const std::int16_t delay = textToInt16(txtDelay_->text().toStdString());
+    const std::int16_t loops = textToInt16(txtLoops_->text().toStdString());
+    ExportGifGlobal(van(), kMng, delay, loops);
+    van().Van_SetProgress(0);
+}
+
+frmSave2PNG::frmSave2PNG() : FormBase("frmSave2PNG", "Export to Transparent PNG") {
+    auto* grid = new QGridLayout(this);
+    auto* help =
+        makeLabel("Label1", "This Plugin will export the currently selected  layer / frame and export it "
+                            "to a Transparent PNG");
+    help->setWordWrap(true);
+    grid->addWidget(help, 0, 0, 1, 2);
+    const char* captions[3] = {"Use Alpha Channel for Transparency", "Use Primary Color as Transparent Color",
+                               "Use Layer Transparency Settings"};
+    for (int i = 0; i < 3; ++i) {
+        optTransparency_[i] = makeOption(QString("optTransparency(%1)").arg(i), captions[i]);
+        grid->addWidget(optTransparency_[i], 1 + i, 0, 1, 2);
+    }
+    // The alpha channel is the first choice, and the one a fresh dialog offers.
+    optTransparency_[0]->setChecked(true);
+    cmdSave_ = makeButton("cmdSave", "Save", [this] { cmdSave_Click(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
+    grid->addWidget(cmdSave_, 4, 0);
+    grid->addWidget(cmdCancel_, 4, 1);
+}
+
+void frmSave2PNG::formLoad() {
+    panel::Draw_Pattern(this);
+}
+
+MaskSource frmSave2PNG::chosenSource() const {
+    if (optTransparency_[1]->isChecked()) return MaskSource::PrimaryColour;
+    if (optTransparency_[2]->isChecked()) return MaskSource::LayerOpacity;
+    return MaskSource::AlphaChannel;
+}
+
+void frmSave2PNG::cmdSave_Click() {
+    ButtonsBack back(cmdSave_, cmdCancel_);
+    ExportLayerPNG(van(), chosenSource());
+    van().Van_SetProgress(0);
+}
+
+} // namespace kirrel::exchange

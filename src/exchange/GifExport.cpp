@@ -1,0 +1,113 @@
+#include "exchange/GifExport.h"
+
+#include "exchange/BatchText.h"
+#include "exchange/ConverterRun.h"
+#include "filters/PictureAccess.h"
+#include "panel/Numeric.h"
+
+#include <QFileInfo>
+
+#include <cstdio>
+
+namespace kirrel::exchange {
+
+namespace {
+
+// After a failed run the files the batch would have removed are removed here, so that a later
+// export never picks up a stale frame through the wildcards.
+void removeFrameFiles(const std::string& temp, int total, bool gifsToo) {
+    for (int i = 0; i < total; ++i) {
+        std::remove((temp + "/temp" + std::to_string(i) + ".bmp").c_str());
+        if (gifsToo) std::remove((temp + "/temp" + std::to_string(i) + ".gif").c_str());
+    }
+}
+
+void reportFailure(Vantry::Vantry_Class& van, ConverterRun& run, const std::string& temp, int total,
+                   bool gifsToo) {
+    if (const auto failure = run.finish()) {
+        removeFrameFiles(temp, total, gifsToo);
+        van.Van_MessageBox(failureText(*failure));
+    }
+}
+
+} // namespace
+
+void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind, std::int16_t delay,
+                     std::int16_t loops) {
+    van.Van_GetRBuffer();
+    van.Van_GetGBuffer();
+    van.Van_GetBBuffer();
+    van.Van_BufferHeight();
+    van.Van_BufferWidth();
+    const int total = van.Van_GetTotalFrames();
+    const std::string out = van.Van_RequestFile_save(kind.title, "", kind.filter);
+    if (out.empty()) return;
+    const std::string temp = van.Van_GetTempDir();
+    const std::string app = van.Van_GetAppDir();
+    const std::string command = gifSingleCommandLine(app, out, delay, loops, total);
+
+    filters::SaveFrameBitmap(van, 0);
+    for (int i = 1; i < total; ++i) {
+        van.Van_GotoFrame(i);
+        filters::SaveFrameBitmap(van, i);
+        van.Van_SetProgress(divide(i, total) * 50);
+    }
+    writeBatchFile(temp + "/" + kGifConvertBat, batchBytes(gifSingleCommandBatch(temp, command)));
+
+    van.Van_SetProgress(60);
+    ConverterRun run(temp, app);
+    run.start("gifconvert.bat");
+    run.waitGone("temp*.bmp");
+    van.Van_SetProgress(80);
+    run.waitGone("gifconvert.bat");
+    reportFailure(van, run, temp, total, false);
+}
+
+void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
+    van.Van_GetRBuffer();
+    van.Van_GetGBuffer();
+    van.Van_GetBBuffer();
+    van.Van_BufferHeight();
+    van.Van_BufferWidth();
+    const int total = van.Van_GetTotalFrames();
+    const std::string out = van.Van_RequestFile_save(kGifGlobal.title, "", kGifGlobal.filter);
+    if (out.empty()) return;
+    const std::string temp = van.Van_GetTempDir();
+    const std::string app = van.Van_GetAppDir();
+    const auto primary = static_cast<std::uint32_t>(van.Van_getPrimaryColor());
+    const Rgb colour{static_cast<std::uint8_t>(primary & 255),
+                     static_cast<std::uint8_t>((primary >> 8) & 255),
+                     static_cast<std::uint8_t>((primary >> 16) & 255)};
+
+    std::vector<std::string> conversions, appends;
+    for (int i = 0; i < total; ++i) {
+        van.Van_SetProgress(divide(i + 1, total) * 50);
+        filters::SaveFrameBitmap(van, i);
+        conversions.push_back(
+            gifConversionLine(app, temp, i, s.transparent ? std::optional<Rgb>(colour) : std::nullopt));
+        const long long delay =
+            s.globalDelay ? s.delay
+                          : (static_cast<std::size_t>(i) < s.frameDelays.size() ? s.frameDelays[i] : 0);
+        appends.push_back(gifAppendLine(app, temp, out, i, delay, s.loops));
+    }
+    writeBatchFile(temp + "/" + kGifConvertBat, batchBytes(gifPerFrameBatch(temp, conversions, appends)));
+
+    ConverterRun run(temp, app);
+    run.start("gifconvert.bat");
+    const QString qtemp = QString::fromStdString(temp);
+    int counter = 0;
+    // The second half of the progress follows the frame GIFs the batch makes.
+    while (entryExists(qtemp, "gifconvert.bat") && !run.runnerEnded()) {
+        while (!QFileInfo::exists(qtemp + "/temp" + QString::number(counter) + ".gif") &&
+               counter < total - 1 && !run.runnerEnded())
+            run.pause();
+        if (counter <= total - 1) {
+            ++counter;
+            van.Van_SetProgress(divide(counter, total) * 50 + 50);
+        }
+        run.pause();
+    }
+    reportFailure(van, run, temp, total, true);
+}
+
+} // namespace kirrel::exchange

@@ -1,0 +1,207 @@
+#include "exchange/ImportGif.h"
+
+#include "exchange/BatchText.h"
+#include "exchange/BitmapReader.h"
+#include "exchange/ConverterRun.h"
+#include "panel/Numeric.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+
+#include <functional>
+#include <stdexcept>
+
+namespace kirrel::exchange {
+
+namespace {
+
+QString at(const std::string& temp, const std::string& name) {
+    return QString::fromStdString(temp + name);
+}
+
+int countFrames(const std::string& temp, const char* extension) {
+    int count = 0;
+    while (QFileInfo::exists(at(temp, "/gif_frame-" + std::to_string(count) + extension)))
+        ++count;
+    return count;
+}
+
+void removeIfThere(const QString& path) {
+    if (QFileInfo::exists(path)) QFile::remove(path);
+}
+
+// A runner that could not run the converter at all says why before the import's own message; a
+// converter that merely failed on the file is covered by that message.
+void reportRunner(Vantry::Vantry_Class& van, ConverterRun& run) {
+    const auto failure = run.finish();
+    if (failure && failure->kind != "failed") van.Van_MessageBox(failureText(*failure));
+}
+
+void failImport(Vantry::Vantry_Class& van, const std::string& temp) {
+    removeIfThere(at(temp, "/gif_frame.png"));
+    removeIfThere(at(temp, "/gif_frame.bmp"));
+    van.Van_MessageBox(kImportFailed);
+}
+
+// Requester and the readings that go before it; the values are not used.
+std::string askGif(Vantry::Vantry_Class& van) {
+    van.Van_GetRBuffer();
+    van.Van_GetGBuffer();
+    van.Van_GetBBuffer();
+    van.Van_BufferHeight();
+    van.Van_BufferWidth();
+    van.Van_GetTotalFrames();
+    return van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
+}
+
+void runBatch(ConverterRun& run, const std::string& temp, const char* name,
+              const std::vector<BatchLine>& lines, Vantry::Vantry_Class& van, double progressAfterOpen) {
+    // The progress is shown as soon as the batch file is open, before its lines are written.
+    QFile file(at(temp, std::string("/") + name));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        throw std::runtime_error("Path not found: " + temp + "/" + name);
+    van.Van_SetProgress(progressAfterOpen);
+    file.write(QByteArray::fromStdString(batchBytes(lines)));
+    file.close();
+    run.start(name);
+    run.waitGone(name);
+}
+
+// The exact pixel rectangle of a frame file as three planes with the host's bounds.
+void readFramePicture(const QString& path, int w, int h, krl::Plane& r, krl::Plane& g, krl::Plane& b) {
+    QImageReader reader(path);
+    reader.setAutoTransform(false);
+    QImage image = reader.read();
+    if (image.isNull()) throw std::runtime_error("Invalid picture: " + path.toStdString());
+    image = image.convertToFormat(QImage::Format_RGB888);
+    r = krl::Plane(w, h);
+    g = krl::Plane(w, h);
+    b = krl::Plane(w, h);
+    std::uint8_t* rp = r.data();
+    std::uint8_t* gp = g.data();
+    std::uint8_t* bp = b.data();
+    const int cw = std::min(w, image.width());
+    const int ch = std::min(h, image.height());
+    for (int y = 0; y < ch; ++y) {
+        const uchar* src = image.constScanLine(y);
+        const std::size_t row = static_cast<std::size_t>(y) * r.cols();
+        for (int x = 0; x < cw; ++x) {
+            rp[row + x] = src[3 * x];
+            gp[row + x] = src[3 * x + 1];
+            bp[row + x] = src[3 * x + 2];
+        }
+    }
+}
+
+QSize pictureSize(const QString& path) {
+    QImageReader reader(path);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.width() > 32767 || size.height() > 32767)
+        throw std::runtime_error("Invalid picture: " + path.toStdString());
+    return size;
+}
+
+// A statement whose failure is passed over: the run goes on with the next one.
+void ignoringErrors(const std::function<void()>& statement) {
+    try {
+        statement();
+    } catch (const std::exception&) {
+    }
+}
+
+} // namespace
+
+void ImportGifDirect(Vantry::Vantry_Class& van) {
+    const std::string in = askGif(van);
+    if (in.empty()) return;
+    const std::string temp = van.Van_GetTempDir();
+    const std::string app = van.Van_GetAppDir();
+    {
+        ConverterRun run(temp, app);
+        runBatch(run, temp, kGifImport01Bat, gifImportDirectBatch(app, temp, in), van, 10);
+        reportRunner(van, run);
+    }
+    const int count = countFrames(temp, ".gif");
+    van.Van_SetProgress(30);
+    if (count < 1) {
+        failImport(van, temp);
+    } else {
+        const QString first = at(temp, "/gif_frame-0.gif");
+        const QSize size = pictureSize(first);
+        van.Van_NewBuffer(size.width(), size.height());
+        van.Van_CreateAnimAdv(count, 2);
+        const int w = van.Van_BufferWidth();
+        const int h = van.Van_BufferHeight();
+        krl::Plane r, g, b;
+        readFramePicture(first, w, h, r, g, b);
+        van.Van_GotoFrame(0);
+        van.Van_SetRbuffer(r);
+        van.Van_SetGbuffer(g);
+        van.Van_SetBbuffer(b);
+        removeIfThere(first);
+        for (int i = 1; i < count; ++i) {
+            const QString path = at(temp, "/gif_frame-" + std::to_string(i) + ".gif");
+            readFramePicture(path, w, h, r, g, b);
+            van.Van_SetRFrame(r, i);
+            van.Van_SetGFrame(g, i);
+            van.Van_SetBFrame(b, i);
+            van.Van_SetProgress(divide(i, count) * 70 + 30);
+            removeIfThere(path);
+        }
+    }
+    van.Van_SetProgress(0);
+    if (count > 0) van.Van_ShowScrub(0, count);
+    van.Van_Refresh();
+}
+
+void ImportGifViaPNG(Vantry::Vantry_Class& van) {
+    const std::string in = askGif(van);
+    if (in.empty()) return;
+    const std::string temp = van.Van_GetTempDir();
+    const std::string app = van.Van_GetAppDir();
+    {
+        ConverterRun run(temp, app);
+        runBatch(run, temp, kGifImport01Bat, gifImportPngBatch(app, temp, in), van, 10);
+        reportRunner(van, run);
+    }
+    const int count = countFrames(temp, ".png");
+    {
+        std::vector<BatchLine> lines;
+        for (int i = 0; i < count; ++i) {
+            for (BatchLine& l : gifImportBitmapLines(app, temp, i))
+                lines.push_back(std::move(l));
+            van.Van_SetProgress(divide(i, count) * 30);
+        }
+        lines.push_back(gifImportBitmapClosing(temp));
+        writeBatchFile(temp + "/" + kGifImport02Bat, batchBytes(lines));
+        ConverterRun run(temp, app);
+        run.start(kGifImport02Bat);
+        van.Van_SetProgress(30);
+        run.waitGone(kGifImport02Bat);
+        if (count > 0)
+            reportRunner(van, run);
+        else
+            run.finish();
+    }
+    if (count < 1) {
+        ignoringErrors([&] { failImport(van, temp); });
+    } else {
+        const std::string first = temp + "/gif_frame-0.bmp";
+        ignoringErrors([&] { LoadBitmapFrame(van, first, 0); });
+        ignoringErrors([&] { van.Van_CreateAnimAdv(count, 2); });
+        ignoringErrors([&] { removeIfThere(QString::fromStdString(first)); });
+        for (int i = 1; i < count; ++i) {
+            const std::string path = temp + "/gif_frame-" + std::to_string(i) + ".bmp";
+            ignoringErrors([&] { LoadBitmapFrame(van, path, i); });
+            ignoringErrors([&] { van.Van_SetProgress(divide(i, count) * 70 + 30); });
+            ignoringErrors([&] { removeIfThere(QString::fromStdString(path)); });
+        }
+    }
+    ignoringErrors([&] { van.Van_SetProgress(0); });
+    if (count > 0) ignoringErrors([&] { van.Van_ShowScrub(0, count); });
+    ignoringErrors([&] { van.Van_Refresh(); });
+}
+
+} // namespace kirrel::exchange

@@ -1,0 +1,32 @@
+#include "exchange/TextNumber.h"
+
+#include "panel/Numeric.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace kirrel::exchange {
+
+std::optional<double> numericValue(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string::npos) return std::nullopt;
+    const auto last = text.find_last_not_of(" \t");
+    const std::string t = text.substr(first, last - first + 1);
+    // Only plain decimal numbers: no hexadecimal, no infinity, no not-a-number.
+    for (char c : t)
+        if (!((c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'))
+            return std::nullopt;
+    char* end = nullptr;
+    const double v = std::strtod(t.c_str(), &end);
+    if (end != t.c_str() + t.size() || !std::isfinite(v)) return std::nullopt;
+    return v;
+}
+
+std::int16_t textToInt16(const std::string& text) {
+    const auto v = numericValue(text);
+    if (!v) throw std::invalid_argument("Type mismatch");
+    return toInt16(*v);
+}
+
+} // namespace kirrel::exchange

@@ -1,0 +1,198 @@
+// The bitmaps of the exchange: the colour and mask files written for the PNG export, and the reader
+// of the converter's frame bitmaps, on good files of every header size and on damaged ones.
+
+#include "exchange/BitmapReader.h"
+#include "exchange/Layer2PNG.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+
+namespace kirrel::test {
+namespace {
+
+using exchange::BitmapFile;
+
+void put(std::vector<std::uint8_t>& b, std::size_t at, std::uint32_t v, int bytes = 4) {
+    if (b.size() < at + bytes) b.resize(at + bytes, 0);
+    for (int i = 0; i < bytes; ++i)
+        b[at + i] = static_cast<std::uint8_t>((v >> (8 * i)) & 255);
+}
+
+// A bitmap with the given information header size; pixels and table as given.
+std::vector<std::uint8_t> bitmap(int headerSize, int w, int h, int bits,
+                                 const std::vector<std::uint32_t>& table,
+                                 const std::vector<std::uint8_t>& rows, int compression = 0, int gap = 0) {
+    std::vector<std::uint8_t> b(14 + headerSize, 0);
+    b[0] = 'B';
+    b[1] = 'M';
+    const std::uint32_t offset = 14 + headerSize + 4 * static_cast<std::uint32_t>(table.size()) + gap;
+    put(b, 10, offset);
+    put(b, 14, headerSize);
+    put(b, 18, static_cast<std::uint32_t>(w));
+    put(b, 22, static_cast<std::uint32_t>(h));
+    put(b, 26, 1, 2);
+    put(b, 28, bits, 2);
+    put(b, 30, compression);
+    put(b, 46, static_cast<std::uint32_t>(table.size()));
+    for (std::uint32_t e : table)
+        put(b, b.size(), e);
+    b.resize(offset, 0);
+    b.insert(b.end(), rows.begin(), rows.end());
+    return b;
+}
+
+TEST(LayerBitmap, RowsArePaddedForEveryWidthClass) {
+    // W*3 mod 4 is 0, 3, 2 and 1 in turn.
+    const std::pair<int, int> widths[] = {{640, 1920}, {641, 1924}, {642, 1928}, {643, 1932}};
+    for (auto [w, row] : widths) {
+        EXPECT_EQ(exchange::layerRowBytes(w), row) << w;
+        const host::Picture p = patternPicture(w, 3, 1);
+        const auto file = exchange::layerBitmapBytes(p.r, p.g, p.b, w, 3);
+        ASSERT_EQ(file.size(), 54u + 3u * row) << w;
+        const BitmapFile back = exchange::readBitmapBytes(file);
+        EXPECT_EQ(back.result, 24);
+        EXPECT_EQ(back.width, w);
+        EXPECT_EQ(back.rowLength, row);
+        for (int pad = w * 3; pad < row; ++pad)
+            EXPECT_EQ(file[54 + pad], 0);
+    }
+}
+
+TEST(LayerBitmap, HeaderAndBottomUpRowsLeaveTheRidingColumnOut) {
+    const host::Picture p = patternPicture(5, 2, 9);
+    std::vector<int> rowsSeen;
+    const auto f = exchange::layerBitmapBytes(p.r, p.g, p.b, 5, 2, [&](int y) { rowsSeen.push_back(y); });
+    EXPECT_EQ(rowsSeen, (std::vector<int>{1, 0}));
+    EXPECT_EQ(f[0], 'B');
+    EXPECT_EQ(f[2] | (f[3] << 8), static_cast<int>(f.size()));
+    EXPECT_EQ(f[10], 54);
+    EXPECT_EQ(f[14], 40);
+    EXPECT_EQ(f[18], 5);
+    EXPECT_EQ(f[22], 2);
+    EXPECT_EQ(f[28], 24);
+    // The first stored row is y = 1; pixels are blue, green, red.
+    EXPECT_EQ(f[54], p.b.at(0, 1));
+    EXPECT_EQ(f[56], p.r.at(0, 1));
+    EXPECT_EQ(f[54 + 16 + 3 * 4 + 2], p.r.at(4, 0));
+}
+
+TEST(LayerBitmap, MasksFromColourAlphaAndOpacity) {
+    krl::Plane r(2, 0), g(2, 0), b(2, 0), alpha(2, 0);
+    // Pixel 0 is the primary colour, pixel 1 matches it in two channels only.
+    r.at(0, 0) = 10, g.at(0, 0) = 20, b.at(0, 0) = 30;
+    r.at(1, 0) = 10, g.at(1, 0) = 20, b.at(1, 0) = 31;
+    alpha.at(0, 0) = 7, alpha.at(1, 0) = 200;
+    const std::uint32_t primary = 10 | (20 << 8) | (30 << 16);
+    auto mask = [&](exchange::MaskSource s) {
+        krl::Plane mr = r, mg = g, mb = b;
+        exchange::makeMask(mr, mg, mb, s, primary, alpha, 128);
+        EXPECT_TRUE(mr == mg && mg == mb) << "a mask is grey";
+        return std::vector<int>{mr.at(0, 0), mr.at(1, 0), mr.at(2, 0)};
+    };
+    EXPECT_EQ(mask(exchange::MaskSource::PrimaryColour), (std::vector<int>{0, 255, 255}));
+    EXPECT_EQ(mask(exchange::MaskSource::AlphaChannel), (std::vector<int>{7, 200, 0}));
+    EXPECT_EQ(mask(exchange::MaskSource::LayerOpacity), (std::vector<int>{128, 128, 128}));
+}
+
+class BitmapReader : public HostTest {
+  protected:
+    std::string write(const std::string& name, const std::vector<std::uint8_t>& bytes) {
+        const std::string path = tempDir() + "/" + name;
+        writeFile(QString::fromStdString(path), std::string(bytes.begin(), bytes.end()));
+        return path;
+    }
+};
+
+TEST_F(BitmapReader, TrueColourFromAnyHeaderSizeStandsUpright) {
+    // 3 x 2 pixels, rows of 12 bytes, the bottom row first; a gap before the pixels is honoured.
+    std::vector<std::uint8_t> rows(24, 0);
+    for (int x = 0; x < 3; ++x) {
+        rows[3 * x] = 1 + x, rows[3 * x + 1] = 11 + x, rows[3 * x + 2] = 21 + x; // bottom: y = 1
+        rows[12 + 3 * x] = 101 + x, rows[12 + 3 * x + 1] = 111 + x, rows[12 + 3 * x + 2] = 121 + x; // top
+    }
+    for (int header : {40, 108, 124}) {
+        const std::string path = write("f.bmp", bitmap(header, 3, 2, 24, {}, rows, 0, 6));
+        Vantry::Vantry_Class van;
+        exchange::LoadBitmapFrame(van, path, 0);
+        ASSERT_EQ(host().bufferWidth(), 3) << header;
+        ASSERT_EQ(host().bufferHeight(), 2);
+        const krl::Plane r = van.Van_GetRBuffer(), g = van.Van_GetGBuffer(), b = van.Van_GetBBuffer();
+        EXPECT_EQ(r.at(2, 0), 123) << header;
+        EXPECT_EQ(g.at(0, 0), 111);
+        EXPECT_EQ(b.at(1, 1), 2);
+        EXPECT_EQ(r.at(0, 1), 21);
+        EXPECT_EQ(host().filename(), path);
+    }
+}
+
+TEST_F(BitmapReader, PaletteEntriesAreReadRedLowAsThePanelAlwaysHas) {
+    // Entry 1 is stored blue 10, green 20, red 30; the panel takes 10 as red.
+    const std::vector<std::uint8_t> rows = {1, 0, 0, 0};
+    const std::string path = write("p.bmp", bitmap(40, 2, 1, 8, {0, 0x001E140A}, rows));
+    const BitmapFile f = exchange::ReadBitmapFile(path);
+    EXPECT_EQ(f.result, 8);
+    EXPECT_EQ(f.rowLength, 4);
+    host().loadAnimation({patternPicture(2, 1, 0), patternPicture(2, 1, 0)});
+    Vantry::Vantry_Class van;
+    exchange::LoadBitmapFrame(van, path, 1);
+    const krl::Plane r = van.Van_GetRFrame(1), g = van.Van_GetGFrame(1), b = van.Van_GetBFrame(1);
+    EXPECT_EQ(r.at(0, 0), 10);
+    EXPECT_EQ(g.at(0, 0), 20);
+    EXPECT_EQ(b.at(0, 0), 30);
+    EXPECT_EQ(r.at(1, 0), 0);
+    EXPECT_EQ(host().totalFrames(), 2) << "a later frame keeps the animation";
+}
+
+TEST_F(BitmapReader, ResultCodesAndOtherDepths) {
+    const std::vector<std::uint8_t> rows(64, 9);
+    auto code = [&](const std::vector<std::uint8_t>& bytes) {
+        return exchange::readBitmapBytes(bytes).result;
+    };
+    std::vector<std::uint8_t> notBm = bitmap(40, 2, 2, 24, {}, rows);
+    notBm[0] = 'P';
+    EXPECT_EQ(code(notBm), -1);
+    EXPECT_EQ(code(bitmap(40, 2, 2, 4, {}, rows)), -2);
+    EXPECT_EQ(code(bitmap(40, 2, 2, 24, {}, rows, 1)), -3);
+    const BitmapFile deep = exchange::readBitmapBytes(bitmap(40, 2, 2, 32, {}, rows));
+    EXPECT_EQ(deep.result, 32);
+    EXPECT_TRUE(deep.rows.empty()) << "other depths are not read";
+
+    const std::string path = write("d.bmp", bitmap(40, 2, 2, 16, {}, rows));
+    Vantry::Vantry_Class van;
+    exchange::LoadBitmapFrame(van, path, 0);
+    EXPECT_EQ(van.Van_GetRBuffer().at(0, 0), 0) << "their planes stay at zero";
+}
+
+TEST_F(BitmapReader, DamagedFilesAreRefusedWithoutReadingPastTheirEnd) {
+    const std::vector<std::uint8_t> rows(24, 5);
+    std::vector<std::vector<std::uint8_t>> damaged;
+    damaged.push_back({'B', 'M', 0, 0});                                            // cut inside the header
+    damaged.push_back(bitmap(40, 3, 2, 24, {}, {rows.begin(), rows.begin() + 20})); // pixels cut short
+    damaged.push_back(bitmap(40, 100000, 2, 24, {}, rows));                         // a width no host holds
+    damaged.push_back(bitmap(40, 30000, 30000, 24, {}, rows)); // a size the file cannot hold
+    damaged.push_back(bitmap(20, 3, 2, 24, {}, rows));         // an information header of no known size
+    damaged.push_back(bitmap(40, 0, 2, 24, {}, rows));
+    std::vector<std::uint8_t> farOffset = bitmap(40, 3, 2, 24, {}, rows);
+    put(farOffset, 10, 0xFFFFFFF0u);
+    damaged.push_back(farOffset);
+    for (std::size_t i = 0; i < damaged.size(); ++i)
+        EXPECT_THROW(exchange::readBitmapBytes(damaged[i]), std::runtime_error) << i;
+
+    // A table that claims more colours than the file holds is read only as far as it goes.
+    std::vector<std::uint8_t> bigTable = bitmap(40, 2, 1, 8, {0x112233}, {0, 0, 0, 0});
+    put(bigTable, 46, 0x7FFFFFFF);
+    const BitmapFile f = exchange::readBitmapBytes(bigTable);
+    EXPECT_EQ(f.table.size(), 1u);
+    EXPECT_THROW(exchange::ReadBitmapFile(tempDir() + "/missing.bmp"), std::runtime_error);
+}
+
+TEST_F(BitmapReader, TopDownRowsAreTurned) {
+    std::vector<std::uint8_t> rows(8, 0);
+    rows[2] = 200; // first stored row: the top when the height is negative
+    const BitmapFile f = exchange::readBitmapBytes(bitmap(40, 1, -2, 24, {}, rows));
+    ASSERT_EQ(f.height, 2);
+    EXPECT_EQ(f.rows[4 + 2], 200) << "the top row is stored last, as usual";
+}
+
+} // namespace
+} // namespace kirrel::test

@@ -1,0 +1,290 @@
+// GIF, MNG and PNG through the real converter, driven by session scripts of the kirrel executable:
+// what leaves the panel is checked with the converter's own identify, and what comes back in is
+// compared pixel by pixel. These run the converter, so they are few and their pictures small.
+
+#include "support/Support.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <functional>
+
+namespace kirrel::test {
+namespace {
+
+struct Rgb {
+    int r, g, b;
+};
+using PixelFn = std::function<Rgb(int frame, int x, int y)>;
+
+// An animation file for the host: int16 Frames, W, H, then the planes of each frame.
+void writeAnimation(const QString& path, int frames, int w, int h, const PixelFn& pixel) {
+    std::string bytes = int16le({frames, w, h});
+    for (int f = 0; f < frames; ++f)
+        for (int c = 0; c < 3; ++c)
+            for (int y = 0; y <= h; ++y)
+                for (int x = 0; x <= w; ++x) {
+                    const Rgb p = pixel(f, x, y);
+                    bytes += static_cast<char>(c == 0 ? p.r : c == 1 ? p.g : p.b);
+                }
+    writeFile(path, bytes);
+}
+
+struct Animation {
+    int frames = 0, w = 0, h = 0;
+    std::string bytes;
+    Rgb at(int f, int x, int y) const {
+        const std::size_t plane = static_cast<std::size_t>(w + 1) * (h + 1);
+        const std::size_t base =
+            6 + static_cast<std::size_t>(f) * 3 * plane + static_cast<std::size_t>(y) * (w + 1) + x;
+        auto v = [&](int c) { return static_cast<unsigned char>(bytes[base + c * plane]); };
+        return {v(0), v(1), v(2)};
+    }
+};
+
+Animation readAnimation(const QString& path) {
+    Animation a;
+    a.bytes = readFile(path);
+    if (a.bytes.size() < 6) return a;
+    auto n = [&](int i) {
+        return static_cast<int>(static_cast<unsigned char>(a.bytes[2 * i]) |
+                                (static_cast<unsigned char>(a.bytes[2 * i + 1]) << 8));
+    };
+    a.frames = n(0), a.w = n(1), a.h = n(2);
+    return a;
+}
+
+// Few colours, different in every frame and across each picture, so a GIF keeps them exactly.
+Rgb sample(int f, int x, int y) {
+    return {40 * f + 10, (x * 50) % 250, y < 2 ? 200 : 30};
+}
+
+std::string identify(const QString& file, const QString& format) {
+    QProcess p;
+    p.start("identify", {"-format", format, file});
+    p.waitForFinished(60000);
+    return p.readAllStandardOutput().toStdString();
+}
+
+class ExchangeScript : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (QStandardPaths::findExecutable("convert").isEmpty())
+            GTEST_SKIP() << "the converter is not installed";
+    }
+    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
+    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
+    // Every pixel of the W x H picture of every frame, against the sample.
+    void expectSample(const Animation& a, int frames, int w, int h, const char* what) {
+        ASSERT_EQ(a.frames, frames) << what;
+        ASSERT_EQ(a.w, w) << what;
+        ASSERT_EQ(a.h, h) << what;
+        int wrong = 0;
+        for (int f = 0; f < frames; ++f)
+            for (int y = 0; y < h; ++y)
+                for (int x = 0; x < w; ++x) {
+                    const Rgb got = a.at(f, x, y), want = sample(f, x, y);
+                    wrong += got.r != want.r || got.g != want.g || got.b != want.b;
+                }
+        EXPECT_EQ(wrong, 0) << what;
+    }
+    QStringList leftovers() const { return QDir(at("tmp")).entryList(QDir::Files); }
+    QTemporaryDir dir;
+};
+
+TEST_F(ExchangeScript, PerFrameGifCarriesItsDelaysAndLoopsAndComesBackBothWays) {
+    writeAnimation(at("anim.dat"), 4, 7, 5, sample);
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat", "current_frame": 1},
+      "steps": [
+        {"open": "Export To AnimGif"},
+        {"set": {"control": "cboFrameList", "index": 2}},
+        {"answer": [{"input": "12"}]},
+        {"click": "cmdSetDelay"},
+        {"set": {"control": "cboFrameList", "index": 3}},
+        {"answer": [{"input": "not a number"}]},
+        {"click": "cmdSetDelay"},
+        {"set": {"control": "txtLoops", "text": "3"}},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"dump": "exported"},
+        {"close": "frmSave2AnimGif"},
+        {"answer": [{"file": "out.gif"}]},
+        {"open": "Import AnimGif"},
+        {"dump": "viaPng"},
+        {"answer": [{"file": "out.gif"}]},
+        {"menu": "menuImportAnimGif"},
+        {"dump": "direct"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(identify(at("out.gif"), "%w %h %T;"), "7 5 0;7 5 0;7 5 12;7 5 0;");
+    QProcess verbose;
+    verbose.start("identify", {"-verbose", at("out.gif")});
+    verbose.waitForFinished(60000);
+    EXPECT_NE(verbose.readAllStandardOutput().indexOf("Iterations: 3"), -1);
+
+    // The progress display: frames written, then the two imports' counting and reading.
+    std::vector<std::string> progress;
+    for (const std::string& l : traceFileLines(at("trace.txt")))
+        if (l.rfind("Van_SetProgress(", 0) == 0) progress.push_back(l.substr(16, l.size() - 17));
+    auto holds = [&](const std::vector<std::string>& run) {
+        return std::search(progress.begin(), progress.end(), run.begin(), run.end()) != progress.end();
+    };
+    EXPECT_TRUE(holds({"12.5", "25", "37.5", "50"}));
+    EXPECT_TRUE(holds({"10", "0", "7.5", "15", "22.5", "30", "47.5", "65", "82.5", "0"}));
+    EXPECT_TRUE(holds({"10", "30", "47.5", "65", "82.5", "0"}));
+
+    const QJsonObject exported = state("exported");
+    EXPECT_EQ(exported["current_frame"].toInt(), 1) << "the per-frame way leaves the host where it stood";
+    expectSample(readAnimation(at("viaPng/animation.dat")), 4, 7, 5, "the PNG way");
+    expectSample(readAnimation(at("direct/animation.dat")), 4, 7, 5, "the direct way");
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
+}
+
+TEST_F(ExchangeScript, GlobalGifKeepsElevenFramesInOrderAndMngIsRecognised) {
+    writeAnimation(at("anim.dat"), 11, 4, 3, [](int f, int, int) { return Rgb{20 * f, 0, 255 - 20 * f}; });
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
+      "steps": [
+        {"open": "Export To AnimGif"},
+        {"set": {"control": "chkGlobalDelay", "value": true}},
+        {"set": {"control": "txtDelay", "text": "7"}},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"dump": "exported"},
+        {"close": "frmSave2AnimGif"},
+        {"open": "Export Anim To MNG"},
+        {"set": {"control": "txtDelay", "text": "5"}},
+        {"answer": [{"file": "out.mng"}]},
+        {"click": "cmdSave"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(identify(at("out.gif"), "%T,"), "7,7,7,7,7,7,7,7,7,7,7,");
+    // Frame 10 must come last, not after frame 1.
+    QImageReader reader(at("out.gif"));
+    std::vector<int> reds;
+    for (QImage frame = reader.read(); !frame.isNull(); frame = reader.read())
+        reds.push_back(qRed(frame.pixel(1, 1)));
+    EXPECT_EQ(reds, (std::vector<int>{0, 20, 40, 60, 80, 100, 120, 140, 160, 180, 200}));
+    EXPECT_EQ(state("exported")["current_frame"].toInt(), 10) << "the global way ends on the last frame";
+    EXPECT_EQ(identify(at("out.mng"), "%m %w %h\n").substr(0, 8), "MNG 4 3\n");
+    EXPECT_EQ(lineCount(identify(at("out.mng"), "%m\n")), 11);
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
+}
+
+TEST_F(ExchangeScript, PrimaryColourBecomesTransparentInGifAndPng) {
+    // Width 5: W*3 mod 4 is 3, the width whose rows need the most care. Red 10 is the primary colour.
+    writeAnimation(at("anim.dat"), 2, 5, 3, [](int, int x, int) {
+        return x < 2 ? Rgb{10, 0, 0} : Rgb{10, 0, 1};
+    });
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat", "primary": [10, 0, 0]},
+      "steps": [
+        {"open": "Export To AnimGif"},
+        {"set": {"control": "chkGifTransparent", "value": true}},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"close": "frmSave2AnimGif"},
+        {"open": "Export Transparent PNG"},
+        {"set": {"control": "optTransparency(1)", "value": true}},
+        {"answer": [{"file": "out.png"}]},
+        {"click": "cmdSave"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    for (const char* file : {"out.gif", "out.png"}) {
+        const QImage image(at(file));
+        ASSERT_EQ(image.size(), QSize(5, 3)) << file;
+        for (int x = 0; x < 5; ++x) {
+            EXPECT_EQ(qAlpha(image.pixel(x, 1)), x < 2 ? 0 : 255) << file << " x=" << x;
+            // The colour keeps its blue of 1: equal to the primary in two channels only stays opaque.
+            if (x >= 2) {
+                EXPECT_EQ(qBlue(image.pixel(x, 1)), 1) << file;
+            }
+        }
+    }
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
+}
+
+TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndLeavesAgainAndAStillOneIsRefused) {
+    QProcess p;
+    p.setWorkingDirectory(dir.path());
+    p.start("convert", {"-size", "3x2", "xc:red", "xc:lime", "xc:blue", "-loop", "0", "anim.gif"});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    p.start("convert", {"-size", "3x2", "xc:red", "still.gif"});
+    ASSERT_TRUE(p.waitForFinished(60000));
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [8, 8], "frames": 2},
+      "steps": [
+        {"answer": [{"file": "anim.gif"}]},
+        {"menu": "menuImportAnimGif"},
+        {"dump": "moving"},
+        {"menu": "menuExportAnimGif"},
+        {"set": {"control": "chkGlobalDelay", "value": true}},
+        {"set": {"control": "txtDelay", "text": "20"}},
+        {"answer": [{"file": "again.gif"}]},
+        {"click": "cmdSave"},
+        {"close": "frmSave2AnimGif"},
+        {"answer": [{"file": "still.gif"}]},
+        {"open": "Import AnimGif"},
+        {"dump": "still"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const Animation a = readAnimation(at("moving/animation.dat"));
+    ASSERT_EQ(a.frames, 3);
+    ASSERT_EQ(a.w, 3);
+    ASSERT_EQ(a.h, 2);
+    const Rgb want[] = {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
+    for (int f = 0; f < 3; ++f)
+        for (int y = 0; y < 2; ++y)
+            for (int x = 0; x < 3; ++x) {
+                const Rgb got = a.at(f, x, y);
+                EXPECT_TRUE(got.r == want[f].r && got.g == want[f].g && got.b == want[f].b)
+                    << f << " " << x << "," << y;
+            }
+    // And out again: the same three pictures with the new delay.
+    EXPECT_EQ(identify(at("again.gif"), "%w %h %T;"), "3 2 20;3 2 20;3 2 20;");
+    QImageReader again(at("again.gif"));
+    for (int f = 0; f < 3; ++f) {
+        const QImage frame = again.read();
+        ASSERT_FALSE(frame.isNull()) << f;
+        EXPECT_EQ(frame.pixel(2, 1) & 0xFFFFFF, qRgb(want[f].r, want[f].g, want[f].b) & 0xFFFFFF) << f;
+    }
+    EXPECT_EQ(dialogTexts(state("still")).back(), "Import Failed, Must be Animated Gif.");
+    EXPECT_EQ(readFile(at("still/animation.dat")), readFile(at("moving/animation.dat")))
+        << "the host is unchanged";
+}
+
+TEST_F(ExchangeScript, WithoutTheConverterTheWaitEndsWithAClearMessage) {
+    writeAnimation(at("anim.dat"), 3, 4, 3, sample);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(dir.path())); // a search path that holds no converter
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
+      "steps": [
+        {"open": "Export To AnimGif"},
+        {"set": {"control": "chkGlobalDelay", "value": true}},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"close": "frmSave2AnimGif"},
+        {"answer": [{"file": "out.gif"}]},
+        {"menu": "menuImportAnimGif"},
+        {"dump": "after"}]})JS");
+    qputenv("PATH", path);
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const std::string missing =
+        "The converter could not be found: ImageMagick's convert is not installed or not on the search path.";
+    std::vector<std::string> messages;
+    for (const auto& t : dialogTexts(state("after")))
+        if (t.find("converter") != std::string::npos || t.find("Import Failed") != std::string::npos)
+            messages.push_back(t);
+    EXPECT_EQ(messages,
+              (std::vector<std::string>{missing, missing, missing, "Import Failed, Must be Animated Gif."}));
+    EXPECT_FALSE(QFileInfo::exists(at("out.gif")));
+    EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
+    EXPECT_EQ(readAnimation(at("after/animation.dat")).frames, 3) << "a failed import changes nothing";
+}
+
+} // namespace
+} // namespace kirrel::test
