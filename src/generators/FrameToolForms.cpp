@@ -83,7 +83,9 @@ FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
         lblFrameSelected_[i] = makeClickLabel(QString("lblFrameSelected(%1)").arg(i), "",
                                               [this, i] { lblFrameSelected_Click(i); });
         lblFrameSelected_[i]->setCursor(Qt::PointingHandCursor);
-        lblFrameSelected_[i]->setMargin(4);
+        lblFrameSelected_[i]->setMargin(6);
+        lblFrameSelected_[i]->setMinimumWidth(150);
+        lblFrameSelected_[i]->setAlignment(Qt::AlignCenter);
     }
     frames->addWidget(lblFrameSelected_[0]);
     frames->addWidget(makeLabel("Label2", traits_.arrow), 0, Qt::AlignCenter);
@@ -103,6 +105,10 @@ void FrameToolForm::formLoad() {
     chkUndoSave_->setChecked(false);
     TotalFrames = van().Van_GetTotalFrames();
     skin(this, description_, {cmdRun_, cmdUndo_, cmdCancel_});
+    // The two labels are what the user clicks: they wear the colours of the panel's text boxes.
+    const panel::SkinSettings s = panel::readSkinSettings();
+    for (panel::ClickLabel* l : lblFrameSelected_)
+        panel::colourControl(l, s.textboxFill, s.textboxText);
 }
 
 void FrameToolForm::formUnload() {
