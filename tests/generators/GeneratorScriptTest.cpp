@@ -11,6 +11,8 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
+#include <algorithm>
+
 namespace kirrel::test {
 namespace {
 
@@ -171,6 +173,7 @@ TEST_F(GeneratorScript, SwapRefusesOneFrameTwiceThenSwapsAndCopyCopies) {
         {"dump": "swapped"},
         {"close": "frmFrameSwap"},
         {"open": "Frame Copier"},
+        {"click": "cmd_Run"},
         {"answer": [{"value": 0}, {"value": 5}]},
         {"click": "lblFrameSelected(1)"},
         {"click": "lblFrameSelected(1)"},
@@ -192,6 +195,9 @@ TEST_F(GeneratorScript, SwapRefusesOneFrameTwiceThenSwapsAndCopyCopies) {
               "Source Frame: 0");
     EXPECT_EQ(control(copiedState, "frmFrameCopy", "lblFrameSelected(1)")["text"].toString(),
               "Destination Frame: 5");
+    // The copier takes one frame over itself without a word.
+    const auto shown = dialogTexts(copiedState);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), "Please Select Two Different Frames"), 1);
     const auto copied = frames("copied");
     EXPECT_EQ(copied[5], pictures[0]);
     EXPECT_EQ(copied[0], pictures[0]);
