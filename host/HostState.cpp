@@ -79,7 +79,10 @@ void HostState::insertFrame(long long n) {
     // The panel reads the frame count as a 16-bit number: one frame more would read as negative.
     if (!validFrame(n) || totalFrames() >= kMaxFrames) return;
     const auto at = static_cast<std::size_t>(n);
-    Picture copy = frames_[at];
+    // After the last frame the insertion is an append of the frame shown now, which is frame n itself
+    // for the splices and an earlier frame for the ping-pong append.
+    const bool append = n == totalFrames() - 1 && validFrame(current_);
+    Picture copy = append ? frames_[static_cast<std::size_t>(current_)] : frames_[at];
     frames_.insert(frames_.begin() + static_cast<std::ptrdiff_t>(at) + 1, std::move(copy));
     if (current_ > n) ++current_;
     changed();

@@ -10,7 +10,8 @@
 //   swap picture and mask survive a size change.
 // - CreateAnim / CreateAnimAdv make every frame a copy of the picture in the main buffer and make
 //   frame 0 current.
-// - InsertFrame(n) puts a copy of frame n at n+1 and moves later frames up by one.
+// - InsertFrame(n) puts a copy of frame n at n+1 and moves later frames up by one; at the last frame
+//   it appends a copy of the current frame, which is frame n unless another frame is shown.
 // - An animation holds at most 32767 frames, the most a 16-bit frame count can say: CreateAnim asked
 //   for more makes that many, and InsertFrame at the limit does nothing.
 // - Frame numbers outside 0..Total-1 are ignored by the writers; readers give a black plane.

@@ -1,0 +1,198 @@
+#include "customfx/CfxForms.h"
+
+#include "customfx/CfxFile.h"
+#include "customfx/CustomFX.h"
+#include "panel/Panel.h"
+#include "panel/Skin.h"
+#include "stored/AnimUndo.h"
+#include "stored/DataFile.h"
+#include "stored/SlotFiles.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <functional>
+#include <initializer_list>
+
+namespace kirrel::customfx {
+
+namespace {
+
+constexpr const char* kBuilderHelp =
+    "This tool converts the current animation in memory into a CFX file that can be composited over other "
+    "animations using the CFX player plugin. The Primary Color currently selected will be used for the "
+    "'Source Animation Layer' and the Secondary Color currently selected will be used for the 'Destination "
+    "Animation Layer'.  All other colors in the animation will show as normal.";
+
+constexpr const char* kPlayerHelp =
+    "This Plugin composites the Main and Swap Buffers using a CFX File (created using Kirrel), to create a "
+    "customized animated effect. The CFX file will scale to resolution but not scale time/frames. The effect "
+    "will start with Frame 0 and continue until either the animation or the CFX File runs out of Frames, "
+    "which "
+    "ever comes first.";
+
+// Runs its action when the scope ends, however it ends.
+class AtExit {
+  public:
+    explicit AtExit(std::function<void()> f) : f_(std::move(f)) {}
+    ~AtExit() { f_(); }
+    AtExit(const AtExit&) = delete;
+    AtExit& operator=(const AtExit&) = delete;
+
+  private:
+    std::function<void()> f_;
+};
+
+void enableAll(std::initializer_list<QWidget*> controls, bool on) {
+    for (QWidget* w : controls)
+        w->setEnabled(on);
+}
+
+void skin(panel::FormBase* form, QLabel* help, std::initializer_list<QPushButton*> buttons) {
+    const panel::SkinSettings s = panel::readSkinSettings();
+    panel::colourBackground(form, panel::kPanelBackdrop);
+    panel::colourControl(help, s.textboxFill, s.textboxText);
+    for (QPushButton* b : buttons)
+        panel::colourButton(b, s.buttonFill);
+    panel::Draw_Pattern(form);
+}
+
+QLabel* helpLabel(QLabel* label) {
+    label->setWordWrap(true);
+    label->setMargin(6);
+    return label;
+}
+
+} // namespace
+
+// --- builder ---------------------------------------------------------------------------------------
+
+frmCFXBuilder::frmCFXBuilder() : FormBase("frmCFXBuilder", "Kirrel - CustomFX Builder (Basic)") {
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(14, 14, 14, 12);
+    outer->setSpacing(10);
+    Label1_ = helpLabel(makeLabel("Label1", kBuilderHelp));
+    outer->addWidget(Label1_);
+    auto* titleRow = new QHBoxLayout;
+    Label2_ = makeLabel("Label2", "CFX Title:");
+    txtCFX_Title_ = makeText("txtCFX_Title");
+    txtCFX_Title_->setText("Untitled");
+    titleRow->addWidget(Label2_);
+    titleRow->addWidget(txtCFX_Title_, 1);
+    outer->addLayout(titleRow);
+    auto* buttons = new QHBoxLayout;
+    cmdRun_ = makeButton("cmd_Run", "Export CFX", [this] { cmd_Run_Click(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
+    buttons->addStretch(1);
+    buttons->addWidget(cmdRun_);
+    buttons->addWidget(cmdCancel_);
+    outer->addLayout(buttons);
+    setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
+}
+
+void frmCFXBuilder::formLoad() {
+    skin(this, Label1_, {cmdRun_, cmdCancel_});
+}
+
+void frmCFXBuilder::formUnload() {
+    panel::showMainPanel();
+}
+
+void frmCFXBuilder::cmd_Run_Click() {
+    enableAll({cmdRun_, cmdCancel_}, false);
+    AtExit back([this] {
+        enableAll({cmdRun_, cmdCancel_}, true);
+        show();
+    });
+    ExportCFX(txtCFX_Title_->text().toStdString());
+}
+
+// --- player ----------------------------------------------------------------------------------------
+
+frmCFXPlayer::frmCFXPlayer() : FormBase("frmCFXPlayer", "Kirrel - CustomFX Player") {
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(14, 14, 14, 12);
+    outer->setSpacing(10);
+    Label1_ = helpLabel(makeLabel("Label1", kPlayerHelp));
+    outer->addWidget(Label1_);
+    auto* buttons = new QHBoxLayout;
+    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
+    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
+    cmdRun_ = makeButton("cmd_Run", "Apply CFX", [this] { cmd_Run_Click(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
+    buttons->addWidget(chkUndoSave_);
+    buttons->addWidget(cmdUndo_);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdRun_);
+    buttons->addWidget(cmdCancel_);
+    outer->addLayout(buttons);
+    setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
+}
+
+void frmCFXPlayer::formLoad() {
+    skin(this, Label1_, {cmdRun_, cmdUndo_, cmdCancel_});
+}
+
+void frmCFXPlayer::formUnload() {
+    panel::showMainPanel();
+}
+
+bool frmCFXPlayer::readHeader() {
+    try {
+        CfxReader in(Path);
+        Type = in.header().type;
+        if (Type != 1) {
+            van().Van_MessageBox("Not a Type 1 CFX File: " + std::to_string(Type));
+            return false;
+        }
+        // Only the header is read here; its sizes are checked against the file all the same, so that
+        // a damaged file is refused before anything is saved or changed.
+        in.readRest();
+        Title = trimTitle(in.header().title);
+        Frames = in.header().frames;
+        Width = in.header().width;
+        Height = in.header().height;
+    } catch (const stored::DamagedFile& e) {
+        van().Van_MessageBox(e.what());
+        return false;
+    }
+    return true;
+}
+
+void frmCFXPlayer::cmd_Run_Click() {
+    // PlayCFX doesn't lock the host: the whole dialog waits while it runs, and comes back on every
+    // way out of this handler.
+    enableAll({this, cmdRun_, cmdCancel_}, false);
+    AtExit back([this] {
+        enableAll({this, cmdRun_, cmdCancel_}, true);
+        show();
+        activateWindow();
+        setFocus();
+    });
+    Path.clear();
+    Path = van().Van_RequestFile_open("Load CustomFX File", "", kCfxFilter);
+    if (Path.empty() || !stored::fileExists(Path)) return;
+    if (!readHeader()) return;
+    const std::string question = "'" + Title + "'\n" + std::to_string(Frames) + " frames at " +
+                                 std::to_string(Width) + " X " + std::to_string(Height) +
+                                 "\n\nApply to Animation?";
+    if (van().Van_QuestionBox(question) == 2) return;
+    stored::saveUndoIfChecked(chkUndoSave_);
+    PlayCFX(Path);
+}
+
+void frmCFXPlayer::cmdUndo_Click() {
+    cmdUndo_->setEnabled(false);
+    {
+        AtExit back([this] { cmdUndo_->setEnabled(true); });
+        stored::QuickRestore();
+    }
+    van().Van_GotoFrame(0);
+    van().Van_Refresh();
+}
+
+} // namespace kirrel::customfx
