@@ -1,5 +1,6 @@
 #include "host/DemoReel.h"
 
+#include "exchange/ConverterRun.h"
 #include "host/AnimationFiles.h"
 #include "host/HostState.h"
 #include "host/HostWindow.h"
@@ -14,9 +15,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <exception>
+#include <vector>
 
 namespace kirrel::host {
 
@@ -40,6 +43,37 @@ QJsonArray wipeSteps(const QDir& out) {
             step("click", "cmd_Run"),
             step("screenshot", out.filePath("wipes.png")),
             step("close", "frmWipes")};
+}
+
+// The reel's animated GIF, made as a user makes one: the panel's GIF export with one delay for every
+// frame (a tenth of a second, looping for ever), its file requester answered with demo.gif.
+QJsonArray gifSteps(const QDir& out) {
+    return {step("open", "Export To AnimGif"),
+            setControl("chkGlobalDelay", {{"value", 1}}),
+            setControl("txtDelay", {{"text", "10"}}),
+            setControl("txtLoops", {{"text", "0"}}),
+            step("screenshot", out.filePath("gif-export.png")),
+            step("answer", QJsonArray{QJsonObject{{"file", out.filePath("demo.gif")}}}),
+            step("click", "cmdSave"),
+            step("close", "frmSave2AnimGif")};
+}
+
+// Why this machine cannot make the reel's GIF; empty when it can.
+QString whyNoGif() {
+    if (!panel::formKnown("frmSave2AnimGif")) return "this build has no GIF export";
+    if (QStandardPaths::findExecutable("convert").isEmpty())
+        return "ImageMagick's convert was not found on the PATH (Debian: apt-get install imagemagick)";
+    const QString runner = exchange::batchRunnerProgram(runningHost().appDir());
+    if (!QFileInfo(runner).isExecutable()) return "the converter's batch runner " + runner + " is missing";
+    return {};
+}
+
+// The last message box of the run: what the export said when it made no file.
+QString lastMessage() {
+    const DialogLog& log = runningHost().dialogs();
+    for (auto it = log.rbegin(); it != log.rend(); ++it)
+        if (it->kind == "message" || it->kind == "error") return QString::fromStdString(it->text).trimmed();
+    return "no file was written";
 }
 
 bool writeScript(const QString& path, const QJsonObject& hostSetUp, const QJsonArray& steps) {
@@ -93,36 +127,62 @@ DemoReelResult renderDemoReel(const QString& outputDir, const QString& animation
 
     panel::registerEverything();
     const bool canWipe = panel::formKnown("frmWipes");
-    QJsonArray steps{step("screenshot", out.filePath("panel.png"))};
-    if (canWipe)
-        for (const auto& s : wipeSteps(out))
-            steps.append(s);
-    steps.append(step("dump", out.path()));
-
+    const QString noGif = whyNoGif();
+    const QString gifFile = out.filePath("demo.gif");
+    QFile::remove(gifFile); // a GIF of an earlier reel must not pass for this one's
     const QString script = QDir(work.path()).filePath("demo.json");
-    if (!writeScript(script, setUp, steps)) return {false, "cannot write the demo script"};
-    ScriptResult run = runSessionScript(script);
+
+    // The full reel first; when a step cannot be played the reel is tried again without the GIF, then
+    // without the wipe, so that the user always gets the animation's frames.
+    struct Attempt {
+        bool wipe, gif;
+    };
+    std::vector<Attempt> attempts{{canWipe, noGif.isEmpty()}};
+    if (attempts.back().gif) attempts.push_back({canWipe, false});
+    if (attempts.back().wipe) attempts.push_back({false, false});
     QString note;
-    if (run.exitCode != 0 && canWipe) {
-        // The reel still shows the animation when the wipe cannot be played.
-        note = "(the wipe could not be played: " + QString::fromStdString(run.message) + ")\n";
-        forgetForms();
-        QJsonArray plain{step("screenshot", out.filePath("panel.png")), step("dump", out.path())};
-        writeScript(script, setUp, plain);
+    ScriptResult run;
+    Attempt played{};
+    for (const Attempt& a : attempts) {
+        QJsonArray steps{step("screenshot", out.filePath("panel.png"))};
+        if (a.wipe)
+            for (const auto& s : wipeSteps(out))
+                steps.append(s);
+        if (a.gif)
+            for (const auto& s : gifSteps(out))
+                steps.append(s);
+        steps.append(step("dump", out.path()));
+        if (!writeScript(script, setUp, steps)) return {false, "cannot write the demo script"};
         run = runSessionScript(script);
+        forgetForms();
+        if (run.exitCode == 0) {
+            played = a;
+            break;
+        }
+        note += QString("(the demo script stopped at %1; trying again without the %2)\n")
+                    .arg(QString::fromStdString(run.message), a.gif ? "GIF" : "wipe");
     }
     if (run.exitCode != 0) return {false, QString::fromStdString(run.message)};
-    forgetForms();
     const bool window = grabWindow(out.filePath("window.png"));
 
+    const bool wiped = played.wipe, exported = played.gif;
     const int frames = std::max(1, runningHost().totalFrames());
     QString text = QString("Demo reel written to %1\n").arg(QDir::toNativeSeparators(out.path()));
     text += QString("  frames/0000.png … frames/%1.png  the animation, %2 frame(s)%3\n")
                 .arg(frames - 1, 4, 10, QChar('0'))
                 .arg(frames)
-                .arg(canWipe && note.isEmpty() ? ", wiped into the swap picture" : "");
+                .arg(wiped ? ", wiped into the swap picture" : "");
+    if (exported && QFileInfo(gifFile).size() > 0)
+        text += "  demo.gif       the same animation as an animated GIF, made by the panel's GIF export\n";
+    else if (!noGif.isEmpty())
+        text += "  (no demo.gif: the GIF was skipped because " + noGif + ")\n";
+    else if (exported)
+        text += "  (no demo.gif: the GIF export failed: " + lastMessage() + ")\n";
+    else
+        text += "  (no demo.gif: the GIF export could not be played)\n";
     text += "  panel.png      the Kirrel panel\n";
-    if (canWipe && note.isEmpty()) text += "  wipes.png      the Wipes dialog\n";
+    if (wiped) text += "  wipes.png      the Wipes dialog\n";
+    if (exported) text += "  gif-export.png the GIF export dialog\n";
     if (window) text += "  window.png     the Kirrel window\n";
     text += "  animation.dat, swap.dat, alpha.dat, state.json  the host's state\n";
     return {true, note + text};
