@@ -2,8 +2,11 @@
 
 #include "exchange/GifExport.h"
 #include "exchange/TextNumber.h"
+#include "panel/Controls.h"
 #include "panel/Skin.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,6 +14,27 @@
 #include <QRadioButton>
 
 namespace kirrel::exchange {
+
+void skinExportForm(panel::FormBase* form) {
+    const panel::SkinSettings s = panel::readSkinSettings();
+    panel::colourBackground(form, panel::kPanelBackdrop);
+    for (QLabel* l : form->findChildren<QLabel*>()) {
+        if (qobject_cast<panel::PictureBox*>(l)) continue;
+        panel::colourControl(l, s.textboxFill, s.textboxText);
+        l->setStyleSheet(l->styleSheet() + " padding: 3px 6px;");
+    }
+    for (QComboBox* c : form->findChildren<QComboBox*>())
+        panel::colourControl(c, s.textboxFill, s.textboxText);
+    for (QAbstractButton* b : form->findChildren<QAbstractButton*>()) {
+        if (auto* push = qobject_cast<QPushButton*>(b)) {
+            panel::colourButton(push, s.buttonFill);
+            continue;
+        }
+        panel::colourControl(b, s.buttonFill, 0x000000);
+        b->setStyleSheet(b->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
+    }
+    panel::Draw_Pattern(form);
+}
 
 ButtonsBack::ButtonsBack(QPushButton* save, QPushButton* done) : save_(save), done_(done) {
     save_->setEnabled(false);
@@ -39,7 +63,7 @@ frmSave2MNG::frmSave2MNG() : FormBase("frmSave2MNG", "Export Animation to MNG (A
 }
 
 void frmSave2MNG::formLoad() {
-    panel::Draw_Pattern(this);
+    skinExportForm(this);
 }
 
 void frmSave2MNG::cmdSave_Click() {
@@ -73,7 +97,7 @@ frmSave2PNG::frmSave2PNG() : FormBase("frmSave2PNG", "Export to Transparent PNG"
 }
 
 void frmSave2PNG::formLoad() {
-    panel::Draw_Pattern(this);
+    skinExportForm(this);
 }
 
 MaskSource frmSave2PNG::chosenSource() const {

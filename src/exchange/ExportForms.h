@@ -10,6 +10,10 @@ class QRadioButton;
 
 namespace kirrel::exchange {
 
+// Gives an export form the look of the panel's other dialogs: captions and lists in the text boxes'
+// colours, check and option boxes and buttons on the button fill, the wallpaper tiled behind them.
+void skinExportForm(panel::FormBase* form);
+
 // Saves and Done are disabled while an export runs and come back afterwards, also after an error.
 class ButtonsBack {
   public:

@@ -55,7 +55,7 @@ QString frmSave2AnimGif::frameEntry(int frame, std::int32_t delay) {
 }
 
 void frmSave2AnimGif::formLoad() {
-    panel::Draw_Pattern(this);
+    skinExportForm(this);
     Fill_Frame_List();
 }
 

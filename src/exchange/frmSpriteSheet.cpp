@@ -1,5 +1,6 @@
 #include "exchange/frmSpriteSheet.h"
 
+#include "exchange/ExportForms.h"
 #include "exchange/SpriteSheet.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Skin.h"
@@ -36,7 +37,7 @@ frmSpriteSheet::frmSpriteSheet() : FormBase("frmSpriteSheet", "Kirrel-Anim To Sp
 }
 
 void frmSpriteSheet::formLoad() {
-    panel::Draw_Pattern(this);
+    skinExportForm(this);
     Frames = van().Van_GetTotalFrames();
     refreshLabels();
 }
