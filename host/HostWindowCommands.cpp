@@ -400,17 +400,21 @@ void HostWindow::gettingStarted() {
     box.setText(
         "<h3>Your first effect in a minute</h3>"
         "<p>The big view shows the <b>main buffer</b>: the current frame of the animation. The scrubber "
-        "below "
-        "it moves through the frames; <i>Space</i> plays them.</p>"
+        "below it moves through the frames; <i>Space</i> plays them.</p>"
         "<p>On the right, <b>Buffers</b> shows the <b>swap picture</b> (the second picture that transitions "
         "bring the animation into), the <b>alpha channel</b> and your two <b>paint colours</b>.</p>"
         "<ol><li>In the <b>Kirrel panel</b>, click <i>Transitions</i> and double-click <i>Wipes</i>.</li>"
         "<li>Keep <i>Swap</i> as the source, choose the frame range and press <i>Apply</i>.</li>"
         "<li>Scrub through the frames to watch the wipe; the dialog's <i>Undo</i> takes it back when you "
         "ticked <i>Save Undo</i>.</li></ol>"
+        "<p><b>Splicing:</b> the panel's <i>Tools ▸ Stored Animations Panel</i> keeps up to four animations "
+        "(<i>Save</i> stores the one on screen); <i>Utilities ▸ Combine with Stored</i> puts a stored one "
+        "before, after or inside the animation. A transition's source list offers the same slots "
+        "(<i>Stored Animation #1</i> to <i>#4</i>) beside the swap picture.</p>"
         "<p><b>File ▸ Open</b> reads an animated GIF, a folder of PNG frames, a .dat animation or a single "
-        "picture; <b>File ▸ Save Frames as PNG</b> writes the animation as numbered PNG files. "
-        "<b>F2</b> brings the Kirrel panel to the front.</p>");
+        "picture; <b>File ▸ Save Frames as PNG</b> writes the animation as numbered PNG files. The panel's "
+        "own <i>File ▸ Open AnimGif</i> and <i>File ▸ Save As AnimGif</i> read and write animated GIFs "
+        "through ImageMagick's <i>convert</i>. <b>F2</b> brings the Kirrel panel to the front.</p>");
     box.exec();
 }
 
