@@ -4,6 +4,7 @@
 
 #include "customfx/CfxSupport.h"
 #include "host/AnimationFiles.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,7 +19,7 @@ constexpr std::uint32_t kKeyA = 0x00FF00; // green marks the animation's own fra
 constexpr std::uint32_t kKeyB = 0xFF00FF; // magenta marks the swap picture
 constexpr std::uint32_t kBand = 0xFFFFFF;
 
-class CfxScript : public testing::Test {
+class CfxScript : public ScriptTest {
   protected:
     void SetUp() override {
         // The recipe: a wipe from the left, frame by frame, with a white band at its edge.
@@ -33,19 +34,6 @@ class CfxScript : public testing::Test {
         swap = patternPicture(79, 59, 150);
         host::writePictureDat(at("swap.dat"), swap);
     }
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    std::vector<host::Picture> frames(const QString& dump) const {
-        return host::readAnimationDat(at(dump + "/animation.dat")).frames;
-    }
-    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
-    }
     void build() {
         const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "recipe.dat",
             "primary": [0, 255, 0], "secondary": [255, 0, 255]},
@@ -59,7 +47,6 @@ class CfxScript : public testing::Test {
         ASSERT_EQ(r.exitCode, 0) << r.err;
     }
 
-    QTemporaryDir dir;
     std::vector<host::Picture> scenes;
     host::Picture swap;
 };
@@ -68,7 +55,7 @@ TEST_F(CfxScript, BuildApplyToAnotherSizeAndImportBack) {
     build();
     EXPECT_EQ(dialogTexts(state("built")).back(), "CFX Export Completed");
     EXPECT_EQ(QFileInfo(at("fx.cfx")).size(), 44 + 4 * 3 * 40 * 30);
-    EXPECT_TRUE(control(state("built"), "frmCFXBuilder", "cmd_Run")["enabled"].toBool());
+    EXPECT_TRUE(formControl(state("built"), "frmCFXBuilder", "cmd_Run")["enabled"].toBool());
 
     const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "scene.dat", "swap": "swap.dat",
         "primary": [1, 2, 3], "secondary": [4, 5, 6], "current_frame": 5},
@@ -89,9 +76,9 @@ TEST_F(CfxScript, BuildApplyToAnotherSizeAndImportBack) {
     EXPECT_NE(
         std::find(asked.begin(), asked.end(), "'Wipe Recipe'\n4 frames at 39 X 29\n\nApply to Animation?"),
         asked.end());
-    EXPECT_TRUE(control(played, "frmCFXPlayer", "cmd_Run")["enabled"].toBool());
+    EXPECT_TRUE(formControl(played, "frmCFXPlayer", "cmd_Run")["enabled"].toBool());
     EXPECT_TRUE(QFile::exists(at("tmp/AnimUndo.dat")));
-    const auto out = frames("played");
+    const auto out = dumped("played");
     ASSERT_EQ(out.size(), 6u);
     for (int f = 0; f < 4; ++f) {
         const host::Picture& p = out[static_cast<std::size_t>(f)];
@@ -110,7 +97,7 @@ TEST_F(CfxScript, BuildApplyToAnotherSizeAndImportBack) {
     EXPECT_EQ(imported["width"].toInt(), 39);
     EXPECT_EQ(imported["primary"].toArray()[1].toInt(), 255);
     EXPECT_EQ(imported["secondary"].toArray()[0].toInt(), 255);
-    EXPECT_EQ(frames("imported"), host::readAnimationDat(at("recipe.dat")).frames);
+    EXPECT_EQ(dumped("imported"), host::readAnimationDat(at("recipe.dat")).frames);
 }
 
 TEST_F(CfxScript, EveryWayOutOfThePlayerLeavesItUsableAndTheAnimationAlone) {
@@ -135,9 +122,9 @@ TEST_F(CfxScript, EveryWayOutOfThePlayerLeavesItUsableAndTheAnimationAlone) {
     const auto shown = dialogTexts(declined);
     EXPECT_EQ(std::count(shown.begin(), shown.end(), "Not a Type 1 CFX File: 2"), 1);
     for (const char* c : {"cmd_Run", "cmdCancel", "cmdUndo"})
-        EXPECT_TRUE(control(declined, "frmCFXPlayer", c)["enabled"].toBool()) << c;
+        EXPECT_TRUE(formControl(declined, "frmCFXPlayer", c)["enabled"].toBool()) << c;
     EXPECT_FALSE(QFile::exists(at("tmp/AnimUndo.dat")));
-    EXPECT_EQ(frames("declined"), scenes);
+    EXPECT_EQ(dumped("declined"), scenes);
 }
 
 TEST_F(CfxScript, ImportAsksFirstAndABuilderRefusesAStill) {
@@ -158,8 +145,8 @@ TEST_F(CfxScript, ImportAsksFirstAndABuilderRefusesAStill) {
     EXPECT_EQ(shown[0], "\nThis will overwrite the current buffer!\n\nProceed?");
     EXPECT_EQ(shown.back(), "Must have animation of 2 or more frames");
     EXPECT_EQ(still["width"].toInt(), 20);
-    EXPECT_TRUE(control(still, "frmCFXBuilder", "cmdCancel")["enabled"].toBool());
-    EXPECT_EQ(control(still, "frmCFXBuilder", "Label2")["text"].toString(), "CFX Title:");
+    EXPECT_TRUE(formControl(still, "frmCFXBuilder", "cmdCancel")["enabled"].toBool());
+    EXPECT_EQ(controlText(still, "frmCFXBuilder", "Label2"), "CFX Title:");
 }
 
 } // namespace

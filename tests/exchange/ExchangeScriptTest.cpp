@@ -2,7 +2,7 @@
 // what leaves the panel is checked with the converter's own identify, and what comes back in is
 // compared pixel by pixel. These run the converter, so they are few and their pictures small.
 
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,11 +54,7 @@ Animation readAnimation(const QString& path) {
     Animation a;
     a.bytes = readFile(path);
     if (a.bytes.size() < 6) return a;
-    auto n = [&](int i) {
-        return static_cast<int>(static_cast<unsigned char>(a.bytes[2 * i]) |
-                                (static_cast<unsigned char>(a.bytes[2 * i + 1]) << 8));
-    };
-    a.frames = n(0), a.w = n(1), a.h = n(2);
+    a.frames = int16At(a.bytes, 0), a.w = int16At(a.bytes, 2), a.h = int16At(a.bytes, 4);
     return a;
 }
 

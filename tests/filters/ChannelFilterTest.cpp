@@ -301,7 +301,7 @@ TEST_P(OneFrameRange, IsReportedAndTheDialogStaysUsable) {
 
 INSTANTIATE_TEST_SUITE_P(Filters, OneFrameRange,
                          testing::Values(OneFrame{"frmSketchSoft", true}, OneFrame{"frmSketchHard", false},
-                                         OneFrame{"frmChannelThreshold", false}));
+                                         OneFrame{"frmChannelThreshold", false}, OneFrame{"frmToon", false}));
 
 } // namespace
 } // namespace kirrel::test

@@ -2,7 +2,7 @@
 // changed, the frame lists pulling each other along, the order of an Apply, and the offer to make an
 // animation for a range when there is none.
 
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,24 +15,11 @@
 namespace kirrel::test {
 namespace {
 
-class FilterDialogScript : public testing::Test {
+class FilterDialogScript : public ScriptTest {
   protected:
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const {
-        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
-            .object();
-    }
     static QJsonObject control(const QJsonObject& state, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == "frmToon")
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
+        return formControl(state, "frmToon", name);
     }
-    static std::vector<std::string> texts(const QJsonObject& state) { return dialogTexts(state); }
-    std::vector<std::string> traceLines() const { return traceFileLines(at("trace.txt")); }
-    QTemporaryDir dir;
 };
 
 bool startsWith(const std::string& line, const std::string& call) {
@@ -77,7 +64,7 @@ TEST_F(FilterDialogScript, SizeChangeIsRefusedOnceThenTheRunKeepsItsOrder) {
     EXPECT_EQ(control(pulled, "cboFrameEnd")["text"].toString(), "3");
 
     const QJsonObject resized = state("resized");
-    EXPECT_EQ(texts(resized).back(), "Animation Size Changed. Settings updated.");
+    EXPECT_EQ(dialogTexts(resized).back(), "Animation Size Changed. Settings updated.");
     EXPECT_EQ(control(resized, "cboFrameStart")["items"].toArray().size(), 7);
     EXPECT_EQ(control(resized, "cboFrameEnd")["text"].toString(), "6");
 
@@ -108,7 +95,7 @@ TEST_F(FilterDialogScript, ARangeWithoutAnimationOffersToMakeOne) {
         {"dump": "made"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject made = state("made");
-    const auto shown = texts(made);
+    const auto shown = dialogTexts(made);
     ASSERT_FALSE(shown.empty());
     EXPECT_EQ(shown.front(), "No Animation in memory!\n\n\nWould you like to create an animation now?");
     EXPECT_EQ(control(made, "cboFrameEnd")["text"].toString(), "3");

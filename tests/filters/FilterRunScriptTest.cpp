@@ -3,7 +3,7 @@
 // frame the user stood on, and a screenshot of the dialog taken at the end.
 
 #include "host/AnimationFiles.h"
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +24,7 @@ void PrintTo(const ScriptCase& c, std::ostream* os) {
     *os << c.form;
 }
 
-class FilterRunScript : public testing::TestWithParam<ScriptCase> {
+class FilterRunScript : public ScriptTest, public testing::WithParamInterface<ScriptCase> {
   protected:
     void SetUp() override {
         QDir().mkpath(at("frames"));
@@ -37,14 +37,9 @@ class FilterRunScript : public testing::TestWithParam<ScriptCase> {
             ASSERT_TRUE(image.save(at(QString("frames/%1.png").arg(f, 4, 10, QChar('0')))));
         }
     }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    std::vector<host::Picture> framesIn(const QString& dump) const {
-        return host::readAnimationFile(at(dump + "/animation.dat")).frames;
-    }
     int currentFrameIn(const QString& dump) const {
         return readJsonObject(at(dump + "/state.json"))["current_frame"].toInt(-1);
     }
-    QTemporaryDir dir;
 };
 
 TEST_P(FilterRunScript, RunsOnTheFrameShownAndOnARange) {
@@ -70,8 +65,8 @@ TEST_P(FilterRunScript, RunsOnTheFrameShownAndOnARange) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     const auto original = host::readAnimationFile(at("frames")).frames;
-    const auto one = framesIn("one");
-    const auto range = framesIn("range");
+    const auto one = dumped("one");
+    const auto range = dumped("range");
     ASSERT_EQ(original.size(), 4u);
     ASSERT_EQ(one.size(), 4u);
     ASSERT_EQ(range.size(), 4u);

@@ -22,17 +22,9 @@ int expectedFlicker(int colour, int strength, int old) {
     return roundHundredths(colour * strength + (100 - strength) * old);
 }
 
-TEST(FlickerPixels, WorkedExamplesAtStrengthTen) {
-    krl::Triple t(2, 2);
-    t.r.at(0, 0) = 0; // 25.5 goes to the even 26
-    t.r.at(1, 0) = 1; // 26.4 goes down to 26
-    generators::flickerPlanes(t.r, t.g, t.b, KeyColour{255, 255, 255}, 10, 2, 2);
-    EXPECT_EQ(t.r.at(0, 0), 26);
-    EXPECT_EQ(t.r.at(1, 0), 26);
-}
-
 class FlickerEveryValue : public testing::TestWithParam<int> {};
 
+// At strength 10 an old 0 gives 25.5, rounded to the even 26, and an old 1 gives 26.4, rounded down.
 TEST_P(FlickerEveryValue, MatchesTheIntegerRoundingAndLeavesTheLastColumnAndRow) {
     const int strength = GetParam();
     const KeyColour colour{255, 37, 0};

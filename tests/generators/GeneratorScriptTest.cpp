@@ -4,6 +4,7 @@
 
 #include "host/AnimationFiles.h"
 #include "stored/StoredSupport.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr const char* kTooShort = "Need at least 3 frames selected!";
 
-class GeneratorScript : public testing::Test {
+class GeneratorScript : public ScriptTest {
   protected:
     void SetUp() override {
         pictures = patternFrames(6, 12, 8, 3);
@@ -33,21 +34,8 @@ class GeneratorScript : public testing::Test {
                              R"(, "primary": [255, 0, 0], "secondary": [0, 0, 255]}, "steps": [)" + steps +
                              "]}");
     }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    std::vector<host::Picture> frames(const QString& dump) const {
-        return host::readAnimationDat(at(dump + "/animation.dat")).frames;
-    }
-    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
-    }
     bool undoSaved() const { return QFile::exists(at("tmp/AnimUndo.dat")); }
 
-    QTemporaryDir dir;
     std::vector<host::Picture> pictures;
 };
 
@@ -66,14 +54,14 @@ TEST_F(GeneratorScript, NoiseSavesTheUndoEvenForARefusedRange) {
         {"dump": "ran"},
         {"close": "frmTVSnow"})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(control(state("opened"), "frmTVSnow", "Label2")["text"].toString(), "10% Strength");
+    EXPECT_EQ(controlText(state("opened"), "frmTVSnow", "Label2"), "10% Strength");
     const QJsonObject refused = state("refused");
-    EXPECT_EQ(control(refused, "frmTVSnow", "Label2")["text"].toString(), "35% Strength");
+    EXPECT_EQ(controlText(refused, "frmTVSnow", "Label2"), "35% Strength");
     EXPECT_EQ(dialogTexts(refused).back(), kTooShort);
     EXPECT_TRUE(undoSaved());
-    EXPECT_EQ(frames("refused"), pictures);
+    EXPECT_EQ(dumped("refused"), pictures);
 
-    const auto ran = frames("ran");
+    const auto ran = dumped("ran");
     for (int f = 1; f <= 4; ++f)
         EXPECT_NE(ran[static_cast<std::size_t>(f)], pictures[static_cast<std::size_t>(f)]) << f;
     EXPECT_EQ(ran[0], pictures[0]);
@@ -88,7 +76,7 @@ TEST_F(GeneratorScript, FlickerOverTheWholeAnimationEndsWhereTheUserStood) {
         {"dump": "ran"})JS",
                             4);
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto ran = frames("ran");
+    const auto ran = dumped("ran");
     for (int f = 0; f < 6; ++f) {
         const bool primary = f % 4 < 2;
         const host::Picture& p = ran[static_cast<std::size_t>(f)];
@@ -118,7 +106,7 @@ TEST_F(GeneratorScript, ThresholdAndVerticalHoldRefuseBeforeSaving) {
     EXPECT_EQ(dialogTexts(state("refused")).back(), kTooShort);
     EXPECT_EQ(dialogTexts(state("refused2")).back(), kTooShort);
     EXPECT_FALSE(undoSaved());
-    EXPECT_EQ(frames("refused2"), pictures);
+    EXPECT_EQ(dumped("refused2"), pictures);
 }
 
 TEST_F(GeneratorScript, ThresholdVerticalHoldAndFocusRun) {
@@ -143,16 +131,16 @@ TEST_F(GeneratorScript, ThresholdVerticalHoldAndFocusRun) {
         {"click": "cmd_Run"},
         {"dump": "focus"})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto threshold = frames("threshold");
+    const auto threshold = dumped("threshold");
     // Level 0 at Start: white; level 255 at End: only pure white stays, which the pattern hasn't.
     EXPECT_EQ(threshold[0].g.at(5, 5), 255);
     EXPECT_EQ(threshold[2].g.at(5, 5), 0);
     EXPECT_EQ(threshold[3], pictures[3]);
-    const auto hold = frames("hold");
+    const auto hold = dumped("hold");
     EXPECT_EQ(hold[3], pictures[3]);
     EXPECT_EQ(hold[5].r.at(4, 0), 0);
     EXPECT_EQ(hold[5].r.at(4, 8), 0);
-    const auto focus = frames("focus");
+    const auto focus = dumped("focus");
     for (int f = 0; f < 6; ++f)
         EXPECT_NE(focus[static_cast<std::size_t>(f)], hold[static_cast<std::size_t>(f)]) << f;
     EXPECT_TRUE(undoSaved());
@@ -182,23 +170,21 @@ TEST_F(GeneratorScript, SwapRefusesOneFrameTwiceThenSwapsAndCopyCopies) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(dialogTexts(state("same")).back(), "Please Select Two Different Frames");
     const QJsonObject chosen = state("chosen");
-    EXPECT_EQ(control(chosen, "frmFrameSwap", "lblFrameSelected(0)")["text"].toString(), "Frame 1");
-    EXPECT_EQ(control(chosen, "frmFrameSwap", "lblFrameSelected(1)")["text"].toString(), "Frame 4");
-    EXPECT_EQ(control(chosen, "frmFrameSwap", "Label2")["text"].toString(), "<----->");
-    const auto swapped = frames("swapped");
+    EXPECT_EQ(controlText(chosen, "frmFrameSwap", "lblFrameSelected(0)"), "Frame 1");
+    EXPECT_EQ(controlText(chosen, "frmFrameSwap", "lblFrameSelected(1)"), "Frame 4");
+    EXPECT_EQ(controlText(chosen, "frmFrameSwap", "Label2"), "<----->");
+    const auto swapped = dumped("swapped");
     EXPECT_EQ(swapped[1], pictures[4]);
     EXPECT_EQ(swapped[4], pictures[1]);
     EXPECT_EQ(state("swapped")["current_frame"].toInt(), 4);
 
     const QJsonObject copiedState = state("copied");
-    EXPECT_EQ(control(copiedState, "frmFrameCopy", "lblFrameSelected(0)")["text"].toString(),
-              "Source Frame: 0");
-    EXPECT_EQ(control(copiedState, "frmFrameCopy", "lblFrameSelected(1)")["text"].toString(),
-              "Destination Frame: 5");
+    EXPECT_EQ(controlText(copiedState, "frmFrameCopy", "lblFrameSelected(0)"), "Source Frame: 0");
+    EXPECT_EQ(controlText(copiedState, "frmFrameCopy", "lblFrameSelected(1)"), "Destination Frame: 5");
     // The copier takes one frame over itself without a word.
     const auto shown = dialogTexts(copiedState);
     EXPECT_EQ(std::count(shown.begin(), shown.end(), "Please Select Two Different Frames"), 1);
-    const auto copied = frames("copied");
+    const auto copied = dumped("copied");
     EXPECT_EQ(copied[5], pictures[0]);
     EXPECT_EQ(copied[0], pictures[0]);
     EXPECT_EQ(copied[4], pictures[1]);
@@ -215,8 +201,8 @@ TEST_F(GeneratorScript, FrameToolsNoticeAChangedFrameCount) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject changed = state("changed");
     EXPECT_EQ(dialogTexts(changed).back(), "Animation Size Changed. Settings updated.");
-    EXPECT_EQ(control(changed, "frmFrameCopy", "lblFrameSelected(0)")["text"].toString(), "Source Frame: 0");
-    EXPECT_EQ(frames("changed").size(), 7u);
+    EXPECT_EQ(controlText(changed, "frmFrameCopy", "lblFrameSelected(0)"), "Source Frame: 0");
+    EXPECT_EQ(dumped("changed").size(), 7u);
 }
 
 TEST_F(GeneratorScript, PingPongAppendsTheReverseAndReturnsToTheFrame) {
@@ -226,7 +212,7 @@ TEST_F(GeneratorScript, PingPongAppendsTheReverseAndReturnsToTheFrame) {
         {"dump": "pingpong"})JS",
                             3);
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto out = frames("pingpong");
+    const auto out = dumped("pingpong");
     ASSERT_EQ(out.size(), 12u);
     for (std::size_t f = 0; f < 6; ++f) {
         EXPECT_EQ(out[f], pictures[f]) << f;

@@ -5,6 +5,7 @@
 #include "host/AnimationFiles.h"
 #include "masks/MaskSupport.h"
 #include "pixel/Mixing.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,22 +18,7 @@
 namespace kirrel::test {
 namespace {
 
-class MaskScript : public testing::Test {
-  protected:
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    static QString text(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject()["text"].toString();
-        return "<none>";
-    }
-    std::vector<host::Picture> dumped(const QString& dump) const {
-        return host::readAnimationDat(at(dump + "/animation.dat")).frames;
-    }
-    QTemporaryDir dir;
-};
+using MaskScript = ScriptTest;
 
 constexpr int kW = 8, kH = 6;
 
@@ -114,7 +100,7 @@ TEST_F(MaskScript, EveryMaskToolRunsFromTheCatalogue) {
     EXPECT_EQ(std::vector<std::string>(all.end() - 3, all.end()),
               (std::vector<std::string>{"File not found!\nPlease Load an Animated Mask to Proceed",
                                         "Select Animated Alpha Mask", "Please select more than one frame."}));
-    EXPECT_EQ(text(masked, "frmAnimMask", "Label5"), "8 X 6 at 3 Frames");
+    EXPECT_EQ(controlText(masked, "frmAnimMask", "Label5"), "8 X 6 at 3 Frames");
     const auto result = dumped("masked");
     for (int f = 0; f < 3; ++f) {
         host::Picture light = mixed[f];

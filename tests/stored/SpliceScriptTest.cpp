@@ -3,6 +3,7 @@
 
 #include "host/AnimationFiles.h"
 #include "stored/StoredSupport.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,15 +15,7 @@
 namespace kirrel::test {
 namespace {
 
-class SpliceScript : public testing::Test {
-  protected:
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    std::vector<host::Picture> dumped(const QString& dump) const {
-        return host::readAnimationDat(at(dump + "/animation.dat")).frames;
-    }
-    QTemporaryDir dir;
-};
+using SpliceScript = ScriptTest;
 
 TEST_F(SpliceScript, CombineCompositeAndAttachRunFromTheCatalogue) {
     host::Animation anim;

@@ -6,6 +6,7 @@
 #include "pixel/Mixing.h"
 #include "stored/SlotFiles.h"
 #include "stored/StoredSupport.h"
+#include "support/Fixtures.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -166,9 +167,7 @@ host::Picture joinedByHand(const host::Picture& first, const host::Picture& seco
             const host::Picture& from = (sx >= 0 && sy >= 0) ? second : first;
             const int fx = (sx >= 0 && sy >= 0) ? sx : x;
             const int fy = (sx >= 0 && sy >= 0) ? sy : y;
-            out.r.at(x, y) = from.r.at(fx, fy);
-            out.g.at(x, y) = from.g.at(fx, fy);
-            out.b.at(x, y) = from.b.at(fx, fy);
+            copyPixel(out, x, y, from, fx, fy);
         }
     return out;
 }

@@ -3,6 +3,7 @@
 
 #include "host/AnimationFiles.h"
 #include "stored/StoredSupport.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,15 +16,9 @@
 namespace kirrel::test {
 namespace {
 
-class StoredScript : public testing::Test {
+class StoredScript : public ScriptTest {
   protected:
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
     bool exists(const QString& rel) const { return QFile::exists(at(rel)); }
-    QJsonObject state(const QString& dump) const {
-        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
-            .object();
-    }
     static QJsonObject form(const QJsonObject& state, const QString& name) {
         for (const auto& f : state["forms"].toArray())
             if (f.toObject()["name"].toString() == name) return f.toObject();
@@ -45,7 +40,6 @@ class StoredScript : public testing::Test {
         }
         return out;
     }
-    QTemporaryDir dir;
 };
 
 constexpr const char* kOverwriteSlot =

@@ -1,6 +1,6 @@
 // The transition dialogs as a user meets them, through session scripts of the kirrel executable: the
-// refusals, the order of an Apply, the lists for a stored source, and every variant of the eight
-// dialogs in all four shapes.
+// refusals, the order of an Apply, the lists for a stored source, and every variant of the wipe, fade,
+// moving, pattern, stripe and block dialogs in all four shapes.
 
 #include "support/Support.h"
 #include "transitions/EveryShapeScript.h"
@@ -17,37 +17,7 @@
 namespace kirrel::test {
 namespace {
 
-class DialogScript : public testing::Test {
-  protected:
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const {
-        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
-            .object();
-    }
-    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
-    }
-    static QStringList items(const QJsonObject& control) {
-        QStringList out;
-        for (const auto& i : control["items"].toArray())
-            out << i.toString();
-        return out;
-    }
-    static std::vector<std::string> messages(const QJsonObject& state) { return dialogTexts(state); }
-    std::vector<std::string> traceLines() const { return traceFileLines(at("trace.txt")); }
-    // A slot file of n flat frames (bounds w, h) in the script's temporary folder.
-    void writeSlot(int slot, int n, int w, int h) {
-        std::string bytes = int16le({n, w, h});
-        bytes.append(static_cast<std::size_t>(n) * 3 * (w + 1) * (h + 1), '\x40');
-        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
-    }
-    QTemporaryDir dir;
-};
+using DialogScript = ScriptTest;
 
 TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
     const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
@@ -71,22 +41,21 @@ TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     const QJsonObject shortRange = state("short");
-    EXPECT_EQ(messages(shortRange), (std::vector<std::string>{"Need at least 3 frames selected!"}));
+    EXPECT_EQ(dialogTexts(shortRange), (std::vector<std::string>{"Need at least 3 frames selected!"}));
     EXPECT_FALSE(shortRange["locked"].toBool());
 
     // Start above End: the list just left wins.
-    EXPECT_EQ(control(state("pulledDown"), "frmWipes", "cboFrameStart")["index"].toInt(), 1);
-    EXPECT_EQ(control(state("pulledUp"), "frmWipes", "cboFrameEnd")["index"].toInt(), 2);
+    EXPECT_EQ(formControl(state("pulledDown"), "frmWipes", "cboFrameStart")["index"].toInt(), 1);
+    EXPECT_EQ(formControl(state("pulledUp"), "frmWipes", "cboFrameEnd")["index"].toInt(), 2);
 
     const QJsonObject resized = state("resized");
-    EXPECT_EQ(messages(resized).back(), "Animation Size Changed. Settings updated.");
-    EXPECT_EQ(items(control(resized, "frmWipes", "cboFrameEnd")).size(), 7)
-        << "the lists follow the new count";
+    EXPECT_EQ(dialogTexts(resized).back(), "Animation Size Changed. Settings updated.");
+    EXPECT_EQ(listItems(resized, "frmWipes", "cboFrameEnd").size(), 7) << "the lists follow the new count";
 
     const QJsonObject empty = state("empty");
-    EXPECT_EQ(control(empty, "frmWipes", "lblStoredDesc")["text"].toString(), "This Slot Is Empty!");
-    EXPECT_TRUE(control(empty, "frmWipes", "lblStoredDesc")["visible"].toBool());
-    EXPECT_EQ(messages(empty).back(), "Slot Empty");
+    EXPECT_EQ(controlText(empty, "frmWipes", "lblStoredDesc"), "This Slot Is Empty!");
+    EXPECT_TRUE(formControl(empty, "frmWipes", "lblStoredDesc")["visible"].toBool());
+    EXPECT_EQ(dialogTexts(empty).back(), "Slot Empty");
     const auto trace = traceLines();
     EXPECT_TRUE(
         std::none_of(trace.begin(), trace.end(), [](const std::string& l) { return l == "Van_Lock()"; }));
@@ -101,11 +70,11 @@ TEST_F(DialogScript, MovingPicturesTakeTwoSourcesAndReportAnEmptySlotWithAFullSt
         {"dump": "empty"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject empty = state("empty");
-    EXPECT_EQ(messages(empty).back(), "Slot Empty.");
-    EXPECT_EQ(items(control(empty, "frmPushes", "cboTransitions")),
+    EXPECT_EQ(dialogTexts(empty).back(), "Slot Empty.");
+    EXPECT_EQ(listItems(empty, "frmPushes", "cboTransitions"),
               (QStringList{"Swap", "Primary Color", "Stored Animation #1", "Stored Animation #2",
                            "Stored Animation #3", "Stored Animation #4"}));
-    EXPECT_EQ(items(control(empty, "frmPushes", "cboPushOptions")),
+    EXPECT_EQ(listItems(empty, "frmPushes", "cboPushOptions"),
               (QStringList{"Push To Left", "Push To Right", "Push Up", "Push Down"}));
 }
 
@@ -123,7 +92,7 @@ TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
     EXPECT_TRUE(QFile::exists(at("tmp/AnimUndo.dat"))) << "Save Undo saves before the run";
     const QJsonObject after = state("after");
     EXPECT_EQ(after["current_frame"].toInt(), 4);
-    EXPECT_TRUE(messages(after).empty());
+    EXPECT_TRUE(dialogTexts(after).empty());
 
     auto trace = traceLines();
     // The Apply's own stop (opening the dialog from the panel stops the playback as well).
@@ -159,22 +128,22 @@ TEST_F(DialogScript, StoredListsOfferOnlyWhereASpliceCanRun) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     const QJsonObject toward = state("toward");
-    EXPECT_EQ(control(toward, "frmFades", "lblStoredDesc")["text"].toString(), "8 Frames, 30X20");
+    EXPECT_EQ(controlText(toward, "frmFades", "lblStoredDesc"), "8 Frames, 30X20");
     // N 6 below S 8: every Start from 0 up to N - 3.
-    EXPECT_EQ(items(control(toward, "frmFades", "cboFrameStart")), (QStringList{"0", "1", "2", "3"}));
-    EXPECT_TRUE(control(toward, "frmFades", "cboFrameStart")["visible"].toBool());
-    EXPECT_FALSE(control(toward, "frmFades", "cboFrameEnd")["visible"].toBool());
+    EXPECT_EQ(listItems(toward, "frmFades", "cboFrameStart"), (QStringList{"0", "1", "2", "3"}));
+    EXPECT_TRUE(formControl(toward, "frmFades", "cboFrameStart")["visible"].toBool());
+    EXPECT_FALSE(formControl(toward, "frmFades", "cboFrameEnd")["visible"].toBool());
 
     const QJsonObject back = state("back");
-    EXPECT_EQ(control(back, "frmFades", "lblToggle")["text"].toString(), "<-----------");
+    EXPECT_EQ(controlText(back, "frmFades", "lblToggle"), "<-----------");
     // Every End from 2 up to min(N, S) - 1.
-    EXPECT_EQ(items(control(back, "frmFades", "cboFrameEnd")), (QStringList{"2", "3", "4", "5"}));
-    EXPECT_FALSE(control(back, "frmFades", "cboFrameStart")["visible"].toBool());
+    EXPECT_EQ(listItems(back, "frmFades", "cboFrameEnd"), (QStringList{"2", "3", "4", "5"}));
+    EXPECT_FALSE(formControl(back, "frmFades", "cboFrameStart")["visible"].toBool());
 
     // End 2: the overlap is 3 frames, and 5 stored frames go in front.
     EXPECT_EQ(state("spliced")["total_frames"].toInt(), 11);
-    EXPECT_TRUE(messages(state("spliced")).empty());
-    EXPECT_EQ(messages(state("told")),
+    EXPECT_TRUE(dialogTexts(state("spliced")).empty());
+    EXPECT_EQ(dialogTexts(state("told")),
               (std::vector<std::string>{"Animation Size Changed. Settings updated."}));
     EXPECT_EQ(state("told")["total_frames"].toInt(), 11)
         << "the Apply that tells of the new length runs nothing";
@@ -191,8 +160,8 @@ TEST_F(DialogScript, StoredListsStayEmptyWhenTheSlotIsTooShort) {
         {"dump": "refused"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject refused = state("refused");
-    EXPECT_TRUE(items(control(refused, "frmDissolves", "cboFrameEnd")).isEmpty());
-    EXPECT_EQ(messages(refused), (std::vector<std::string>{"Slot Empty"}));
+    EXPECT_TRUE(listItems(refused, "frmDissolves", "cboFrameEnd").isEmpty());
+    EXPECT_EQ(dialogTexts(refused), (std::vector<std::string>{"Slot Empty"}));
     EXPECT_EQ(refused["total_frames"].toInt(), 6);
 }
 
@@ -210,50 +179,190 @@ TEST_F(DialogScript, WithoutAnAnimationApplyOffersToMakeOne) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject made = state("made");
     EXPECT_EQ(made["total_frames"].toInt(), 30) << "the default text \" 30\" reads as 30";
-    EXPECT_EQ(items(control(made, "frmFades", "cboFrameEnd")).size(), 30);
+    EXPECT_EQ(listItems(made, "frmFades", "cboFrameEnd").size(), 30);
 }
 
 // Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored.
-struct DialogCase {
+struct ShapeCase {
     const char* plugin;
     const char* form;
-    const char* sourceList;
-    int variants; // 0: no variant list
     const char* caption;
-    int sources;
-    const char* variantList = "cboTransitions";
+    const char* sourceList;
+    int sources;                // entries of the source list, the last "Stored Animation #4"
+    const char* variantControl; // a list, option buttons with %1, or "" for none
+    int variants;
+    const char* variantItems = ""; // the variant list's exact entries, separated by '|'
+    QStringList absent = {};       // controls the dialog must not have
+    QStringList plainSources = {"Swap"};
 };
 
-class EveryVariant : public DialogScript, public testing::WithParamInterface<DialogCase> {};
+const QStringList kPatternSources =
+    QString(
+        "Swap|Primary Color|GreyScale|Negative|Red Channel|Green Channel|Blue Channel|Red & Blue Channels|"
+        "Red & Green Channels|Green & Blue Channels|Stored Animation #1|Stored Animation #2|"
+        "Stored Animation #3|Stored Animation #4")
+        .split('|');
+const QStringList kTwoPlain = {"Swap", "Primary Color"};
+
+class EveryVariant : public DialogScript, public testing::WithParamInterface<ShapeCase> {};
 
 TEST_P(EveryVariant, RunsInAllFourShapes) {
-    const DialogCase& c = GetParam();
-    const EveryShapeRun r = playEveryShape(
-        dir.path(),
-        {c.plugin, c.form, c.variants ? c.variantList : "", std::max(c.variants, 1), {"Swap"}, c.sourceList});
+    const ShapeCase& c = GetParam();
+    const EveryShapeRun r =
+        playEveryShape(dir.path(), {c.plugin, c.form, c.variantControl, std::max(c.variants, 1),
+                                    c.plainSources, c.sourceList});
     expectEveryShapeRan(r);
     EXPECT_EQ(formCaption(r.end, c.form), c.caption);
     const QStringList sources = listItems(r.end, c.form, c.sourceList);
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");
-    EXPECT_EQ(formControl(r.end, c.form, c.variantList).isEmpty(), c.variants == 0);
-    EXPECT_EQ(formControl(r.end, c.form, "Label2").isEmpty(), c.variants == 0);
+    if (std::string(c.sourceList) == "cboTransitions" && c.sources == 14) {
+        EXPECT_EQ(sources, kPatternSources);
+    }
+    if (*c.variantItems) {
+        EXPECT_EQ(listItems(r.end, c.form, c.variantControl), QString(c.variantItems).split('|'));
+    }
+    for (const QString& control : c.absent)
+        EXPECT_TRUE(formControl(r.end, c.form, control).isEmpty()) << control.toStdString();
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Dialogs, EveryVariant,
     testing::Values(
-        DialogCase{"Wipes", "frmWipes", "cboWipeOptions", 4, "Kirrel-Wipes", 14},
-        DialogCase{"Alpha Wipes", "frmAlphaWipes", "cboWipeOptions", 4,
-                   "Kirrel-Alpha Wipes (Requires Alpha Channel)", 14},
-        DialogCase{"Fades", "frmFades", "cboFadeOptions", 0, "Kirrel-Fades", 17},
-        DialogCase{"Alpha Fades", "frmAlphaFades", "cboFadeOptions", 0, "Kirrel-Alpha Fades", 17},
-        DialogCase{"Dissolves", "frmDissolves", "cboDissolveOptions", 0, "Kirrel - Dissolves", 14},
-        DialogCase{"Pushes", "frmPushes", "cboTransitions", 4, "Kirrel-Pushes", 6, "cboPushOptions"},
-        DialogCase{"Slides", "frmSlides", "cboTransitions", 8, "Kirrel-Slides", 6, "cboSlideOptions"},
-        DialogCase{"Alpha Slides", "frmAlphaSlides", "cboTransitions", 8, "Kirrel-Alpha Slides", 6,
-                   "cboSlideOptions"}),
-    [](const testing::TestParamInfo<DialogCase>& i) { return std::string(i.param.form); });
+        ShapeCase{"Wipes", "frmWipes", "Kirrel-Wipes", "cboWipeOptions", 14, "cboTransitions", 4},
+        ShapeCase{"Alpha Wipes", "frmAlphaWipes", "Kirrel-Alpha Wipes (Requires Alpha Channel)",
+                  "cboWipeOptions", 14, "cboTransitions", 4},
+        ShapeCase{"Fades",
+                  "frmFades",
+                  "Kirrel-Fades",
+                  "cboFadeOptions",
+                  17,
+                  "",
+                  0,
+                  "",
+                  {"cboTransitions", "Label2"}},
+        ShapeCase{"Alpha Fades",
+                  "frmAlphaFades",
+                  "Kirrel-Alpha Fades",
+                  "cboFadeOptions",
+                  17,
+                  "",
+                  0,
+                  "",
+                  {"cboTransitions", "Label2"}},
+        ShapeCase{"Dissolves",
+                  "frmDissolves",
+                  "Kirrel - Dissolves",
+                  "cboDissolveOptions",
+                  14,
+                  "",
+                  0,
+                  "",
+                  {"cboTransitions", "Label2"}},
+        ShapeCase{"Pushes", "frmPushes", "Kirrel-Pushes", "cboTransitions", 6, "cboPushOptions", 4},
+        ShapeCase{"Slides", "frmSlides", "Kirrel-Slides", "cboTransitions", 6, "cboSlideOptions", 8},
+        ShapeCase{"Alpha Slides", "frmAlphaSlides", "Kirrel-Alpha Slides", "cboTransitions", 6,
+                  "cboSlideOptions", 8},
+        // The pattern dialogs: only the circles show a preview.
+        ShapeCase{"Blinds",
+                  "frmBlinds",
+                  "Kirrel-Blinds",
+                  "cboTransitions",
+                  14,
+                  "cboBlindsOptions",
+                  2,
+                  "Horizontal Blinds|Vertical Blinds",
+                  {"PreviewBox"}},
+        ShapeCase{"Diamonds",
+                  "frmDiamonds",
+                  "Kirrel - Diamonds",
+                  "cboTransitions",
+                  14,
+                  "cboDiamondsOptions",
+                  2,
+                  "Diamond Open|Diamond Close",
+                  {"PreviewBox"}},
+        ShapeCase{"Iris",
+                  "frmIris",
+                  "Kirrel - Iris Transitions",
+                  "cboTransitions",
+                  14,
+                  "cboIrisOptions",
+                  2,
+                  "Iris Open|Iris Close",
+                  {"PreviewBox"}},
+        ShapeCase{"Lines",
+                  "frmLines",
+                  "Kirrel - Lines",
+                  "cboTransitions",
+                  14,
+                  "cboLineOptions",
+                  4,
+                  "Lines to Left|Lines to Right|Lines Up|Lines Down",
+                  {"PreviewBox"}},
+        ShapeCase{"X Transition",
+                  "frmX",
+                  "Kirrel - X Transitons",
+                  "cboTransitions",
+                  14,
+                  "cboXOptions",
+                  2,
+                  "X Open|X Close",
+                  {"PreviewBox"}},
+        ShapeCase{"Circles", "frmCircles", "Kirrel - Circle Transition", "cboTransitions", 14,
+                  "cboCircleOptions", 2, "Circle Open|Circle Close"},
+        // The stripes and blocks: option buttons, or none.
+        ShapeCase{"Stripes/Weaves",
+                  "frmStripes",
+                  "Kirrel-Stripes/Weaves",
+                  "cboStripeOptions",
+                  14,
+                  "optDirection(%1)",
+                  3,
+                  "",
+                  {"optDirection(3)", "cboTransitions"},
+                  kTwoPlain},
+        ShapeCase{"Push Stripes",
+                  "frmPushStripes",
+                  "Kirrel-Push Stripes",
+                  "cboStripeOptions",
+                  14,
+                  "optDirection(%1)",
+                  2,
+                  "",
+                  {"optDirection(2)", "cboTransitions"},
+                  kTwoPlain},
+        ShapeCase{"Slide Stripes",
+                  "frmSlideStripes",
+                  "Kirrel-Slide Stripes",
+                  "cboStripeOptions",
+                  14,
+                  "optDirection(%1)",
+                  2,
+                  "",
+                  {"optDirection(2)", "cboTransitions"},
+                  kTwoPlain},
+        ShapeCase{"Threshold Mask",
+                  "frmThresholdMask",
+                  "Kirrel-Threshold Mask Transition",
+                  "cboThreshold",
+                  6,
+                  "",
+                  0,
+                  "",
+                  {"optDirection(0)", "cboTransitions"},
+                  kTwoPlain},
+        ShapeCase{"Block Out",
+                  "frmBlocks",
+                  "Kirrel-Block Out",
+                  "cboBlockOptions",
+                  6,
+                  "",
+                  0,
+                  "",
+                  {"optDirection(0)", "cboTransitions"},
+                  kTwoPlain}),
+    [](const testing::TestParamInfo<ShapeCase>& i) { return std::string(i.param.form); });
 
 } // namespace
 } // namespace kirrel::test

@@ -20,9 +20,7 @@ const QJsonObject kApply{{"click", "cmd_Run"}};
 EveryShapeRun playEveryShape(const QString& dir, const EveryShapeDialog& d, int slotW, int slotH,
                              const QJsonArray& firstSteps) {
     constexpr int kSlotFrames = 6;
-    std::string slot = int16le({kSlotFrames, slotW, slotH});
-    slot.append(static_cast<std::size_t>(kSlotFrames) * 3 * (slotW + 1) * (slotH + 1), '\x40');
-    writeFile(QDir(dir).filePath("tmp/AnimSlot 0.dat"), slot);
+    writeFile(QDir(dir).filePath("tmp/AnimSlot 0.dat"), flatSlotBytes(kSlotFrames, slotW, slotH));
 
     EveryShapeRun r;
     QJsonArray steps{QJsonObject{{"open", d.plugin}}};
@@ -68,24 +66,6 @@ void expectEveryShapeRan(const EveryShapeRun& r, int otherBoxes) {
     EXPECT_EQ(texts.size(), static_cast<std::size_t>(r.expectedTold + otherBoxes))
         << "no refusal and no error";
     EXPECT_FALSE(r.end["locked"].toBool());
-}
-
-QString formCaption(const QJsonObject& state, const QString& form) {
-    for (const auto& f : state["forms"].toArray())
-        if (f.toObject()["name"].toString() == form) return f.toObject()["caption"].toString();
-    return {};
-}
-
-QJsonObject formControl(const QJsonObject& state, const QString& form, const QString& control) {
-    for (const auto& f : state["forms"].toArray())
-        if (f.toObject()["name"].toString() == form)
-            for (const auto& c : f.toObject()["controls"].toArray())
-                if (c.toObject()["name"].toString() == control) return c.toObject();
-    return {};
-}
-
-QStringList listItems(const QJsonObject& state, const QString& form, const QString& control) {
-    return formControl(state, form, control)["items"].toVariant().toStringList();
 }
 
 } // namespace kirrel::test

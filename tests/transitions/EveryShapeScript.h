@@ -3,7 +3,7 @@
 // Apply per plain source, then two with the first slot. When the first splice has lengthened the
 // animation the second Apply only tells so; otherwise it splices once more, to the same length.
 
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -38,10 +38,5 @@ EveryShapeRun playEveryShape(const QString& dir, const EveryShapeDialog& d, int 
 // The frame count and the size-changed boxes came out as counted, no other box appeared but
 // `otherBoxes`, and the host's lock is released.
 void expectEveryShapeRan(const EveryShapeRun& r, int otherBoxes = 0);
-
-// What a dumped state shows of a form: its caption, and the items of one of its lists.
-QString formCaption(const QJsonObject& state, const QString& form);
-QJsonObject formControl(const QJsonObject& state, const QString& form, const QString& control);
-QStringList listItems(const QJsonObject& state, const QString& form, const QString& control);
 
 } // namespace kirrel::test

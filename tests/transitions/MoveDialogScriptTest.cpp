@@ -54,38 +54,18 @@ const MoveDialog kDialogs[] = {
      "Slot Empty"},
 };
 
-class MoveDialogScript : public testing::TestWithParam<MoveDialog> {
+class MoveDialogScript : public ScriptTest, public testing::WithParamInterface<MoveDialog> {
   protected:
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const {
-        return QJsonDocument::fromJson(QByteArray::fromStdString(readFile(at(dump + "/state.json"))))
-            .object();
-    }
-    // Whether frame k of a dumped animation.dat is all of one colour.
-    bool frameIs(const QString& dump, int k, int r, int g, int b) const {
-        const std::string bytes = readFile(at(dump + "/animation.dat"));
-        if (bytes.size() < 6) return false;
-        auto int16At = [&](std::size_t i) {
-            return static_cast<int>(static_cast<unsigned char>(bytes[i]) |
-                                    (static_cast<unsigned char>(bytes[i + 1]) << 8));
-        };
-        const std::size_t plane = static_cast<std::size_t>(int16At(2) + 1) * (int16At(4) + 1);
-        const std::size_t first = 6 + static_cast<std::size_t>(k) * 3 * plane;
-        if (bytes.size() < first + 3 * plane) return false;
-        const int want[3] = {r, g, b};
-        for (std::size_t c = 0; c < 3; ++c)
-            for (std::size_t i = 0; i < plane; ++i)
-                if (static_cast<unsigned char>(bytes[first + c * plane + i]) != want[c]) return false;
+    // Whether frame k of a dumped animation is all of one colour.
+    bool frameIs(const QString& dump, std::size_t k, int r, int g, int b) const {
+        const auto frames = dumped(dump);
+        if (k >= frames.size()) return false;
+        const host::Picture& p = frames[k];
+        for (int y = 0; y <= p.r.height(); ++y)
+            for (int x = 0; x <= p.r.width(); ++x)
+                if (p.r.at(x, y) != r || p.g.at(x, y) != g || p.b.at(x, y) != b) return false;
         return true;
     }
-    // A slot file of n frames (bounds w, h), each a flat grey of its own.
-    void writeSlot(int slot, int n, int w, int h) {
-        std::string bytes = int16le({n, w, h});
-        for (int k = 0; k < n; ++k)
-            bytes.append(static_cast<std::size_t>(3) * (w + 1) * (h + 1), static_cast<char>(0x30 + 9 * k));
-        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
-    }
-    QTemporaryDir dir;
 };
 
 TEST_P(MoveDialogScript, ListsCaptionDirectionsAndTheWordsForAnEmptySlot) {

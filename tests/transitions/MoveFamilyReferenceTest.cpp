@@ -44,7 +44,7 @@ void PrintTo(const Module& m, std::ostream* os) {
 }
 
 int halfOf(double share, int size) {
-    return static_cast<int>(std::nearbyint(share * size / 2.0));
+    return rne(share * size / 2.0);
 }
 
 bool inside(Geo g, int x, int y, int a, int b, int W, int H) {
@@ -82,11 +82,7 @@ Picture expected(const Module& m, const Picture& main, const Picture& src, int i
     }
     for (int y = 0; y <= H; ++y)
         for (int x = 0; x <= W; ++x)
-            if (inside(m.geo, x, y, a, b, W, H)) {
-                out.r.at(x, y) = over.r.at(x, y);
-                out.g.at(x, y) = over.g.at(x, y);
-                out.b.at(x, y) = over.b.at(x, y);
-            }
+            if (inside(m.geo, x, y, a, b, W, H)) copyPixel(out, x, y, over, x, y);
     return out;
 }
 

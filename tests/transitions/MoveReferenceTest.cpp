@@ -31,12 +31,6 @@ struct Module {
     int lastFromEnd;    // last frame made: End + this
 };
 
-// Cells of a 0..last axis an offset covers: 0 none, last or more all of them.
-int cells(int offset, int last) {
-    if (offset <= 0) return 0;
-    return offset >= last ? last + 1 : offset;
-}
-
 struct Place {
     bool fromB; // else from A (or, for a moved plane, nothing)
     int t;
@@ -63,7 +57,7 @@ Reference reference(const Module& m, const Picture& main, const Picture& src, co
     const bool horizontal = m.mode <= 2;
     const int size = horizontal ? W : H;
     const double share = m.rising ? double(i - S) / double(E - S) : double(E - i) / double(E - S);
-    const int offset = static_cast<int>(std::nearbyint(share * size));
+    const int offset = rne(share * size);
     const Picture& a = m.sourceFirst ? src : main;
     const Picture& b = m.sourceFirst ? main : src;
     Reference out{Picture(W, H), krl::Plane(W, H)};
@@ -75,19 +69,13 @@ Reference reference(const Module& m, const Picture& main, const Picture& src, co
                                              : slidePlace(m.mode, n, cells(offset, size), t);
             const int sx = horizontal ? p.t : x, sy = horizontal ? y : p.t;
             const Picture& from = p.fromB ? b : a;
-            out.picture.r.at(x, y) = from.r.at(sx, sy);
-            out.picture.g.at(x, y) = from.g.at(sx, sy);
-            out.picture.b.at(x, y) = from.b.at(sx, sy);
+            copyPixel(out.picture, x, y, from, sx, sy);
             out.movedAlpha.at(x, y) = p.fromB ? alpha.at(sx, sy) : 0;
         }
     if (m.op == Op::AlphaSlide) // an opaque moved alpha shows the frame, a clear one the slide
         for (int y = 0; y <= H; ++y)
             for (int x = 0; x <= W; ++x)
-                if (out.movedAlpha.at(x, y) == 255) {
-                    out.picture.r.at(x, y) = main.r.at(x, y);
-                    out.picture.g.at(x, y) = main.g.at(x, y);
-                    out.picture.b.at(x, y) = main.b.at(x, y);
-                }
+                if (out.movedAlpha.at(x, y) == 255) copyPixel(out.picture, x, y, main, x, y);
     return out;
 }
 

@@ -49,9 +49,9 @@ krl::Plane maskOf(PatternFamily family, int W, int H) {
 // the second picture below the level, the circles' cut turns what lies above it.
 bool showsSource(Kind kind, bool to, int m, int i, int s, int e) {
     const double n = e - s;
-    const int up = static_cast<int>(std::nearbyint((i - s) / n * 255.0));
-    const int down = static_cast<int>(std::nearbyint((e - i) / n * 255.0));
-    const int inverse = static_cast<int>(std::nearbyint(255.0 - (i - s) / n * 255.0));
+    const int up = rne((i - s) / n * 255.0);
+    const int down = rne((e - i) / n * 255.0);
+    const int inverse = rne(255.0 - (i - s) / n * 255.0);
     if (kind == Kind::Open) return to == (m < up);
     if (kind == Kind::Close) return to ? m >= down : m < inverse;
     if (kind == Kind::CircleOpen) return to == (m > down);
@@ -152,9 +152,8 @@ TEST_F(PatternEdges, StoredTwinsMakeWhatTheirPlainRunsMake) {
         for (int f = 0; f < 5; ++f)
             plain.push_back(frame(f));
         load(5, 40, 30);
-        std::string bytes = int16le({5, 40, 30});
-        bytes.append(static_cast<std::size_t>(5 * 3 * 41 * 31), '\x50');
-        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 0)), bytes);
+        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 0)),
+                  flatSlotBytes(5, 40, 30, '\x50'));
         transitions::runPatternToStored(m.family, m.variant, 0, 0);
         ASSERT_EQ(host().totalFrames(), 5);
         for (int f = 0; f < 5; ++f)

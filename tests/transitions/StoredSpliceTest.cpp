@@ -21,18 +21,13 @@ using namespace transitions;
 
 class StoredSplice : public TransitionTest {};
 
-TEST_F(StoredSplice, ToStoredOverlapsTheTailAndAppendsTheRest) {
+// Which animation frame meets which stored frame, at every frame, is the wipe reference test's
+// business; here are the calls around it.
+TEST_F(StoredSplice, ToStoredInsertsTheRestWithoutProgressAndLetsGoOfTheLock) {
     load(6, 100, 10);
-    const auto slot = writeSlot(1, 7, 100, 10);
+    writeSlot(1, 7, 100, 10);
     Wipe2LeftToStored(2, 1);
-    ASSERT_EQ(host().totalFrames(), 2 + 7) << "Start + SlotFrames";
-    EXPECT_EQ(frame(0), original[0]);
-    EXPECT_EQ(frame(2), original[2]) << "frame Start is written back as it was";
-    // Stored frame k meets animation frame Start + k.
-    EXPECT_EQ(frame(3).r.at(99, 0), slot[1].r.at(0, 0));
-    EXPECT_EQ(frame(5), slot[3]) << "the last animation frame is all stored frame Overlap - 1";
-    for (int k = 4; k < 7; ++k)
-        EXPECT_EQ(frame(2 + k), slot[static_cast<std::size_t>(k)]);
+    EXPECT_EQ(host().totalFrames(), 2 + 7) << "Start + SlotFrames";
     EXPECT_EQ(calls("Van_InsertFrame"),
               (std::vector<std::string>{"Van_InsertFrame(5)", "Van_InsertFrame(6)", "Van_InsertFrame(7)"}));
     EXPECT_FALSE(host().locked());
@@ -48,24 +43,6 @@ TEST_F(StoredSplice, ToStoredWithTheSlotJustCoveringTheTailInsertsNothing) {
     EXPECT_TRUE(calls("Van_InsertFrame").empty());
 }
 
-TEST_F(StoredSplice, FromStoredPutsTheRestInFrontAndEndsOnTheAnimation) {
-    load(6, 100, 10);
-    const auto slot = writeSlot(2, 7, 100, 10);
-    Wipe2LeftFromStored(3, 2);
-    const int extra = 7 - (3 + 1);
-    ASSERT_EQ(host().totalFrames(), 6 + extra) << "Total + Extra";
-    for (int k = 0; k < extra; ++k)
-        EXPECT_EQ(frame(k), slot[static_cast<std::size_t>(k)]);
-    EXPECT_EQ(frame(extra), slot[3]) << "animation frame 0 is replaced by stored frame Extra outright";
-    // Animation frame 1, now at Extra + 1, meets stored frame Extra + 1.
-    EXPECT_EQ(frame(extra + 1).r.at(0, 0), slot[4].r.at(0, 0));
-    EXPECT_EQ(frame(extra + 1).r.at(99, 0), original[1].r.at(99, 0));
-    EXPECT_EQ(frame(extra + 3), original[3]) << "frame End, the last of the overlap, is all animation";
-    EXPECT_EQ(frame(extra + 4), original[4]);
-    EXPECT_EQ(frame(extra + 5), original[5]);
-    EXPECT_FALSE(host().locked());
-}
-
 TEST_F(StoredSplice, FromStoredWithExtraZeroReplacesFrameZero) {
     load(4, 8, 6);
     const auto slot = writeSlot(3, 3, 8, 6);
@@ -79,13 +56,8 @@ TEST_F(StoredSplice, FromStoredWithExtraZeroReplacesFrameZero) {
 TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
     load(4, 20, 16);
     const std::string path = stored::slotDataPath(tempDir(), 0);
-    std::vector<Picture> slot;
-    std::string bytes = int16le({5, 9, 7});
-    for (int k = 0; k < 5; ++k) {
-        slot.push_back(patternPicture(9, 7, 40 * k));
-        for (const krl::Plane* p : {&slot.back().r, &slot.back().g, &slot.back().b})
-            bytes.append(reinterpret_cast<const char*>(p->data()), p->size());
-    }
+    const std::vector<Picture> slot = patternFrames(5, 9, 7, 40);
+    const std::string bytes = slotBytes(5, slot);
     writeFile(QString::fromStdString(path), bytes);
     auto resized = [&](int k) {
         const Picture& s = slot[static_cast<std::size_t>(k)];
@@ -188,6 +160,7 @@ TEST_P(SpliceEnds, OverlapEndsAreAllAnimationAndAllStored) {
         EXPECT_EQ(frame(1), slot[1]);
         EXPECT_EQ(frame(4), original[3]);
         EXPECT_EQ(frame(6), original[5]);
+        EXPECT_FALSE(host().locked());
     }
 }
 

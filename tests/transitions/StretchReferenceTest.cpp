@@ -14,16 +14,11 @@ namespace {
 using host::Picture;
 using namespace transitions;
 
-int cells(int p, int last) {
-    return p <= 0 ? 0 : (p >= last ? last + 1 : p);
-}
 // Copies line s of b (a column, or a row if vertical) to line t of out.
 void copyLine(Picture& out, const Picture& b, bool vertical, int t, int s) {
     for (int j = 0; j <= (vertical ? out.width() : out.height()); ++j) {
         const int x = vertical ? j : t, y = vertical ? t : j, sx = vertical ? j : s, sy = vertical ? s : j;
-        out.r.at(x, y) = b.r.at(sx, sy);
-        out.g.at(x, y) = b.g.at(sx, sy);
-        out.b.at(x, y) = b.b.at(sx, sy);
+        copyPixel(out, x, y, b, sx, sy);
     }
 }
 // Lines [t0, t1) of out take all n lines of b, each line sampled at its centre.
@@ -91,7 +86,7 @@ const Row kRows[18] = {
 int valueOf(char value, int f, int first, int last, int size) {
     const double share = (value == 'u' || value == 'c') ? double(f - first) / double(last - first)
                                                         : double(last - f) / double(last - first);
-    return int(std::nearbyint(value == 'u' || value == 'v' ? share * size : share * size / 2.0));
+    return rne(value == 'u' || value == 'v' ? share * size : share * size / 2.0);
 }
 
 // One frame made from the frame and the source's saved copy.

@@ -1,5 +1,5 @@
 // The stripe dialogs, Threshold Mask and Block Out as a user meets them through session scripts: the
-// stripe sizes and their labels, the refusals, and every variant of the five dialogs in all four shapes.
+// stripe sizes and their labels, and the refusals.
 
 #include "support/Support.h"
 #include "transitions/EveryShapeScript.h"
@@ -15,44 +15,14 @@
 namespace kirrel::test {
 namespace {
 
-class StripeBlockScript : public testing::Test {
+class StripeBlockScript : public ScriptTest {
   protected:
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    static QJsonObject control(const QJsonObject& state, const QString& form, const QString& name) {
-        for (const auto& f : state["forms"].toArray())
-            if (f.toObject()["name"].toString() == form)
-                for (const auto& c : f.toObject()["controls"].toArray())
-                    if (c.toObject()["name"].toString() == name) return c.toObject();
-        return {};
-    }
-    static QString text(const QJsonObject& state, const QString& form, const QString& name) {
-        return control(state, form, name)["text"].toString();
-    }
     std::vector<std::string> traceWith(const std::string& name) const {
         std::vector<std::string> out;
-        for (const std::string& l : traceFileLines(at("trace.txt")))
+        for (const std::string& l : traceLines())
             if (l.rfind(name, 0) == 0) out.push_back(l);
         return out;
     }
-    // The red byte at (x, y) of frame f of a dumped animation.dat.
-    int red(const QString& dump, int f, int x, int y) const {
-        const std::string bytes = readFile(at(dump + "/animation.dat"));
-        auto int16 = [&](std::size_t i) {
-            return static_cast<int>(static_cast<std::int16_t>(
-                static_cast<unsigned char>(bytes[i]) | (static_cast<unsigned char>(bytes[i + 1]) << 8)));
-        };
-        const int w = int16(2) + 1, h = int16(4) + 1;
-        return static_cast<unsigned char>(
-            bytes[6 + static_cast<std::size_t>(f) * 3 * w * h + static_cast<std::size_t>(y) * w + x]);
-    }
-    void writeSlot(int slot, int n, int w, int h) {
-        std::string bytes = int16le({n, w, h});
-        bytes.append(static_cast<std::size_t>(n) * 3 * (w + 1) * (h + 1), '\x40');
-        writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), bytes);
-    }
-    QTemporaryDir dir;
 };
 
 TEST_F(StripeBlockScript, StripeSizesAreKeptDoubledAndShownHalved) {
@@ -68,19 +38,20 @@ TEST_F(StripeBlockScript, StripeSizesAreKeptDoubledAndShownHalved) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject load = state("load");
     const QString form = "frmStripes";
-    EXPECT_EQ(text(load, form, "lblHSize"), "Size: 1 pixel high");
-    EXPECT_EQ(text(load, form, "lblVSize"), "Size: 1 pixel wide");
-    EXPECT_EQ(text(load, form, "cmdHsize"), "Set Height");
-    EXPECT_EQ(text(load, form, "cmdVsize"), "Set Width");
-    EXPECT_EQ(text(load, form, "optDirection(0)"), " Weaves");
-    EXPECT_EQ(text(load, form, "optDirection(1)"), "Horizontal Stripes");
-    EXPECT_EQ(text(load, form, "optDirection(2)"), "Vertical Stripes");
-    EXPECT_TRUE(control(load, form, "optDirection(0)")["value"].toBool());
+    EXPECT_EQ(controlText(load, form, "lblHSize"), "Size: 1 pixel high");
+    EXPECT_EQ(controlText(load, form, "lblVSize"), "Size: 1 pixel wide");
+    EXPECT_EQ(controlText(load, form, "cmdHsize"), "Set Height");
+    EXPECT_EQ(controlText(load, form, "cmdVsize"), "Set Width");
+    EXPECT_EQ(controlText(load, form, "optDirection(0)"), " Weaves");
+    EXPECT_EQ(controlText(load, form, "optDirection(1)"), "Horizontal Stripes");
+    EXPECT_EQ(controlText(load, form, "optDirection(2)"), "Vertical Stripes");
+    EXPECT_TRUE(formControl(load, form, "optDirection(0)")["value"].toBool());
 
-    EXPECT_EQ(text(state("three"), form, "lblHSize"), "Size: 3 pixels high");
-    EXPECT_EQ(text(state("zero"), form, "lblVSize"), "Size: 0 pixel wide") << "0 is taken, singular";
-    EXPECT_EQ(text(state("backedOut"), form, "lblHSize"), "Size: 3 pixels high") << "a negative answer";
-    EXPECT_EQ(text(state("one"), form, "lblHSize"), "Size: 1 pixel high");
+    EXPECT_EQ(controlText(state("three"), form, "lblHSize"), "Size: 3 pixels high");
+    EXPECT_EQ(controlText(state("zero"), form, "lblVSize"), "Size: 0 pixel wide") << "0 is taken, singular";
+    EXPECT_EQ(controlText(state("backedOut"), form, "lblHSize"), "Size: 3 pixels high")
+        << "a negative answer";
+    EXPECT_EQ(controlText(state("one"), form, "lblHSize"), "Size: 1 pixel high");
 
     // Each box offers the stored value halved, under the one title both buttons share.
     const auto boxes = traceWith("Van_ValueBox");
@@ -139,51 +110,11 @@ TEST_F(StripeBlockScript, RefusalsInTheirOwnWords) {
     EXPECT_EQ(dialogTexts(state("blocks5")).size(), 1u) << "five frames run";
     EXPECT_EQ(dialogTexts(state("threshold")).back(), "Need at least 3 frames selected!");
     const QJsonObject threshold = state("threshold");
-    EXPECT_EQ(text(threshold, "frmThresholdMask", "lblWarning"),
+    EXPECT_EQ(controlText(threshold, "frmThresholdMask", "lblWarning"),
               "Requires an active Alpha Channel to use Threshold filter on");
     EXPECT_EQ(dialogTexts(state("empty")).back(), "Slot Empty.");
     EXPECT_FALSE(state("empty")["locked"].toBool());
 }
-
-// Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored.
-struct DialogCase {
-    const char* plugin;
-    const char* form;
-    const char* sourceList;
-    int options; // option buttons optDirection(i); 0 for none
-    const char* caption;
-    int sources;
-};
-
-class EveryStripeBlockVariant : public StripeBlockScript, public testing::WithParamInterface<DialogCase> {};
-
-TEST_P(EveryStripeBlockVariant, RunsInAllFourShapes) {
-    const DialogCase& c = GetParam();
-    const EveryShapeRun r = playEveryShape(dir.path(), {c.plugin,
-                                                        c.form,
-                                                        c.options ? "optDirection(%1)" : "",
-                                                        std::max(c.options, 1),
-                                                        {"Swap", "Primary Color"},
-                                                        c.sourceList});
-    expectEveryShapeRan(r);
-    EXPECT_EQ(formCaption(r.end, c.form), c.caption);
-    const QStringList sources = listItems(r.end, c.form, c.sourceList);
-    ASSERT_EQ(sources.size(), c.sources);
-    EXPECT_EQ(sources.back(), "Stored Animation #4");
-    EXPECT_TRUE(control(r.end, c.form, QString("optDirection(%1)").arg(c.options)).isEmpty());
-    EXPECT_TRUE(control(r.end, c.form, "cboTransitions").isEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Dialogs, EveryStripeBlockVariant,
-    testing::Values(
-        DialogCase{"Stripes/Weaves", "frmStripes", "cboStripeOptions", 3, "Kirrel-Stripes/Weaves", 14},
-        DialogCase{"Push Stripes", "frmPushStripes", "cboStripeOptions", 2, "Kirrel-Push Stripes", 14},
-        DialogCase{"Slide Stripes", "frmSlideStripes", "cboStripeOptions", 2, "Kirrel-Slide Stripes", 14},
-        DialogCase{"Threshold Mask", "frmThresholdMask", "cboThreshold", 0,
-                   "Kirrel-Threshold Mask Transition", 6},
-        DialogCase{"Block Out", "frmBlocks", "cboBlockOptions", 0, "Kirrel-Block Out", 6}),
-    [](const testing::TestParamInfo<DialogCase>& i) { return std::string(i.param.form); });
 
 } // namespace
 } // namespace kirrel::test

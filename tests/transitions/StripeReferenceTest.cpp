@@ -15,12 +15,6 @@ namespace {
 using host::Picture;
 using namespace transitions;
 
-// The cells of a 0..last axis a reveal covers: none at 0 or less, all of them at last or more.
-int cells(int reveal, int last) {
-    if (reveal <= 0) return 0;
-    return reveal >= last ? last + 1 : reveal;
-}
-
 struct Place {
     bool fromB;
     int t;
@@ -49,7 +43,7 @@ Picture stripeOp(StripeOp op, const Picture& a, const Picture& b, int stored, do
     const int period = std::max(2, stored);
     const int lead = period - period / 2;
     const int size = mode == 1 ? W : H;
-    const int k = cells(static_cast<int>(std::nearbyint(share * size)), size);
+    const int k = cells(rne(share * size), size);
     Picture out(W, H);
     for (int y = 0; y <= H; ++y)
         for (int x = 0; x <= W; ++x) {
@@ -58,9 +52,7 @@ Picture stripeOp(StripeOp op, const Picture& a, const Picture& b, int stored, do
             const Place p = place(op, stripe % period < lead, size + 1, k, t);
             const Picture& from = p.fromB ? b : a;
             const int sx = mode == 1 ? p.t : x, sy = mode == 1 ? y : p.t;
-            out.r.at(x, y) = from.r.at(sx, sy);
-            out.g.at(x, y) = from.g.at(sx, sy);
-            out.b.at(x, y) = from.b.at(sx, sy);
+            copyPixel(out, x, y, from, sx, sy);
         }
     return out;
 }

@@ -3,12 +3,23 @@
 
 #include "host/HostState.h"
 #include "stored/SlotFiles.h"
-#include "support/Support.h"
+#include "stored/StoredSupport.h"
+#include "support/Fixtures.h"
 
+#include <cmath>
 #include <string>
 #include <vector>
 
 namespace kirrel::test {
+
+// The cells of a 0..last axis an offset covers: none at 0 or less, all of them at last or more.
+inline int cells(int offset, int last) {
+    return offset <= 0 ? 0 : (offset >= last ? last + 1 : offset);
+}
+// Rounded half to even, as the runs round their shares.
+inline int rne(double v) {
+    return static_cast<int>(std::nearbyint(v));
+}
 
 class TransitionTest : public HostTest {
   protected:
@@ -25,15 +36,9 @@ class TransitionTest : public HostTest {
     // by its red value.
     std::vector<host::Picture> writeSlot(int slot, int n, int w, int h) {
         std::vector<host::Picture> frames;
-        std::string bytes = int16le({n, w, h});
-        for (int k = 0; k < n; ++k) {
-            const int v = 10 + 20 * k;
+        for (int v = 10; v < 10 + 20 * n; v += 20)
             frames.push_back(host::Picture::filled(w, h, host::packColor(v, v + 1, v + 2)));
-            const auto& p = frames.back();
-            for (const krl::Plane* plane : {&p.r, &p.g, &p.b})
-                bytes.append(reinterpret_cast<const char*>(plane->data()), plane->size());
-        }
-        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), slot)), bytes);
+        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), slot)), slotBytes(n, frames));
         return frames;
     }
     static krl::Plane flatPlane(int w, int h, int v) {

@@ -18,10 +18,6 @@ struct Rect {
     int x1, y1, x2, y2;
 };
 
-int rne(double v) {
-    return static_cast<int>(std::nearbyint(v));
-}
-
 // The rectangle of member m at frame i of the range start..end: the To rows, or the From rows.
 Rect wipeRect(int m, bool to, int i, int start, int end, int W, int H) {
     const double span = end - start;
@@ -41,11 +37,8 @@ Rect wipeRect(int m, bool to, int i, int start, int end, int W, int H) {
 // `into` with the rectangle (corners included) taken from `from`.
 Picture paint(Picture into, const Picture& from, Rect r) {
     for (int y = std::max(0, r.y1); y <= std::min(r.y2, into.height()); ++y)
-        for (int x = std::max(0, r.x1); x <= std::min(r.x2, into.width()); ++x) {
-            into.r.at(x, y) = from.r.at(x, y);
-            into.g.at(x, y) = from.g.at(x, y);
-            into.b.at(x, y) = from.b.at(x, y);
-        }
+        for (int x = std::max(0, r.x1); x <= std::min(r.x2, into.width()); ++x)
+            copyPixel(into, x, y, from, x, y);
     return into;
 }
 
@@ -60,14 +53,8 @@ class WipeReference : public TransitionTest, public testing::WithParamInterface<
     }
     // A slot of n frames, each its own pattern, in the animation's size.
     std::vector<Picture> patternSlot(int n) {
-        std::vector<Picture> frames;
-        std::string bytes = int16le({n, W, H});
-        for (int k = 0; k < n; ++k) {
-            frames.push_back(patternPicture(W, H, 101 + 29 * k));
-            for (const krl::Plane* p : {&frames.back().r, &frames.back().g, &frames.back().b})
-                bytes.append(reinterpret_cast<const char*>(p->data()), p->size());
-        }
-        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 0)), bytes);
+        const std::vector<Picture> frames = patternFrames(n, W, H, 101);
+        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 0)), slotBytes(n, frames));
         return frames;
     }
     void expectFrames(const std::vector<Picture>& expected) {

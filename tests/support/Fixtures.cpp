@@ -1,0 +1,76 @@
+#include "support/Fixtures.h"
+
+#include "host/AnimationFiles.h"
+
+#include <QDir>
+#include <QJsonArray>
+
+#include <cstdint>
+
+namespace kirrel::test {
+
+int int16At(const std::string& bytes, std::size_t i) {
+    return static_cast<std::int16_t>(static_cast<unsigned char>(bytes.at(i)) |
+                                     (static_cast<unsigned char>(bytes.at(i + 1)) << 8));
+}
+
+std::string flatSlotBytes(int n, int w, int h, char value) {
+    std::string bytes = int16le({n, w, h});
+    bytes.append(static_cast<std::size_t>(n) * 3 * (w + 1) * (h + 1), value);
+    return bytes;
+}
+
+void copyPixel(host::Picture& to, int x, int y, const host::Picture& from, int sx, int sy) {
+    to.r.at(x, y) = from.r.at(sx, sy);
+    to.g.at(x, y) = from.g.at(sx, sy);
+    to.b.at(x, y) = from.b.at(sx, sy);
+}
+
+QString formCaption(const QJsonObject& state, const QString& form) {
+    for (const auto& f : state["forms"].toArray())
+        if (f.toObject()["name"].toString() == form) return f.toObject()["caption"].toString();
+    return {};
+}
+
+QJsonObject formControl(const QJsonObject& state, const QString& form, const QString& control) {
+    for (const auto& f : state["forms"].toArray())
+        if (f.toObject()["name"].toString() == form)
+            for (const auto& c : f.toObject()["controls"].toArray())
+                if (c.toObject()["name"].toString() == control) return c.toObject();
+    return {};
+}
+
+QString controlText(const QJsonObject& state, const QString& form, const QString& control) {
+    return formControl(state, form, control)["text"].toString();
+}
+
+QStringList listItems(const QJsonObject& state, const QString& form, const QString& control) {
+    return formControl(state, form, control)["items"].toVariant().toStringList();
+}
+
+QString ScriptTest::at(const QString& rel) const {
+    return QDir(dir.path()).filePath(rel);
+}
+
+QJsonObject ScriptTest::state(const QString& dump) const {
+    return readJsonObject(at(dump + "/state.json"));
+}
+
+std::vector<host::Picture> ScriptTest::dumped(const QString& dump) const {
+    return host::readAnimationDat(at(dump + "/animation.dat")).frames;
+}
+
+int ScriptTest::red(const QString& dump, int f, int x, int y) const {
+    const std::string bytes = readFile(at(dump + "/animation.dat"));
+    const std::size_t w = static_cast<std::size_t>(int16At(bytes, 2)) + 1;
+    const std::size_t h = static_cast<std::size_t>(int16At(bytes, 4)) + 1;
+    return static_cast<unsigned char>(bytes.at(6 + static_cast<std::size_t>(f) * 3 * w * h +
+                                               static_cast<std::size_t>(y) * w +
+                                               static_cast<std::size_t>(x)));
+}
+
+void ScriptTest::writeSlot(int slot, int n, int w, int h) const {
+    writeFile(at(QString("tmp/AnimSlot %1.dat").arg(slot)), flatSlotBytes(n, w, h));
+}
+
+} // namespace kirrel::test
