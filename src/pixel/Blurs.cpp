@@ -115,7 +115,7 @@ void BoxBlur(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, 
     u8* dst[3];
     for (int c = 0; c < 3; ++c)
         dst[c] = out[c]->data();
-    std::vector<u16> ring;
+    thread_local std::vector<u16> ring;
     for (int c = 0; c < 3; ++c)
         blurPlane<2>(in[c]->data(), in[c]->cols(), dst[c], out[c]->cols(), e, ring, boxRow, boxColumn);
 }
@@ -123,7 +123,7 @@ void BoxBlur(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, 
 void TriBlur(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     const Extent e = boundExtent(w, h, AR, AG, AB);
     if (e.empty()) return;
-    std::vector<u16> ring;
+    thread_local std::vector<u16> ring;
     for (Plane* p : {&AR, &AG, &AB}) {
         u8* d = p->data();
         blurPlane<1>(d, p->cols(), d, p->cols(), e, ring, tentRow, tentColumn);

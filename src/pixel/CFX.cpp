@@ -69,7 +69,8 @@ void CFXFilter1(Plane& MR, Plane& MG, Plane& MB, const Plane& SR, const Plane& S
     const Key primary = keyOf(pr, pg, pb);
     const Key secondary = keyOf(sr, sg, sb);
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    std::vector<u8> out(3 * n);
+    thread_local std::vector<u8> out;
+    out.assign(3 * n, u8{});
     auto at = [](auto* base, const Plane* p, int y) {
         return base + static_cast<std::size_t>(y) * p->cols();
     };

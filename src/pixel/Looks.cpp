@@ -81,13 +81,17 @@ void edgeRow(const u8* a, const u8* b, const u8* c, u16* __restrict out, int n, 
 }
 
 // Rows of a per-row stage kept in a small ring, produced in order on demand.
+// The rows live in storage kept per thread and reused from call to call, cleared as a fresh ring
+// would be, so the filter allocates nothing once it has run at a size.
 template <class T> struct RowRing {
-    std::vector<T> data;
+    std::vector<T>& data;
     std::size_t n;
     int size;
     int next = 0;
-    RowRing(int ringRows, std::size_t cols)
-        : data(static_cast<std::size_t>(ringRows) * cols), n(cols), size(ringRows) {}
+    RowRing(std::vector<T>& storage, int ringRows, std::size_t cols)
+        : data(storage), n(cols), size(ringRows) {
+        data.assign(static_cast<std::size_t>(ringRows) * cols, T{});
+    }
     T* row(int y) { return data.data() + static_cast<std::size_t>(y % size) * n; }
 };
 
@@ -117,10 +121,14 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
     const std::size_t sn = static_cast<std::size_t>(n);
     const int last = e.rows - 1;
     auto clampY = [&](int y) { return std::clamp(y, 0, last); };
-    RowRing<u8> grey(4, sn), smooth(4, sn);
-    RowRing<u16> edge(4, sn);
-    std::vector<u16> line(sn);
-    std::vector<u16> pull(sn);
+    thread_local std::vector<u8> greyRows, smoothRows;
+    thread_local std::vector<u16> edgeRows;
+    RowRing<u8> grey(greyRows, 4, sn), smooth(smoothRows, 4, sn);
+    RowRing<u16> edge(edgeRows, 4, sn);
+    thread_local std::vector<u16> line;
+    line.assign(sn, u16{});
+    thread_local std::vector<u16> pull;
+    pull.assign(sn, u16{});
     for (int y = 0; y < e.rows; ++y) {
         const int needEdge = std::min(y + (st.thickLine ? 1 : 0), last);
         const int needSmooth = std::min(needEdge + 1, last);
@@ -192,14 +200,13 @@ const NightTables& nightTables() {
 
 // Distance-squared falloff toward the edge of the extent along one axis: 0 in the centre, `depth` at
 // the edge, out of 256.
-std::vector<u16> falloff(int n, int depth) {
-    std::vector<u16> f(static_cast<std::size_t>(n));
+void falloff(int n, int depth, std::vector<u16>& f) {
+    f.assign(static_cast<std::size_t>(n), u16{});
     const double half = std::max(1.0, (n - 1) / 2.0);
     for (int i = 0; i < n; ++i) {
         const double d = (i - (n - 1) / 2.0) / half;
         f[static_cast<std::size_t>(i)] = static_cast<u16>(std::lround(depth * d * d));
     }
-    return f;
 }
 
 // ---- sketch --------------------------------------------------------------------------------------
@@ -245,7 +252,8 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
     for (int v = 0; v < 256; ++v)
         tone[static_cast<std::size_t>(v)] =
             static_cast<u8>(std::lround(255.0 * std::pow(v / 255.0, exponent)));
-    std::vector<u8> dodged(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<u8> dodged;
+    dodged.assign(static_cast<std::size_t>(e.cols), u8{});
     for (int y = 0; y < e.rows; ++y) {
         for (int c = 0; c < 3; ++c) {
             u8* p = out[c].row(y);
@@ -274,9 +282,12 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
     const unsigned soften = t * 80 / 100;    // share of the way to grey, out of 256
     const int skipFrom = 255 - t * 90 / 100; // tooth above this lets the paper through
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    std::vector<u16> whiten(n);
-    std::vector<u8> grey(n);
-    std::vector<u8> result(3 * n);
+    thread_local std::vector<u16> whiten;
+    whiten.assign(n, u16{});
+    thread_local std::vector<u8> grey;
+    grey.assign(n, u8{});
+    thread_local std::vector<u8> result;
+    result.assign(3 * n, u8{});
     for (int y = 0; y < e.rows; ++y) {
         for (int x = 0; x < e.cols; ++x) {
             // Strokes: grain cells eight pixels long along the diagonal, one pixel across it.
@@ -310,11 +321,14 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     if (e.empty()) return;
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const NightTables& t = nightTables();
-    const std::vector<u16> fx = falloff(e.cols, 60);
-    const std::vector<u16> fy = falloff(e.rows, 60);
+    thread_local std::vector<u16> fx, fy;
+    falloff(e.cols, 60, fx);
+    falloff(e.rows, 60, fy);
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    std::vector<u8> grey(n);
-    std::vector<u8> grainLine(n);
+    thread_local std::vector<u8> grey;
+    grey.assign(n, u8{});
+    thread_local std::vector<u8> grainLine;
+    grainLine.assign(n, u8{});
     for (int y = 0; y < e.rows; ++y) {
         lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
         filt::grainRow(static_cast<std::uint32_t>(y), 3, grainLine.data(), e.cols);

@@ -52,7 +52,9 @@ void slidePlane(Out a, In b, const Extent& e, int mode, int d, int fill) {
 
 // One strip of A followed by B, seen through the frame with k cells of A's far end showing:
 // result = A[n-k .. n) then B[0 .. n-k), along rows (horizontal) or columns.
-void pushPlane(Out a, In b, const Extent& e, bool horizontal, int k, std::vector<std::uint8_t>& scratch) {
+// `old` is A as it was: `a` itself when written in place, else the buffer a shared A left behind.
+void pushPlane(Out a, In old, In b, const Extent& e, bool horizontal, int k,
+               std::vector<std::uint8_t>& scratch) {
     const bool alias = b.aliases(a);
     if (horizontal) {
         const int n = e.cols;
@@ -63,7 +65,7 @@ void pushPlane(Out a, In b, const Extent& e, bool horizontal, int k, std::vector
                 std::memcpy(row, scratch.data() + (n - k), static_cast<std::size_t>(k));
                 std::memcpy(row + k, scratch.data(), static_cast<std::size_t>(n - k));
             } else {
-                mix::moveCells(row, row + (n - k), k);
+                mix::moveCells(row, old[y] + (n - k), k);
                 mix::moveCells(row + k, b[y], n - k);
             }
         }
@@ -74,7 +76,7 @@ void pushPlane(Out a, In b, const Extent& e, bool horizontal, int k, std::vector
         return;
     }
     const int n = e.rows;
-    mix::shiftRows(0, k, n - k, [&](int y, int src) { mix::moveCells(a[y], a[src], e.cols); });
+    mix::shiftRows(0, k, n - k, [&](int y, int src) { mix::moveCells(a[y], old[src], e.cols); });
     for (int y = k; y < n; ++y)
         mix::moveCells(a[y], b[y - k], e.cols);
 }
@@ -91,9 +93,11 @@ void bandPlane(Out a, In b, const Extent& e, bool horizontal, int b0, const std:
                 std::memcpy(scratch.data(), src, static_cast<std::size_t>(e.cols));
                 src = scratch.data();
             }
-            std::uint8_t* dst = a[y] + b0;
+            // Plain pointers: a byte store could otherwise alias the map and force reloads.
+            std::uint8_t* __restrict dst = a[y] + b0;
+            const int* __restrict from = map.data();
             for (int i = 0; i < k; ++i)
-                dst[i] = src[map[static_cast<std::size_t>(i)]];
+                dst[i] = src[from[i]];
         }
         return;
     }
@@ -169,11 +173,22 @@ void PushOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& 
         break;
     }
     if (k == last + 1) return; // all of A, as it stands
-    std::vector<std::uint8_t> scratch(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<std::uint8_t> scratch;
+    scratch.resize(static_cast<std::size_t>(e.cols));
+    if (mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
+        // A shared result is not copied first: the part of A still showing is read from its old buffer.
+        Plane* A[3] = {&AR, &AG, &AB};
+        const Plane* B[3] = {&BR, &BG, &BB};
+        for (int c = 0; c < 3; ++c) {
+            const mix::Rewritten r = mix::rewrite(*A[c], 0, 0, e.cols, e.rows);
+            pushPlane(r.to, r.from, mix::in(*B[c]), e, horizontal, k, scratch);
+        }
+        return;
+    }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
     for (int c = 0; c < 3; ++c)
-        pushPlane(a.c[c], b.c[c], e, horizontal, k, scratch);
+        pushPlane(a.c[c], {a.c[c].base, a.c[c].stride}, b.c[c], e, horizontal, k, scratch);
 }
 
 void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
@@ -215,9 +230,21 @@ void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
         break;
     }
     if (b1 <= b0) return;
-    std::vector<int> map;
+    thread_local std::vector<int> map;
     mix::nearestMap(b1 - b0, n, map);
-    std::vector<std::uint8_t> scratch(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<std::uint8_t> scratch;
+    scratch.resize(static_cast<std::size_t>(e.cols));
+    if (mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
+        // A shared result is not copied first: only the cells outside the band come from A.
+        Plane* A[3] = {&AR, &AG, &AB};
+        const Plane* B[3] = {&BR, &BG, &BB};
+        for (int c = 0; c < 3; ++c) {
+            const mix::Rewritten r =
+                horizontal ? mix::rewrite(*A[c], b0, 0, b1, e.rows) : mix::rewrite(*A[c], 0, b0, e.cols, b1);
+            bandPlane(r.to, mix::in(*B[c]), e, horizontal, b0, map, scratch);
+        }
+        return;
+    }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
     for (int c = 0; c < 3; ++c)
@@ -242,10 +269,12 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
     const int last = horizontal ? e.maxX() : e.maxY();
     const int n = last + 1;
     const int k = mix::edge(horizontal ? right : bottom, last);
-    std::vector<int> mapA, mapC;
+    // Scratch kept per thread and reused, so a run of frames allocates nothing after its first.
+    thread_local std::vector<int> mapA, mapC;
     mix::nearestMap(k, n, mapA);
     mix::nearestMap(n - k, n, mapC);
-    std::vector<std::uint8_t> scratch(static_cast<std::size_t>(e.cols)), store;
+    thread_local std::vector<std::uint8_t> scratch, store;
+    scratch.resize(static_cast<std::size_t>(e.cols));
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Outs bo = mix::outs(BR, BG, BB);
     const mix::Ins src = mix::ins(CR, CG, CB);
@@ -258,10 +287,12 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
                 std::memcpy(scratch.data(), row, static_cast<std::size_t>(n));
                 const std::uint8_t* frame = scratch.data();
                 const std::uint8_t* source = pc.aliases(pa) ? frame : pc[y];
+                const int* __restrict fromA = mapA.data();
+                const int* __restrict fromC = mapC.data();
                 for (int i = 0; i < k; ++i)
-                    row[i] = frame[mapA[static_cast<std::size_t>(i)]];
+                    row[i] = frame[fromA[i]];
                 for (int i = k; i < n; ++i)
-                    row[i] = source[mapC[static_cast<std::size_t>(i - k)]];
+                    row[i] = source[fromC[i - k]];
             }
         } else {
             if (pc.aliases(pa)) pc = mix::snapshot(pc, e, store);

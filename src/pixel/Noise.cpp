@@ -104,7 +104,8 @@ void WhiteNoise(Plane& AR, Plane& AG, Plane& AB, int pct, int w, int h) {
     for (int c = 0; c < 3; ++c)
         base[c] = planes[c]->data();
     std::uint64_t counter = reserve(drawsFor(e));
-    std::vector<u8> noise(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<u8> noise;
+    noise.assign(static_cast<std::size_t>(e.cols), u8{});
     for (int y = 0; y < e.rows; ++y) {
         fillNoise(counter, noise.data(), e.cols);
         for (int c = 0; c < 3; ++c)
@@ -124,8 +125,10 @@ void WhiteNoiseAlpha(Plane& AR, Plane& AG, Plane& AB, const Plane& M, int pct, i
         base[c] = planes[c]->data();
     const u8* alpha = M.data();
     std::uint64_t counter = reserve(drawsFor(e));
-    std::vector<u8> noise(static_cast<std::size_t>(e.cols));
-    std::vector<std::uint16_t> part(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<u8> noise;
+    noise.assign(static_cast<std::size_t>(e.cols), u8{});
+    thread_local std::vector<std::uint16_t> part;
+    part.assign(static_cast<std::size_t>(e.cols), std::uint16_t{});
     for (int y = 0; y < e.rows; ++y) {
         fillNoise(counter, noise.data(), e.cols);
         // Weights first: M may be one of the planes written below.

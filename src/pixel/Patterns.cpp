@@ -44,11 +44,20 @@ struct Stripes {
     }
 };
 
-std::vector<std::uint8_t> inverted(const std::vector<std::uint8_t>& m) {
-    std::vector<std::uint8_t> r(m.size());
+void invert(const std::vector<std::uint8_t>& m, std::vector<std::uint8_t>& r) {
+    r.resize(m.size());
     for (std::size_t i = 0; i < m.size(); ++i)
         r[i] = static_cast<std::uint8_t>(~m[i]);
-    return r;
+}
+
+// The stripe masks and the row scratch are kept per thread and reused from call to call, so a run
+// of frames allocates nothing after its first.
+struct StripeScratch {
+    std::vector<std::uint8_t> lead, trail, row;
+};
+StripeScratch& stripeScratch() {
+    thread_local StripeScratch s;
+    return s;
 }
 
 } // namespace
@@ -61,11 +70,23 @@ void BoxMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, c
     const int left = std::max(x1, 0), right = std::min(x2, e.maxX());
     const int top = std::max(y1, 0), bottom = std::min(y2, e.maxY());
     if (e.empty() || left > right || top > bottom) return;
-    const mix::Outs a = mix::outs(AR, AG, AB);
-    const mix::Ins b = mix::ins(BR, BG, BB);
-    for (int c = 0; c < 3; ++c)
+    if (!mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
+        const mix::Outs a = mix::outs(AR, AG, AB);
+        const mix::Ins b = mix::ins(BR, BG, BB);
+        for (int c = 0; c < 3; ++c)
+            for (int y = top; y <= bottom; ++y)
+                mix::copySpan(a.c[c][y], b.c[c][y], left, right + 1);
+        return;
+    }
+    // A shared result is not copied in full first: the box comes from B alone.
+    Plane* A[3] = {&AR, &AG, &AB};
+    const Plane* B[3] = {&BR, &BG, &BB};
+    for (int c = 0; c < 3; ++c) {
+        const mix::Rewritten r = mix::rewrite(*A[c], left, top, right + 1, bottom + 1);
+        const In b = mix::in(*B[c]);
         for (int y = top; y <= bottom; ++y)
-            mix::copySpan(a.c[c][y], b.c[c][y], left, right + 1);
+            mix::copySpan(r.to[y], b[y], left, right + 1);
+    }
 }
 
 void BlindMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
@@ -112,6 +133,30 @@ void DoorMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, 
     const int half = (n - 1) / 2;
     const int nl = (n + 1) / 2, nr = n / 2; // cells of the left (top) and right (bottom) halves
     const int cl = mix::share(leaf, half, nl), cr = mix::share(leaf, half, nr);
+    if (mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
+        // A shared result is not copied first: the leaves come from B and the rest from A as it was.
+        Plane* A[3] = {&AR, &AG, &AB};
+        const Plane* B[3] = {&BR, &BG, &BB};
+        for (int c = 0; c < 3; ++c) {
+            const mix::Rewritten r = mix::rewrite(*A[c], 0, 0, e.cols, e.rows);
+            const In pb = mix::in(*B[c]);
+            if (mode == 1) {
+                for (int y = 0; y < e.rows; ++y) {
+                    mix::moveCells(r.to[y], pb[y] + (nl - cl), cl);
+                    mix::copySpan(r.to[y], r.from[y], cl, n - cr);
+                    mix::moveCells(r.to[y] + (n - cr), pb[y] + nl, cr);
+                }
+            } else {
+                for (int y = 0; y < n; ++y) {
+                    const std::uint8_t* src = y < cl        ? pb[nl - cl + y]
+                                              : y >= n - cr ? pb[nl + y - (n - cr)]
+                                                            : r.from[y];
+                    mix::moveCells(r.to[y], src, e.cols);
+                }
+            }
+        }
+        return;
+    }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
     for (int c = 0; c < 3; ++c) {
@@ -142,10 +187,11 @@ void StripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG
     const int n = mode == 1 ? e.cols : e.rows; // the axis along which the stripes fill
     const int k = mix::edge(reveal, n - 1);
     if (k == 0) return;
-    std::vector<std::uint8_t> lead, trail;
+    std::vector<std::uint8_t>& lead = stripeScratch().lead;
+    std::vector<std::uint8_t>& trail = stripeScratch().trail;
     if (mode == 2) {
         st.mask(e.cols, lead);
-        trail = inverted(lead);
+        invert(lead, trail);
     }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
@@ -183,10 +229,11 @@ void SlideStripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
     const int n = mode == 1 ? e.cols : e.rows;
     const int k = mix::edge(reveal, n - 1);
     if (k == n) return;
-    std::vector<std::uint8_t> lead, trail;
+    std::vector<std::uint8_t>& lead = stripeScratch().lead;
+    std::vector<std::uint8_t>& trail = stripeScratch().trail;
     if (mode == 2) {
         st.mask(e.cols, lead);
-        trail = inverted(lead);
+        invert(lead, trail);
     }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
@@ -221,10 +268,12 @@ void PushStripeMix(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
     const int n = mode == 1 ? e.cols : e.rows;
     const int k = mix::edge(reveal, n - 1);
     if (k == n) return;
-    std::vector<std::uint8_t> lead, trail, scratch;
+    std::vector<std::uint8_t>& lead = stripeScratch().lead;
+    std::vector<std::uint8_t>& trail = stripeScratch().trail;
+    std::vector<std::uint8_t>& scratch = stripeScratch().row;
     if (mode == 2) {
         st.mask(e.cols, lead);
-        trail = inverted(lead);
+        invert(lead, trail);
     } else {
         scratch.resize(static_cast<std::size_t>(e.cols));
     }

@@ -37,6 +37,19 @@ class Plane {
     std::uint8_t at(int x, int y) const { return row(y)[x]; }
     std::uint8_t& at(int x, int y) { return row(y)[x]; }
 
+    // For an operation that writes every cell of the rectangle [x0, x1) x [y0, y1) itself: the
+    // writable bytes (`to`) and the bytes as they were before it (`from`). An unshared buffer is
+    // written in place (to == from). A shared one is left to its other holders rather than copied
+    // in full: the fresh buffer receives only the cells outside the rectangle, and the operation
+    // reads the old cells through `from`, which `kept` holds alive. The rectangle is clamped.
+    struct Rewrite {
+        std::uint8_t* to = nullptr;
+        const std::uint8_t* from = nullptr;
+        std::shared_ptr<std::uint8_t[]> kept;
+        bool inPlace() const { return to == from; }
+    };
+    Rewrite rewrite(int x0, int y0, int x1, int y1);
+
     void fill(std::uint8_t v);
     bool sharesBufferWith(const Plane& o) const { return buf_ && buf_ == o.buf_; }
     bool operator==(const Plane& o) const;

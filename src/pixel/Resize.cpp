@@ -28,14 +28,14 @@ struct Taps {
     const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
 };
 
-Taps makeTaps(int dst, int src) {
-    Taps t;
+void makeTaps(int dst, int src, Taps& t) {
     t.first.resize(static_cast<std::size_t>(dst));
     const double scale = static_cast<double>(src) / dst;
     t.taps = dst == src ? 1 : src > dst ? static_cast<int>(std::ceil(scale)) + 1 : 2;
     t.taps = std::min(t.taps, src);
     t.weight.assign(static_cast<std::size_t>(dst) * t.taps, 0.0f);
-    std::vector<double> w(static_cast<std::size_t>(std::max(t.taps, 2)));
+    thread_local std::vector<double> w;
+    w.assign(static_cast<std::size_t>(std::max(t.taps, 2)), double{});
     for (int i = 0; i < dst; ++i) {
         // Weights by source cell, gathered first and then placed in a window that fits the source.
         int j0 = i, count = 1;
@@ -63,7 +63,6 @@ Taps makeTaps(int dst, int src) {
         for (int k = 0; k < count; ++k)
             out[j0 - start + k] = static_cast<float>(w[static_cast<std::size_t>(k)]);
     }
-    return t;
 }
 
 std::uint8_t toByte(float v) {
@@ -119,10 +118,13 @@ void ResizeBuffer(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
                 mix::moveCells(a.c[c][y], b.c[c][y], ea.cols);
         return;
     }
-    const Taps tx = makeTaps(ea.cols, eb.cols);
-    const Taps ty = makeTaps(ea.rows, eb.rows);
-    std::vector<float> acc(static_cast<std::size_t>(eb.cols));
-    std::vector<std::uint8_t> store;
+    // Taps and scratch are kept per thread and reused, so resizing frames allocates nothing after the first.
+    thread_local Taps tx, ty;
+    makeTaps(ea.cols, eb.cols, tx);
+    makeTaps(ea.rows, eb.rows, ty);
+    thread_local std::vector<float> acc;
+    acc.assign(static_cast<std::size_t>(eb.cols), float{});
+    thread_local std::vector<std::uint8_t> store;
     for (int c = 0; c < 3; ++c) {
         const Out pa = a.c[c];
         In pb = b.c[c];

@@ -145,19 +145,28 @@ void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
 void Threshold(Plane& M, int level, int w, int h) {
     const Extent e = countExtent(w, h, M);
     if (e.empty()) return;
-    u8* base = M.data();
-    const int stride = M.cols();
+    // Every cell of the extent is written, so a shared plane is not copied first: the cells are read
+    // from the buffer it leaves to its other holders.
+    const Plane::Rewrite r = M.rewrite(0, 0, e.cols, e.rows);
+    const std::size_t stride = static_cast<std::size_t>(M.cols());
     if (level < 0 || level > 254) {
         const u8 v = level < 0 ? 255 : 0;
         for (int y = 0; y < e.rows; ++y)
-            std::memset(base + static_cast<std::size_t>(y) * stride, v, static_cast<std::size_t>(e.cols));
+            std::memset(r.to + y * stride, v, static_cast<std::size_t>(e.cols));
         return;
     }
     const u8 cut = static_cast<u8>(level);
     for (int y = 0; y < e.rows; ++y) {
-        u8* p = base + static_cast<std::size_t>(y) * stride;
-        for (int x = 0; x < e.cols; ++x)
-            p[x] = p[x] > cut ? 255 : 0;
+        u8* p = r.to + y * stride;
+        if (r.inPlace()) {
+            for (int x = 0; x < e.cols; ++x)
+                p[x] = p[x] > cut ? 255 : 0;
+        } else {
+            const u8* __restrict from = r.from + y * stride;
+            u8* __restrict to = p;
+            for (int x = 0; x < e.cols; ++x)
+                to[x] = from[x] > cut ? 255 : 0;
+        }
     }
 }
 
