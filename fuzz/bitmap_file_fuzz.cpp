@@ -12,10 +12,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const BitmapFile f = ReadBitmapFile(path);
         if (f.result == -1) return 0;
-        // A compressed file (-3) is not decoded, and nothing bounds its picture size but the host's
-        // own limit, which is well beyond this process's memory limit. Everything else must have
-        // proved its size with the file's own bytes.
-        if (f.result == -3 && static_cast<long long>(f.width) * f.height > (1LL << 24)) return 0;
+        // A compressed file (-3, or -2 when its bit count is also low) is not decoded, and nothing
+        // bounds its picture size but the host's own limit, which lies beyond this process's memory
+        // limit. Every uncompressed file must have proved its size with its own bytes.
+        if (f.compression != 0 && static_cast<long long>(f.width) * f.height > (1LL << 16)) return 0;
         krl::Plane r, g, b;
         bitmapPlanes(f, r, g, b);
     } catch (const std::exception&) {

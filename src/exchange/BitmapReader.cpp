@@ -58,10 +58,11 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
 
     // An uncompressed file must hold the rows its header promises at whatever depth, even one whose
     // pixels are not read: the picture is made in the file's size all the same, and a few bytes must
-    // not claim a picture of gigabytes.
+    // not claim a picture of gigabytes. Without compression a bit count of 0 holds no pixels at all.
     if (f.compression == 0) {
         const long long stored = (static_cast<long long>(f.width) * f.bitCount + 31) / 32 * 4;
-        if (offset > bytes.size() || static_cast<long long>(bytes.size() - offset) / f.height < stored)
+        if (f.bitCount == 0 || offset > bytes.size() ||
+            static_cast<long long>(bytes.size() - offset) / f.height < stored)
             badFormat();
     }
 
