@@ -56,6 +56,16 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
     if (f.width < 1 || f.width > kMaxSide || height < 1 || height > kMaxSide) badFormat();
     f.height = static_cast<int>(height);
 
+    // An uncompressed file must hold the rows its header promises at whatever depth, even one whose
+    // pixels are not read: the picture is made in the file's size all the same, and a few bytes must
+    // not claim a picture of gigabytes. Without compression a bit count of 0 holds no pixels at all.
+    if (f.compression == 0) {
+        const long long stored = (static_cast<long long>(f.width) * f.bitCount + 31) / 32 * 4;
+        if (f.bitCount == 0 || offset > bytes.size() ||
+            static_cast<long long>(bytes.size() - offset) / f.height < stored)
+            badFormat();
+    }
+
     if (f.bitCount < 8) {
         f.result = -2;
         return f;
@@ -109,14 +119,10 @@ BitmapFile ReadBitmapFile(const std::string& path) {
     return readBitmapBytes(bytes);
 }
 
-void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame) {
-    if (path.empty()) return;
-    const BitmapFile f = ReadBitmapFile(path);
-    if (f.result == -1) return;
-    if (frame == 0) van.Van_NewBuffer(f.width, f.height);
-    van.Van_RenameBuffer(path);
-    van.Van_NewFilename(path);
-    krl::Plane r(f.width, f.height), g(f.width, f.height), b(f.width, f.height);
+void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane& b) {
+    r = krl::Plane(f.width, f.height);
+    g = krl::Plane(f.width, f.height);
+    b = krl::Plane(f.width, f.height);
     std::uint8_t* rp = r.data();
     std::uint8_t* gp = g.data();
     std::uint8_t* bp = b.data();
@@ -139,15 +145,6 @@ void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int fra
                 }
             }
         }
-    }
-    if (frame < 1) {
-        van.Van_SetRbuffer(r);
-        van.Van_SetGbuffer(g);
-        van.Van_SetBbuffer(b);
-    } else {
-        van.Van_SetRFrame(r, frame);
-        van.Van_SetGFrame(g, frame);
-        van.Van_SetBFrame(b, frame);
     }
 }
 

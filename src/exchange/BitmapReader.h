@@ -23,10 +23,15 @@ struct BitmapFile {
 
 // Reads a bitmap file. The result codes are reported in BitmapFile::result; a file that is
 // truncated or claims impossible sizes throws std::runtime_error("Bad file format"), and a missing
-// file "File not found".
+// file "File not found". An uncompressed file of any depth counts as truncated when it lacks rows
+// its header promises, even if its pixels are not read.
 BitmapFile ReadBitmapFile(const std::string& path);
 // The same on bytes in memory (the path is only for messages).
 BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes);
+
+// The planes LoadBitmapFrame puts into the host, made with the file's width and height as upper
+// bounds: 24-bit and 8-bit files fill them as described below, other bit counts leave them at zero.
+void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane& b);
 
 // Puts a bitmap file into the host: frame 0 makes a new buffer of the file's size first; frames
 // below 1 go to the main buffer, others into their frame. 24-bit and 8-bit files fill the planes;

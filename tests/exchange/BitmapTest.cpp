@@ -186,6 +186,30 @@ TEST_F(BitmapReader, DamagedFilesAreRefusedWithoutReadingPastTheirEnd) {
     EXPECT_THROW(exchange::ReadBitmapFile(tempDir() + "/missing.bmp"), std::runtime_error);
 }
 
+TEST_F(BitmapReader, AFewBytesCannotClaimAHugePictureAtADepthThatIsNotRead) {
+    // Found by fuzzing: a 62-byte file of 32 (or 16, 4 or even 0) bits claiming 30000 x 30000 pixels
+    // made the host a buffer and three planes of that size, gigabytes from nothing. Now every
+    // uncompressed file must hold the rows it promises, whatever its depth.
+    host().loadAnimation({patternPicture(3, 2, 4)});
+    for (int bits : {32, 16, 4, 0}) {
+        const std::string path =
+            write("claims.bmp", bitmap(40, 30000, 30000, bits, {}, std::vector<std::uint8_t>(8)));
+        try {
+            exchange::ReadBitmapFile(path);
+            ADD_FAILURE() << bits << " bits: accepted";
+        } catch (const std::runtime_error& e) {
+            EXPECT_STREQ(e.what(), "Bad file format") << bits;
+        }
+        Vantry::Vantry_Class van;
+        EXPECT_THROW(exchange::LoadBitmapFrame(van, path, 0), std::runtime_error) << bits;
+        EXPECT_EQ(host().bufferWidth(), 3) << "the host is left as it was";
+    }
+    // The same file holding all its rows is read, and its planes stay at zero as before.
+    const BitmapFile whole =
+        exchange::readBitmapBytes(bitmap(40, 3, 2, 32, {}, std::vector<std::uint8_t>(24, 7)));
+    EXPECT_EQ(whole.result, 32);
+}
+
 TEST_F(BitmapReader, TopDownRowsAreTurned) {
     std::vector<std::uint8_t> rows(8, 0);
     rows[2] = 200; // first stored row: the top when the height is negative

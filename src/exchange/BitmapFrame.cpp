@@ -1,0 +1,28 @@
+// Putting a frame bitmap into the host; the file is read and turned into planes apart from the host
+// (BitmapReader.cpp), so that the reading can be checked on its own.
+
+#include "exchange/BitmapReader.h"
+
+namespace kirrel::exchange {
+
+void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame) {
+    if (path.empty()) return;
+    const BitmapFile f = ReadBitmapFile(path);
+    if (f.result == -1) return;
+    if (frame == 0) van.Van_NewBuffer(f.width, f.height);
+    van.Van_RenameBuffer(path);
+    van.Van_NewFilename(path);
+    krl::Plane r, g, b;
+    bitmapPlanes(f, r, g, b);
+    if (frame < 1) {
+        van.Van_SetRbuffer(r);
+        van.Van_SetGbuffer(g);
+        van.Van_SetBbuffer(b);
+    } else {
+        van.Van_SetRFrame(r, frame);
+        van.Van_SetGFrame(g, frame);
+        van.Van_SetBFrame(b, frame);
+    }
+}
+
+} // namespace kirrel::exchange
