@@ -2,6 +2,7 @@
 
 #include "customfx/CfxFile.h"
 #include "customfx/CustomFX.h"
+#include "panel/ButtonRow.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -119,17 +120,11 @@ frmCFXPlayer::frmCFXPlayer() : FormBase("frmCFXPlayer", "Kirrel - CustomFX Playe
     outer->setSpacing(10);
     Label1_ = helpLabel(makeLabel("Label1", kPlayerHelp));
     outer->addWidget(Label1_);
-    auto* buttons = new QHBoxLayout;
     chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
     cmdRun_ = makeButton("cmd_Run", "Apply CFX", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    buttons->addWidget(chkUndoSave_);
-    buttons->addWidget(cmdUndo_);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdRun_);
-    buttons->addWidget(cmdCancel_);
-    outer->addLayout(buttons);
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
     setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
 }
 

@@ -22,7 +22,7 @@ constexpr int kReapMs = 10000;
 QString batchRunnerProgram(const std::string& appDir) {
     const QByteArray env = qgetenv("KIRREL_BATCH_RUNNER");
     if (!env.isEmpty()) return QString::fromLocal8Bit(env);
-    const QString beside = QCoreApplication::applicationDirPath() + "/kirrel_batch";
+    QString beside = QCoreApplication::applicationDirPath() + "/kirrel_batch";
     if (QFileInfo(beside).isExecutable()) return beside;
     return QString::fromStdString(appDir) + "/kirrel_batch";
 }
@@ -105,7 +105,7 @@ std::optional<ConverterFailure> ConverterRun::finish() {
         QFile marker(e.filePath());
         std::optional<ConverterFailure> f;
         if (marker.open(QIODevice::ReadOnly)) {
-            const QStringList lines = QString::fromUtf8(marker.read(64 * 1024)).split('\n');
+            const QStringList lines = QString::fromUtf8(marker.read(qint64{64} * 1024)).split('\n');
             f = ConverterFailure{lines.value(0).trimmed(), lines.value(1).trimmed()};
             marker.close();
         }

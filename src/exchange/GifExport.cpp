@@ -8,6 +8,8 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <optional>
+#include <string>
 
 namespace kirrel::exchange {
 
@@ -30,20 +32,35 @@ void reportFailure(Vantry::Vantry_Class& van, ConverterRun& run, const std::stri
     }
 }
 
-} // namespace
+// Both exports take the picture buffers and the frame count, then ask where the GIF goes; with a
+// file chosen they need the temporary and the program folders. No file: nothing more is asked.
+struct ExportStart {
+    int total = 0;
+    std::string out, temp, app;
+};
 
-void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind, std::int16_t delay,
-                     std::int16_t loops) {
+std::optional<ExportStart> startExport(Vantry::Vantry_Class& van, const SingleCommandExport& kind) {
     van.Van_GetRBuffer();
     van.Van_GetGBuffer();
     van.Van_GetBBuffer();
     van.Van_BufferHeight();
     van.Van_BufferWidth();
-    const int total = van.Van_GetTotalFrames();
-    const std::string out = van.Van_RequestFile_save(kind.title, "", kind.filter);
-    if (out.empty()) return;
-    const std::string temp = van.Van_GetTempDir();
-    const std::string app = van.Van_GetAppDir();
+    ExportStart start;
+    start.total = van.Van_GetTotalFrames();
+    start.out = van.Van_RequestFile_save(kind.title, "", kind.filter);
+    if (start.out.empty()) return std::nullopt;
+    start.temp = van.Van_GetTempDir();
+    start.app = van.Van_GetAppDir();
+    return start;
+}
+
+} // namespace
+
+void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind, std::int16_t delay,
+                     std::int16_t loops) {
+    const auto start = startExport(van, kind);
+    if (!start) return;
+    const auto& [total, out, temp, app] = *start;
     const std::string command = gifSingleCommandLine(app, out, delay, loops, total);
 
     filters::SaveFrameBitmap(van, 0);
@@ -64,16 +81,9 @@ void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind,
 }
 
 void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
-    van.Van_GetRBuffer();
-    van.Van_GetGBuffer();
-    van.Van_GetBBuffer();
-    van.Van_BufferHeight();
-    van.Van_BufferWidth();
-    const int total = van.Van_GetTotalFrames();
-    const std::string out = van.Van_RequestFile_save(kGifGlobal.title, "", kGifGlobal.filter);
-    if (out.empty()) return;
-    const std::string temp = van.Van_GetTempDir();
-    const std::string app = van.Van_GetAppDir();
+    const auto start = startExport(van, kGifGlobal);
+    if (!start) return;
+    const auto& [total, out, temp, app] = *start;
     const auto primary = static_cast<std::uint32_t>(van.Van_getPrimaryColor());
     const Rgb colour{static_cast<std::uint8_t>(primary & 255),
                      static_cast<std::uint8_t>((primary >> 8) & 255),

@@ -88,9 +88,10 @@ void readFramePicture(const QString& path, int w, int h, krl::Plane& r, krl::Pla
         const uchar* src = image.constScanLine(y);
         const std::size_t row = static_cast<std::size_t>(y) * r.cols();
         for (int x = 0; x < cw; ++x) {
-            rp[row + x] = src[3 * x];
-            gp[row + x] = src[3 * x + 1];
-            bp[row + x] = src[3 * x + 2];
+            const uchar* px = src + 3 * static_cast<std::size_t>(x);
+            rp[row + x] = px[0];
+            gp[row + x] = px[1];
+            bp[row + x] = px[2];
         }
     }
 }

@@ -41,9 +41,10 @@ std::vector<std::uint8_t> layerBitmapBytes(const krl::Plane& r, const krl::Plane
     std::size_t at = 54;
     for (int y = height - 1; y >= 0; --y) {
         for (int x = 0; x < width; ++x) {
-            out[at + 3 * x] = b.at(x, y);
-            out[at + 3 * x + 1] = g.at(x, y);
-            out[at + 3 * x + 2] = r.at(x, y);
+            const std::size_t px = at + 3 * static_cast<std::size_t>(x);
+            out[px] = b.at(x, y);
+            out[px + 1] = g.at(x, y);
+            out[px + 2] = r.at(x, y);
         }
         at += rowBytes;
         if (onRow) onRow(y);

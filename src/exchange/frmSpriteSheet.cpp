@@ -2,6 +2,7 @@
 
 #include "exchange/ExportForms.h"
 #include "exchange/SpriteSheet.h"
+#include "panel/ButtonRow.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -65,11 +66,7 @@ void frmSpriteSheet::cmd_Run_Click() {
         return;
     }
     stored::saveUndoIfChecked(chkUndoSave_);
-    cmdRun_->setEnabled(false);
-    struct Enable {
-        QPushButton* b;
-        ~Enable() { b->setEnabled(true); }
-    } enable{cmdRun_};
+    const panel::RunButtonBusy busy(cmdRun_);
     buildSheet();
     van().Van_GotoFrame(current);
     van().Van_Refresh();

@@ -1,7 +1,7 @@
 #include "filters/FilterForm.h"
 
 #include "filters/PictureAccess.h"
-#include "panel/EnsureAnimation.h"
+#include "panel/FrameLists.h"
 #include "panel/Numeric.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
@@ -198,39 +198,15 @@ void FilterForm::skinTextBoxes(std::initializer_list<QWidget*> boxes) {
 }
 
 void FilterForm::Fill_Frame_List() {
-    cboFrameStart_->clear();
-    cboFrameEnd_->clear();
-    for (int i = 0; i < TotalFrames; ++i) {
-        cboFrameStart_->addItem(QString::number(i));
-        cboFrameEnd_->addItem(QString::number(i));
-    }
-    if (TotalFrames < 1) {
-        animationCheck();
-        return;
-    }
-    cboFrameStart_->setCurrentIndex(0);
-    cboFrameEnd_->setCurrentIndex(TotalFrames - 1);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.fill();
 }
 
 void FilterForm::animationCheck() {
-    panel::Ensure_Animation(
-        *this,
-        [this] {
-            cboFrameStart_->clear();
-            cboFrameEnd_->clear();
-        },
-        [this] {
-            TotalFrames = van().Van_GetTotalFrames();
-            Fill_Frame_List();
-            cboFrameStart_->setEnabled(true);
-            cboFrameEnd_->setEnabled(true);
-        },
-        kNoAnimation);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.offerAnimation();
 }
 
 void FilterForm::frameListLeft(bool startLeft) {
-    TotalFrames = van().Van_GetTotalFrames();
-    if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) Fill_Frame_List();
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.followCount();
     pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 

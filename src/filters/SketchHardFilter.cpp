@@ -103,8 +103,9 @@ void SketchHardCurrentFrame(FilterForm& form, SketchOption option, std::int32_t 
         krl::Triple small = form.shrinkInto(work, W, H);
         // The colour picture, kept before the preview goes grey.
         const krl::Triple Colored = option != SketchOption::Normal ? small : krl::Triple();
-        sketchHardPipeline(small, hardPreviewPath(form.traits().previewSize), Passes, strength, option,
-                           [&] { return Colored; });
+        sketchHardPipeline(small, hardPreviewPath(form.traits().previewSize), Passes, strength, option, [&] {
+            return Colored; // NOLINT(performance-no-automatic-move): a capture is never moved
+        });
         form.showPreview(small);
         return;
     }

@@ -1,6 +1,7 @@
 #include "generators/FrameToolForms.h"
 
 #include "generators/FrameTools.h"
+#include "panel/ButtonRow.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
@@ -37,17 +38,6 @@ const FrameToolTraits kCopy{"frmFrameCopy",
                             "------------->",
                             false,
                             &CopyFrames};
-
-// The undo pair and the buttons, as the other dialogs lay them out.
-QHBoxLayout* buttonRow(QCheckBox* save, QPushButton* undo, QPushButton* run, QPushButton* done) {
-    auto* row = new QHBoxLayout;
-    row->addWidget(save);
-    row->addWidget(undo);
-    row->addStretch(1);
-    row->addWidget(run);
-    row->addWidget(done);
-    return row;
-}
 
 void skin(panel::FormBase* form, QLabel* description, std::initializer_list<QPushButton*> buttons) {
     const panel::SkinSettings s = panel::readSkinSettings();
@@ -97,7 +87,7 @@ FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { stored::cmdUndoClick(cmdUndo_); });
     cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    outer->addLayout(buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 
@@ -168,7 +158,7 @@ frmPingPong::frmPingPong() : FormBase("frmPingPong", "Kirrel-Ping Pong Animation
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { stored::cmdUndoClick(cmdUndo_); });
     cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    outer->addLayout(buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 

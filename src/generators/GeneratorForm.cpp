@@ -1,6 +1,7 @@
 #include "generators/GeneratorForm.h"
 
-#include "panel/EnsureAnimation.h"
+#include "panel/ButtonRow.h"
+#include "panel/FrameLists.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -22,18 +23,6 @@ constexpr const char* kTooShort = "Need at least 3 frames selected!";
 // These dialogs ask as the filter dialogs do, with three line feeds between the sentences.
 constexpr const char* kNoAnimation =
     "No Animation in memory!\n\n\nWould you like to create an animation now?";
-
-// "Apply" comes back however the run ends, so that a failed run leaves the dialog usable.
-class RunButtonBusy {
-  public:
-    explicit RunButtonBusy(QPushButton* b) : b_(b) { b_->setEnabled(false); }
-    ~RunButtonBusy() { b_->setEnabled(true); }
-    RunButtonBusy(const RunButtonBusy&) = delete;
-    RunButtonBusy& operator=(const RunButtonBusy&) = delete;
-
-  private:
-    QPushButton* b_;
-};
 
 } // namespace
 
@@ -58,17 +47,11 @@ GeneratorForm::GeneratorForm(const GeneratorTraits& traits)
     outer->addLayout(range.layout);
     outer->addStretch(1);
 
-    auto* buttons = new QHBoxLayout;
     chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
     cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    buttons->addWidget(chkUndoSave_);
-    buttons->addWidget(cmdUndo_);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdRun_);
-    buttons->addWidget(cmdCancel_);
-    outer->addLayout(buttons);
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
 }
 
 void GeneratorForm::finishLayout() {
@@ -102,39 +85,15 @@ void GeneratorForm::formUnload() {
 }
 
 void GeneratorForm::Fill_Frame_List() {
-    cboFrameStart_->clear();
-    cboFrameEnd_->clear();
-    for (int i = 0; i < TotalFrames; ++i) {
-        cboFrameStart_->addItem(QString::number(i));
-        cboFrameEnd_->addItem(QString::number(i));
-    }
-    if (TotalFrames < 1) {
-        animationCheck();
-        return;
-    }
-    cboFrameStart_->setCurrentIndex(0);
-    cboFrameEnd_->setCurrentIndex(TotalFrames - 1);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.fill();
 }
 
 void GeneratorForm::animationCheck() {
-    panel::Ensure_Animation(
-        *this,
-        [this] {
-            cboFrameStart_->clear();
-            cboFrameEnd_->clear();
-        },
-        [this] {
-            TotalFrames = van().Van_GetTotalFrames();
-            Fill_Frame_List();
-            cboFrameStart_->setEnabled(true);
-            cboFrameEnd_->setEnabled(true);
-        },
-        kNoAnimation);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.offerAnimation();
 }
 
 void GeneratorForm::frameListLeft(bool startLeft) {
-    TotalFrames = van().Van_GetTotalFrames();
-    if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) Fill_Frame_List();
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.followCount();
     pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 
@@ -172,7 +131,7 @@ void GeneratorForm::cmd_Run_Click() {
         break;
     }
     {
-        RunButtonBusy busy(cmdRun_);
+        panel::RunButtonBusy busy(cmdRun_);
         runProcedure();
     }
     van().Van_GotoFrame(remembered);

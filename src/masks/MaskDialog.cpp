@@ -1,6 +1,7 @@
 #include "masks/MaskDialog.h"
 
-#include "panel/EnsureAnimation.h"
+#include "panel/ButtonRow.h"
+#include "panel/FrameLists.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -69,17 +70,11 @@ MaskDialog::MaskDialog(const MaskDialogTraits& traits, const QStringList& source
     outer->addLayout(range.layout);
     outer->addStretch(1);
 
-    auto* buttons = new QHBoxLayout;
     chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
     cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    buttons->addWidget(chkUndoSave_);
-    buttons->addWidget(cmdUndo_);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdRun_);
-    buttons->addWidget(cmdCancel_);
-    outer->addLayout(buttons);
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
 }
 
 void MaskDialog::finishLayout() {
@@ -147,39 +142,15 @@ void MaskDialog::Apply_Skin() {
 }
 
 void MaskDialog::Fill_Frame_List() {
-    cboFrameStart_->clear();
-    cboFrameEnd_->clear();
-    for (int i = 0; i < TotalFrames; ++i) {
-        cboFrameStart_->addItem(QString::number(i));
-        cboFrameEnd_->addItem(QString::number(i));
-    }
-    if (TotalFrames < 1) {
-        animationCheck();
-        return;
-    }
-    cboFrameStart_->setCurrentIndex(0);
-    cboFrameEnd_->setCurrentIndex(TotalFrames - 1);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.fill();
 }
 
 void MaskDialog::animationCheck() {
-    panel::Ensure_Animation(
-        *this,
-        [this] {
-            cboFrameStart_->clear();
-            cboFrameEnd_->clear();
-        },
-        [this] {
-            TotalFrames = van().Van_GetTotalFrames();
-            Fill_Frame_List();
-            cboFrameStart_->setEnabled(true);
-            cboFrameEnd_->setEnabled(true);
-        },
-        kNoAnimation);
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.offerAnimation();
 }
 
 void MaskDialog::frameListLeft(bool startLeft) {
-    TotalFrames = van().Van_GetTotalFrames();
-    if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) Fill_Frame_List();
+    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.followCount();
     pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 

@@ -2,6 +2,7 @@
 
 #include "masks/AlphaMaskMod.h"
 #include "masks/MaskSources.h"
+#include "panel/ButtonRow.h"
 #include "stored/AnimUndo.h"
 
 #include <QCheckBox>
@@ -50,11 +51,7 @@ void frmAlphaMask::cmd_Run_Click() {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    cmdRun()->setEnabled(false);
-    struct Reenable {
-        QPushButton* button;
-        ~Reenable() { button->setEnabled(true); }
-    } reenable{cmdRun()};
+    const panel::RunButtonBusy busy(cmdRun());
     if (optCurrent()->isChecked()) AlphaMask(lighter(), darker());
     if (optMultiple()->isChecked())
         for (int frame = startIndex(); frame <= endIndex(); ++frame) {

@@ -3,6 +3,7 @@
 #include "filters/PictureAccess.h"
 #include "masks/AnimMaskMod.h"
 #include "masks/MaskSources.h"
+#include "panel/ButtonRow.h"
 #include "stored/AnimUndo.h"
 #include "stored/DataFile.h"
 #include "stored/SlotFiles.h"
@@ -126,11 +127,7 @@ void frmAnimMask::cmd_Run_Click() {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    cmdRun()->setEnabled(false);
-    struct Reenable {
-        QPushButton* button;
-        ~Reenable() { button->setEnabled(true); }
-    } reenable{cmdRun()};
+    const panel::RunButtonBusy busy(cmdRun());
     AnimMask(MaskFile, lighter(), darker(), startIndex(), endIndex());
     cmdRun()->setEnabled(true);
     van().Van_GotoFrame(remembered);

@@ -1,5 +1,6 @@
 #include "stored/SpliceDialog.h"
 
+#include "panel/ButtonRow.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -46,17 +47,11 @@ SpliceDialog::SpliceDialog(const QString& name, const QString& caption, const QS
     outer->addLayout(options_);
     outer->addStretch(1);
 
-    auto* buttons = new QHBoxLayout;
     chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
     cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
     cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
     cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    buttons->addWidget(chkUndoSave_);
-    buttons->addWidget(cmdUndo_);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdRun_);
-    buttons->addWidget(cmdCancel_);
-    outer->addLayout(buttons);
+    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
 }
 
 void SpliceDialog::finishLayout() {

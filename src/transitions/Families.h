@@ -27,6 +27,10 @@ struct FamilyRun {
 // form for its life.
 class FamilyControls {
   public:
+    FamilyControls() = default;
+    // Controls hand `this` to their widgets' signals: a copy would be wired to the original.
+    FamilyControls(const FamilyControls&) = delete;
+    FamilyControls& operator=(const FamilyControls&) = delete;
     virtual ~FamilyControls() = default;
     // At Form_Load, after the shared controls are skinned: defaults and colours.
     virtual void load(const panel::SkinSettings& skin) { (void)skin; }

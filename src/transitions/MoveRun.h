@@ -60,30 +60,38 @@ constexpr std::array<FrameStep, sizeof...(I)> moveSteps(std::index_sequence<I...
     return {&moveStep<Kind, Table, I, To>...};
 }
 
-// A family's table made into its four runs.
-template <MoveKind Kind, const auto& Table> struct MoveFamily {
-    static constexpr std::size_t kSize = std::tuple_size_v<std::remove_cvref_t<decltype(Table)>>;
-    static constexpr auto kTo = moveSteps<Kind, Table, true>(std::make_index_sequence<kSize>{});
-    static constexpr auto kFrom = moveSteps<Kind, Table, false>(std::make_index_sequence<kSize>{});
+template <const auto& Table>
+inline constexpr std::size_t kTableSize = std::tuple_size_v<std::remove_cvref_t<decltype(Table)>>;
 
+// A family's table made into its four runs, over the steps the family makes of its rows (its kTo
+// and kFrom, one a row). The moving modules and the openings differ only in those steps.
+template <class Family, const auto& Table> struct TableRuns {
     static std::size_t index(int member) {
-        if (member < 0 || member >= static_cast<int>(kSize)) throw std::out_of_range("Invalid transition");
+        if (member < 0 || member >= static_cast<int>(kTableSize<Table>))
+            throw std::out_of_range("Invalid transition");
         return static_cast<std::size_t>(member);
     }
     static void to(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to.frames), kTo[i]);
+        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to.frames), Family::kTo[i]);
     }
     static void from(int member, int start, int end, const std::string& source) {
         const std::size_t i = index(member);
-        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from.frames), kFrom[i]);
+        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from.frames), Family::kFrom[i]);
     }
     static void toStored(int member, int start, int slot) {
-        runToStored(start, slot, moveStoredShape(), kTo[index(member)]);
+        runToStored(start, slot, moveStoredShape(), Family::kTo[index(member)]);
     }
     static void fromStored(int member, int end, int slot) {
-        runFromStored(end, slot, moveStoredShape(), kFrom[index(member)]);
+        runFromStored(end, slot, moveStoredShape(), Family::kFrom[index(member)]);
     }
+};
+
+// A moving family's table made into its four runs.
+template <MoveKind Kind, const auto& Table> struct MoveFamily : TableRuns<MoveFamily<Kind, Table>, Table> {
+    static constexpr auto kTo = moveSteps<Kind, Table, true>(std::make_index_sequence<kTableSize<Table>>{});
+    static constexpr auto kFrom =
+        moveSteps<Kind, Table, false>(std::make_index_sequence<kTableSize<Table>>{});
 };
 
 } // namespace kirrel::transitions

@@ -72,29 +72,9 @@ constexpr std::array<FrameStep, sizeof...(I)> openingSteps(std::index_sequence<I
 }
 
 // A family's table made into its four runs, by the index of the dialog's variant list.
-template <const auto& Table> struct OpeningFamily {
-    static constexpr std::size_t kSize = std::tuple_size_v<std::remove_cvref_t<decltype(Table)>>;
-    static constexpr auto kTo = openingSteps<Table, true>(std::make_index_sequence<kSize>{});
-    static constexpr auto kFrom = openingSteps<Table, false>(std::make_index_sequence<kSize>{});
-
-    static std::size_t index(int member) {
-        if (member < 0 || member >= static_cast<int>(kSize)) throw std::out_of_range("Invalid transition");
-        return static_cast<std::size_t>(member);
-    }
-    static void to(int member, int start, int end, const std::string& source) {
-        const std::size_t i = index(member);
-        runPlain(Direction::To, start, end, source, movePlainShape(Table[i].to.frames), kTo[i]);
-    }
-    static void from(int member, int start, int end, const std::string& source) {
-        const std::size_t i = index(member);
-        runPlain(Direction::From, start, end, source, movePlainShape(Table[i].from.frames), kFrom[i]);
-    }
-    static void toStored(int member, int start, int slot) {
-        runToStored(start, slot, moveStoredShape(), kTo[index(member)]);
-    }
-    static void fromStored(int member, int end, int slot) {
-        runFromStored(end, slot, moveStoredShape(), kFrom[index(member)]);
-    }
+template <const auto& Table> struct OpeningFamily : TableRuns<OpeningFamily<Table>, Table> {
+    static constexpr auto kTo = openingSteps<Table, true>(std::make_index_sequence<kTableSize<Table>>{});
+    static constexpr auto kFrom = openingSteps<Table, false>(std::make_index_sequence<kTableSize<Table>>{});
 };
 
 } // namespace kirrel::transitions

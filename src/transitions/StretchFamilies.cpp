@@ -13,6 +13,7 @@ namespace {
 
 std::vector<const char*> stretchOptionTexts() {
     std::vector<const char*> texts;
+    texts.reserve(kStretchOptions.size());
     for (const StretchOption& o : kStretchOptions)
         texts.push_back(o.text);
     return texts;
