@@ -251,7 +251,7 @@ RunOutcome runBatchFile(const QString& givenPath, const RunnerFolders& folders, 
     QByteArray bytes;
     if (file.open(QIODevice::ReadOnly)) {
         // Our batch files are small; a huge one is not ours.
-        if (file.size() > 64 * 1024 * 1024) {
+        if (file.size() > 64LL * 1024 * 1024) {
             outcome.exitCode = 3;
             outcome.kind = "refused";
             outcome.message = "The batch file is too large.";

@@ -134,9 +134,9 @@ void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane&
             for (int x = 0; x < f.width; ++x) {
                 const std::size_t at = static_cast<std::size_t>(y) * stride + x;
                 if (f.bitCount == 24) {
-                    bp[at] = src[x * 3];
-                    gp[at] = src[x * 3 + 1];
-                    rp[at] = src[x * 3 + 2];
+                    bp[at] = src[static_cast<std::size_t>(x) * 3];
+                    gp[at] = src[static_cast<std::size_t>(x) * 3 + 1];
+                    rp[at] = src[static_cast<std::size_t>(x) * 3 + 2];
                 } else {
                     const std::uint32_t e = src[x] < f.table.size() ? f.table[src[x]] : 0;
                     rp[at] = static_cast<std::uint8_t>(e & 255);

@@ -152,7 +152,7 @@ krl::Plane circleMask(int W, int H, QImage* surface) {
     for (int y = 1; y <= H - 1; ++y) {
         const uchar* line = image.constScanLine(y);
         for (int x = 1; x <= W - 1; ++x)
-            m.at(x, y) = line[3 * x];
+            m.at(x, y) = line[static_cast<std::size_t>(x) * 3];
     }
     for (int x = 0; x <= W; ++x) {
         m.at(x, 0) = m.at(x, 1);
