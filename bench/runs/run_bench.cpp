@@ -118,7 +118,10 @@ void BM_SqueezeHorizontal(benchmark::State& s) {
 
 // Toonify at strength 5 over the whole range, as its dialog's range run does it.
 void BM_ToonRange(benchmark::State& s) {
+    // The dialog fills its frame lists from the animation when it is shown.
+    prepareHost(static_cast<int>(s.range(0)) - 1, static_cast<int>(s.range(1)) - 1);
     auto* form = static_cast<kirrel::filters::frmToon*>(kirrel::panel::loadFormByName("frmToon"));
+    form->showForm();
     wholeRun(s, [form] {
         form->Strength = 5;
         static_cast<QComboBox*>(form->control("cboFrameStart"))->setCurrentIndex(0);

@@ -198,6 +198,21 @@ TEST_F(BatchRunner, FailingConverterLeavesAMarkerAndNoShellEverRuns) {
         EXPECT_FALSE(QFileInfo::exists(at(where)));
 }
 
+TEST_F(BatchRunner, KilledConverterLeavesAMarkerAndTheBatchStillEnds) {
+    // A converter that dies by a signal midway: the run is a failure like any other, and the panel's
+    // wait still ends because the batch file goes.
+    QDir(root.path()).mkpath("killer");
+    touch(at("killer/convert"), "#!/bin/sh\nkill -9 $$\n");
+    QFile::setPermissions(at("killer/convert"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    touch(at("tmp/png_main.bmp"));
+    EXPECT_NE(run("PNGConvert.bat", batchBytes(pngConvertBatch(app(), at("outside/l.png").toStdString())),
+                  at("killer")),
+              0);
+    EXPECT_FALSE(QFileInfo::exists(at("tmp/PNGConvert.bat")));
+    EXPECT_TRUE(marker("PNGConvert.bat").startsWith("failed\n")) << marker("PNGConvert.bat").toStdString();
+    EXPECT_TRUE(QFileInfo::exists(at("outside/keep.bmp")));
+}
+
 TEST_F(BatchRunner, BatchOutsideItsFolderIsNeitherRunNorDeleted) {
     touch(at("outside/GifConvert.bat"), "del keep.bmp\r\n");
     QProcess p;
