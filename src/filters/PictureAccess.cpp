@@ -77,7 +77,9 @@ std::string Save_BMP(Vantry::Vantry_Class& van, int frame) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (!out) throw std::runtime_error("Path not found: " + path);
     out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!out) throw std::runtime_error("Disk full: " + path);
+    // The stream buffers what it is given: a full disk shows only when the bytes are pushed out.
+    out.close();
+    if (out.fail()) throw std::runtime_error("Disk full: " + path);
     return path;
 }
 

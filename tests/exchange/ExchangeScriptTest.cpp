@@ -251,6 +251,29 @@ TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndLeavesAgainAndAStillOneIsR
         << "the host is unchanged";
 }
 
+TEST_F(ExchangeScript, AFullDiskUnderTheFrameBitmapsIsReportedAndNothingElseChanges) {
+    // The second frame's bitmap lands on a device that is always full: the export stops with an
+    // error, the animation stays as it was, and no GIF appears.
+    writeAnimation(at("anim.dat"), 3, 4, 3, sample);
+    QDir(dir.path()).mkpath("tmp");
+    ASSERT_TRUE(QFile::link("/dev/full", at("tmp/temp1.bmp")));
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
+      "steps": [
+        {"open": "Export To AnimGif"},
+        {"set": {"control": "chkGlobalDelay", "value": true}},
+        {"answer": [{"file": "out.gif"}]},
+        {"click": "cmdSave"},
+        {"dump": "after"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject after = state("after");
+    const auto texts = dialogTexts(after);
+    ASSERT_FALSE(texts.empty());
+    EXPECT_NE(texts.back().find("temp1.bmp"), std::string::npos) << texts.back();
+    EXPECT_FALSE(after["locked"].toBool());
+    EXPECT_EQ(readFile(at("after/animation.dat")), readFile(at("anim.dat")));
+    EXPECT_FALSE(QFileInfo::exists(at("out.gif")));
+}
+
 TEST_F(ExchangeScript, WithoutTheConverterTheWaitEndsWithAClearMessage) {
     writeAnimation(at("anim.dat"), 3, 4, 3, sample);
     const QByteArray path = qgetenv("PATH");
