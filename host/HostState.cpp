@@ -19,15 +19,20 @@ constexpr int kMaxFrames = 32767;
 class NobodyResponder final : public Responder {
   public:
     void message(const std::string&, const std::string&) override {}
-    int question(const std::string& text, const std::string&) override { throw ScriptAbort{"question: " + text}; }
-    double value(const std::string& title, double, double) override { throw ScriptAbort{"value box: " + title}; }
+    int question(const std::string& text, const std::string&) override {
+        throw ScriptAbort{"question: " + text};
+    }
+    double value(const std::string& title, double, double) override {
+        throw ScriptAbort{"value box: " + title};
+    }
     std::string fileOpen(const std::string& title, const std::string&, const std::string&) override {
         throw ScriptAbort{"file requester: " + title};
     }
     std::string fileSave(const std::string& title, const std::string&, const std::string&) override {
         throw ScriptAbort{"file requester: " + title};
     }
-    std::optional<std::string> input(const std::string& prompt, const std::string&, const std::string&) override {
+    std::optional<std::string> input(const std::string& prompt, const std::string&,
+                                     const std::string&) override {
         throw ScriptAbort{"input box: " + prompt};
     }
     void error(const std::string&, const std::string&) override {}
@@ -39,7 +44,9 @@ krl::Plane opaque(int w, int h) {
     return p;
 }
 
-std::string numberText(double v) { return jsonNumber(v); }
+std::string numberText(double v) {
+    return jsonNumber(v);
+}
 } // namespace
 
 HostState& runningHost() {
@@ -119,7 +126,8 @@ void HostState::newBuffer(long long w, long long h) {
 void HostState::fitExtrasToBuffer() {
     const int w = bufferWidth();
     const int h = bufferHeight();
-    if (alpha_.width() != w || alpha_.height() != h) alpha_ = alpha_.empty() ? opaque(w, h) : scalePlane(alpha_, w, h);
+    if (alpha_.width() != w || alpha_.height() != h)
+        alpha_ = alpha_.empty() ? opaque(w, h) : scalePlane(alpha_, w, h);
     if (swap_.width() != w || swap_.height() != h) swap_ = scalePicture(swap_, w, h);
 }
 
@@ -134,16 +142,24 @@ void HostState::stopAnimation() {
     if (onStopAnimation) onStopAnimation();
 }
 
-void HostState::refresh() { changed(); }
+void HostState::refresh() {
+    changed();
+}
 
 // --- planes ------------------------------------------------------------------------------------
 
 namespace {
-const krl::Plane& channelOf(const Picture& p, Channel c) { return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b; }
-krl::Plane& channelOf(Picture& p, Channel c) { return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b; }
+const krl::Plane& channelOf(const Picture& p, Channel c) {
+    return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b;
+}
+krl::Plane& channelOf(Picture& p, Channel c) {
+    return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b;
+}
 } // namespace
 
-krl::Plane HostState::getBuffer(Channel c) const { return channelOf(mainPicture(), c); }
+krl::Plane HostState::getBuffer(Channel c) const {
+    return channelOf(mainPicture(), c);
+}
 
 void HostState::setBuffer(Channel c, const krl::Plane& p) {
     channelOf(mainPictureMut(), c) = fitPlane(p, bufferWidth(), bufferHeight());
@@ -155,7 +171,9 @@ void HostState::setAlpha(const krl::Plane& p) {
     changed();
 }
 
-krl::Plane HostState::getSwap(Channel c) const { return channelOf(swap_, c); }
+krl::Plane HostState::getSwap(Channel c) const {
+    return channelOf(swap_, c);
+}
 
 void HostState::setSwap(Channel c, const krl::Plane& p) {
     channelOf(swap_, c) = fitPlane(p, bufferWidth(), bufferHeight());
@@ -175,7 +193,8 @@ void HostState::setFrame(Channel c, const krl::Plane& p, long long f) {
 
 krl::Plane HostState::getLayer(Channel c, long long layer) const {
     if (layer <= 0 || layer > static_cast<long long>(extraLayers_.size())) return getBuffer(c);
-    return fitPlane(channelOf(extraLayers_[static_cast<std::size_t>(layer - 1)], c), bufferWidth(), bufferHeight());
+    return fitPlane(channelOf(extraLayers_[static_cast<std::size_t>(layer - 1)], c), bufferWidth(),
+                    bufferHeight());
 }
 
 // --- undo, progress ----------------------------------------------------------------------------
@@ -234,14 +253,16 @@ double HostState::valueBox(const std::string& title, double minimum, double maxi
     return v;
 }
 
-std::string HostState::requestFileOpen(const std::string& title, const std::string& def, const std::string& filter) {
+std::string HostState::requestFileOpen(const std::string& title, const std::string& def,
+                                       const std::string& filter) {
     dialogs_.push_back({"file_open", title, kBoxTitle, "null"});
     std::string f = answerer().fileOpen(title, def, filter);
     dialogs_.back().answer = jsonQuote(f);
     return f;
 }
 
-std::string HostState::requestFileSave(const std::string& title, const std::string& def, const std::string& filter) {
+std::string HostState::requestFileSave(const std::string& title, const std::string& def,
+                                       const std::string& filter) {
     dialogs_.push_back({"file_save", title, kBoxTitle, "null"});
     std::string f = answerer().fileSave(title, def, filter);
     dialogs_.back().answer = jsonQuote(f);
@@ -266,7 +287,9 @@ void HostState::sendFormObject(QWidget* form) {
     if (onFormSent) onFormSent(form);
 }
 
-void HostState::forgetForm(QWidget* form) { forms_.erase(std::remove(forms_.begin(), forms_.end(), form), forms_.end()); }
+void HostState::forgetForm(QWidget* form) {
+    forms_.erase(std::remove(forms_.begin(), forms_.end(), form), forms_.end());
+}
 
 // --- set-up --------------------------------------------------------------------------------------
 

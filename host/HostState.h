@@ -68,20 +68,47 @@ class HostState {
     // --- colours and alpha display ---
     std::uint32_t primaryColor() const { return primary_; }
     std::uint32_t secondaryColor() const { return secondary_; }
-    void setPrimaryColor(int r, int g, int b) { primary_ = packColor(r, g, b); changed(); }
-    void setSecondaryColor(int r, int g, int b) { secondary_ = packColor(r, g, b); changed(); }
-    void alphaOn() { alphaShown_ = true; changed(); }
-    void alphaOff() { alphaShown_ = false; changed(); }
-    void initMarquee() { ++marqueeBuilds_; changed(); }
+    void setPrimaryColor(int r, int g, int b) {
+        primary_ = packColor(r, g, b);
+        changed();
+    }
+    void setSecondaryColor(int r, int g, int b) {
+        secondary_ = packColor(r, g, b);
+        changed();
+    }
+    void alphaOn() {
+        alphaShown_ = true;
+        changed();
+    }
+    void alphaOff() {
+        alphaShown_ = false;
+        changed();
+    }
+    void initMarquee() {
+        ++marqueeBuilds_;
+        changed();
+    }
     void saveUndo();
     bool restoreUndo(); // the host's own undo of one picture; false when there is none
     bool hasUndo() const { return hasUndo_; }
 
     // --- run bracket and progress ---
-    void lock() { locked_ = true; changed(); }
-    void unlock() { locked_ = false; changed(); }
-    void changePointer(int p) { pointer_ = p; changed(); }
-    void restorePointer() { pointer_ = 0; changed(); }
+    void lock() {
+        locked_ = true;
+        changed();
+    }
+    void unlock() {
+        locked_ = false;
+        changed();
+    }
+    void changePointer(int p) {
+        pointer_ = p;
+        changed();
+    }
+    void restorePointer() {
+        pointer_ = 0;
+        changed();
+    }
     void status(double percent);
     void statusClose();
     void setProgress(double percent);
@@ -99,7 +126,10 @@ class HostState {
     const std::string& appDir() const { return appDir_; }
     const std::string& wallpaper() const { return wallpaper_; }
     void sendFormObject(QWidget* form);
-    void renameBuffer(const std::string& name) { bufferName_ = name; changed(); }
+    void renameBuffer(const std::string& name) {
+        bufferName_ = name;
+        changed();
+    }
     void newFilename(const std::string& path) { filename_ = path; }
 
     // --- set-up and inspection by the stand-in's own window and by session scripts ---
@@ -155,15 +185,15 @@ class HostState {
     }
     Responder& answerer();
 
-    Picture still_;                  // the main buffer when there is no animation
-    std::vector<Picture> frames_;    // the animation; the current frame *is* the main buffer
+    Picture still_;               // the main buffer when there is no animation
+    std::vector<Picture> frames_; // the animation; the current frame *is* the main buffer
     int current_ = 0;
     krl::Plane alpha_;
     Picture swap_;
     std::vector<Picture> extraLayers_;
     int currentLayer_ = 0;
     int layerOpacity_ = 255;
-    std::uint32_t primary_ = 0;        // black
+    std::uint32_t primary_ = 0;          // black
     std::uint32_t secondary_ = 0xFFFFFF; // white
     bool locked_ = false;
     int pointer_ = 0;

@@ -18,7 +18,9 @@ namespace kirrel::panel {
 
 namespace {
 // Twips are 1/1440 inch; the panel is laid out at 15 twips to a pixel.
-constexpr int twips(int t) { return t / 15; }
+constexpr int twips(int t) {
+    return t / 15;
+}
 constexpr int kExpandedTwips = 3285;
 constexpr int kShrunkTwips = 600;
 constexpr int kWidthTwips = 6300;
@@ -48,7 +50,8 @@ Mainfrm::Mainfrm() : FormBase("Mainfrm", kVersion) {
     layout->addWidget(body_);
 
     // Hidden pictures: Image1 holds the wallpaper for every form; the other two are work surfaces.
-    for (const char* name : {"Image1", "TempPic", "TempImg"}) makePicture(name)->hide();
+    for (const char* name : {"Image1", "TempPic", "TempImg"})
+        makePicture(name)->hide();
 
     timer1_ = new QTimer(this);
     timer1_->setObjectName("Timer1");
@@ -63,8 +66,10 @@ void Mainfrm::buildMenus() {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
         connect(a, &QAction::triggered, this, guarded([this, handler](bool) { (this->*handler)(); }));
-        if (menu) menu->addAction(a);
-        else menuBar_->addAction(a);
+        if (menu)
+            menu->addAction(a);
+        else
+            menuBar_->addAction(a);
         return a;
     };
     auto open = [this](const char* form, const char* plugin, bool needsAnim) {
@@ -94,9 +99,12 @@ void Mainfrm::buildMenus() {
 
     QMenu* tools = menuBar_->addMenu("Tools");
     tools->setObjectName("menuTools");
-    entryFn(tools, "menuComposite", "Compositing Panel", open("frmCompositeAnims", "Compositing Panel", true));
-    entryFn(tools, "menuCombine", "Combine with Stored", open("frmCombineAnims", "Combine with Stored", true));
-    entryFn(tools, "menuStored", "Stored Animations Panel", open("frmMultiAnims", "Stored Animations Panel", false));
+    entryFn(tools, "menuComposite", "Compositing Panel",
+            open("frmCompositeAnims", "Compositing Panel", true));
+    entryFn(tools, "menuCombine", "Combine with Stored",
+            open("frmCombineAnims", "Combine with Stored", true));
+    entryFn(tools, "menuStored", "Stored Animations Panel",
+            open("frmMultiAnims", "Stored Animations Panel", false));
 
     QMenu* help = menuBar_->addMenu("Help");
     help->setObjectName("menuHelp");
@@ -113,7 +121,8 @@ void Mainfrm::buildMenus() {
 
 void Mainfrm::formLoad() {
     frameCount_ = van().Van_GetTotalFrames();
-    for (const char* c : catalogueCategories()) list1_->addItem(c);
+    for (const char* c : catalogueCategories())
+        list1_->addItem(c);
     list1_->setCurrentRow(0);
     Apply_Skin();
     expanded_ = true;
@@ -240,6 +249,8 @@ void Mainfrm::formUnload() {
     endProgram();
 }
 
-void Mainfrm::closeByUser() { close(); }
+void Mainfrm::closeByUser() {
+    close();
+}
 
 } // namespace kirrel::panel
