@@ -1,5 +1,7 @@
 #include "generators/Generators.h"
 
+#include "filters/FilterForm.h"
+
 #include "generators/FlickerPixels.h"
 #include "panel/Numeric.h"
 #include "panel/Vantry.h"
@@ -13,19 +15,9 @@ namespace {
 
 constexpr short kBusyPointer = 11;
 
-krl::Triple fetchMain(Vantry::Vantry_Class& van) {
-    krl::Triple t;
-    t.r = van.Van_GetRBuffer();
-    t.g = van.Van_GetGBuffer();
-    t.b = van.Van_GetBBuffer();
-    return t;
-}
-
-void storeMain(Vantry::Vantry_Class& van, const krl::Triple& t) {
-    van.Van_SetRbuffer(t.r);
-    van.Van_SetGbuffer(t.g);
-    van.Van_SetBbuffer(t.b);
-}
+// The main buffer goes in and out as the filters move it.
+constexpr auto fetchMain = filters::fetchBuffer;
+constexpr auto storeMain = filters::storeBuffer;
 
 // The noise of both variants; the alpha variant lets it through the frame's alpha plane.
 void generateStatic(FrameSpan span, int strength, bool useAlpha) {
