@@ -7,6 +7,7 @@
 
 #include "pixel/MixRows.h"
 #include "pixel/Mixing.h"
+#include "pixel/RowGather.h"
 
 #include <algorithm>
 #include <vector>
@@ -83,8 +84,7 @@ void pushPlane(Out a, In old, In b, const Extent& e, bool horizontal, int k,
 
 // Writes cells [b0, b0 + map.size()) along the axis from b's cells map[i]: a band of b scaled.
 void bandPlane(Out a, In b, const Extent& e, bool horizontal, int b0, const std::vector<int>& map,
-               std::vector<std::uint8_t>& scratch) {
-    const int k = static_cast<int>(map.size());
+               const mix::RowGather& gather, std::vector<std::uint8_t>& scratch) {
     if (horizontal) {
         const bool alias = b.aliases(a);
         for (int y = 0; y < e.rows; ++y) {
@@ -93,11 +93,7 @@ void bandPlane(Out a, In b, const Extent& e, bool horizontal, int b0, const std:
                 std::memcpy(scratch.data(), src, static_cast<std::size_t>(e.cols));
                 src = scratch.data();
             }
-            // Plain pointers: a byte store could otherwise alias the map and force reloads.
-            std::uint8_t* __restrict dst = a[y] + b0;
-            const int* __restrict from = map.data();
-            for (int i = 0; i < k; ++i)
-                dst[i] = src[from[i]];
+            gather.apply(a[y] + b0, src);
         }
         return;
     }
@@ -232,6 +228,8 @@ void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
     if (b1 <= b0) return;
     thread_local std::vector<int> map;
     mix::nearestMap(b1 - b0, n, map);
+    thread_local mix::RowGather gather;
+    if (horizontal) gather.plan(map, n);
     thread_local std::vector<std::uint8_t> scratch;
     scratch.resize(static_cast<std::size_t>(e.cols));
     if (mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
@@ -241,14 +239,14 @@ void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
         for (int c = 0; c < 3; ++c) {
             const mix::Rewritten r =
                 horizontal ? mix::rewrite(*A[c], b0, 0, b1, e.rows) : mix::rewrite(*A[c], 0, b0, e.cols, b1);
-            bandPlane(r.to, mix::in(*B[c]), e, horizontal, b0, map, scratch);
+            bandPlane(r.to, mix::in(*B[c]), e, horizontal, b0, map, gather, scratch);
         }
         return;
     }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
     for (int c = 0; c < 3; ++c)
-        bandPlane(a.c[c], b.c[c], e, horizontal, b0, map, scratch);
+        bandPlane(a.c[c], b.c[c], e, horizontal, b0, map, gather, scratch);
 }
 
 void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane& BB, const Plane& CR,
@@ -273,28 +271,43 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
     thread_local std::vector<int> mapA, mapC;
     mix::nearestMap(k, n, mapA);
     mix::nearestMap(n - k, n, mapC);
+    thread_local mix::RowGather gatherA, gatherC;
+    if (horizontal) {
+        gatherA.plan(mapA, n);
+        gatherC.plan(mapC, n);
+    }
     thread_local std::vector<std::uint8_t> scratch, store;
     scratch.resize(static_cast<std::size_t>(e.cols));
-    const mix::Outs a = mix::outs(AR, AG, AB);
-    const mix::Outs bo = mix::outs(BR, BG, BB);
-    const mix::Ins src = mix::ins(CR, CG, CB);
+    // Where B is as large as the picture written, it simply shares A's result instead of a copy.
+    auto covers = [&](const Plane& p) { return p.cols() == e.cols && p.rows() == e.rows; };
+    const bool shareB = covers(AR) && covers(AG) && covers(AB) && covers(BR) && covers(BG) && covers(BB);
+    Plane* A[3] = {&AR, &AG, &AB};
+    Plane* B[3] = {&BR, &BG, &BB};
+    const Plane* C[3] = {&CR, &CG, &CB};
     for (int ch = 0; ch < 3; ++ch) {
-        const Out pa = a.c[ch];
-        In pc = src.c[ch];
+        Out pa;
         if (horizontal) {
+            // Every cell is written, so a shared A is not copied first; its old rows are read where
+            // they lie. In place the frame's part still works left to right, as a squeeze reads at or
+            // after the cell it writes; only a source that is A itself needs its row saved first.
+            const mix::Rewritten r = mix::rewrite(*A[ch], 0, 0, e.cols, e.rows);
+            pa = r.to;
+            In pc = mix::in(*C[ch]);
+            const bool sourceIsA = pc.aliases(pa);
+            if (sourceIsA && !r.inPlace()) pc = r.from;
             for (int y = 0; y < e.rows; ++y) {
                 std::uint8_t* row = pa[y];
-                std::memcpy(scratch.data(), row, static_cast<std::size_t>(n));
-                const std::uint8_t* frame = scratch.data();
-                const std::uint8_t* source = pc.aliases(pa) ? frame : pc[y];
-                const int* __restrict fromA = mapA.data();
-                const int* __restrict fromC = mapC.data();
-                for (int i = 0; i < k; ++i)
-                    row[i] = frame[fromA[i]];
-                for (int i = k; i < n; ++i)
-                    row[i] = source[fromC[i - k]];
+                const std::uint8_t* source = pc[y];
+                if (sourceIsA && r.inPlace()) {
+                    std::memcpy(scratch.data(), row, static_cast<std::size_t>(n));
+                    source = scratch.data();
+                }
+                gatherA.apply(row, r.from[y]);
+                gatherC.apply(row + k, source);
             }
         } else {
+            pa = mix::out(*A[ch]);
+            In pc = mix::in(*C[ch]);
             if (pc.aliases(pa)) pc = mix::snapshot(pc, e, store);
             // The frame's part reads rows at or below the row it writes, so top-down order is safe;
             // the source's part follows, since the frame's part may read rows it overwrites.
@@ -302,8 +315,16 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
             for (int y = k; y < n; ++y)
                 mix::moveCells(pa[y], pc[mapC[static_cast<std::size_t>(y - k)]], e.cols);
         }
-        for (int y = 0; y < e.rows; ++y)
-            mix::moveCells(bo.c[ch][y], pa[y], e.cols);
+        if (!shareB) {
+            const Out pb = mix::out(*B[ch]);
+            for (int y = 0; y < e.rows; ++y)
+                mix::moveCells(pb[y], pa[y], e.cols);
+        }
+    }
+    if (shareB) {
+        BR = AR;
+        BG = AG;
+        BB = AB;
     }
 }
 

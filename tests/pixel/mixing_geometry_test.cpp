@@ -1,6 +1,7 @@
 // Where the patterns and moves put each pixel. Horizontal modes are checked cell by cell on pictures
 // whose cells name their position; each vertical mode must be its horizontal twin on the transposed
-// picture.
+// picture. Rows of 38 cells take the horizontal scalings through their block-wise shuffles, which the
+// vertical twins, copying whole rows, check at every band size.
 
 #include "mixing_support.h"
 
@@ -57,7 +58,7 @@ INSTANTIATE_TEST_SUITE_P(Pairs, Twins,
                          ::testing::Combine(::testing::Range(0, static_cast<int>(std::size(kTwins))),
                                             ::testing::Values(std::pair{0, 0}, std::pair{1, 0},
                                                               std::pair{6, 4}, std::pair{7, 5},
-                                                              std::pair{3, 12})),
+                                                              std::pair{3, 12}, std::pair{4, 37})),
                          twinName);
 
 // Runs `call` on position-coded pictures of 12 columns (W = 11, H = 5) and tells where each cell of
