@@ -11,9 +11,11 @@
 
 #include "pixel/Extent.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace krl {
@@ -77,20 +79,21 @@ void tentColumn(const u16* __restrict a, const u16* __restrict b, const u16* __r
         dst[x] = static_cast<u8>(static_cast<u16>(a[x] + 2u * b[x] + c[x] + 8u) >> 4);
 }
 
-// One plane through a separable kernel of the given radius. Row sums of the last 2*radius+1 source
-// rows live in a ring; source rows are read strictly ahead of the rows written.
-template <int Radius, class RowFn, class ColFn>
-void blurPlane(const u8* src, int srcStride, u8* dst, int dstStride, Extent e, std::vector<u16>& ring,
-               RowFn rowFn, ColFn colFn) {
+// Rows [y0, y1) of one plane through a separable kernel of the given radius. Row sums of the last
+// 2*radius+1 source rows live in a ring; source rows are read strictly ahead of the rows written.
+// srcAt(y) gives source row y.
+template <int Radius, class SrcAt, class RowFn, class ColFn>
+void blurRows(SrcAt srcAt, u8* dst, int dstStride, Extent e, int y0, int y1, RowFn rowFn, ColFn colFn) {
     constexpr int kTaps = 2 * Radius + 1;
     const int n = e.cols;
+    thread_local std::vector<u16> ring;
     ring.resize(static_cast<std::size_t>(kTaps) * static_cast<std::size_t>(n));
     auto slot = [&](int y) { return ring.data() + static_cast<std::size_t>(y % kTaps) * n; };
-    int next = 0; // next source row to sum
-    for (int y = 0; y < e.rows; ++y) {
+    int next = std::max(0, y0 - Radius); // next source row to sum
+    for (int y = y0; y < y1; ++y) {
         const int need = std::min(y + Radius, e.rows - 1);
         for (; next <= need; ++next)
-            rowFn(src + static_cast<std::size_t>(next) * srcStride, slot(next), n);
+            rowFn(srcAt(next), slot(next), n);
         const u16* rows[kTaps];
         for (int k = 0; k < kTaps; ++k)
             rows[k] = slot(std::clamp(y - Radius + k, 0, e.rows - 1));
@@ -102,6 +105,72 @@ void blurPlane(const u8* src, int srcStride, u8* dst, int dstStride, Extent e, s
     }
 }
 
+// Blurs three planes, each from its source, in row slices. A slice reads `Radius` source rows on
+// either side of its own; where a plane is blurred in place those rows belong to the neighbouring
+// slices, which may already have written them, so they are copied aside before the slices start
+// and read from there.
+template <int Radius, class RowFn, class ColFn>
+void blurPlanes(Plane* const out[3], const Plane* const in[3], Extent e, RowFn rowFn, ColFn colFn) {
+    u8* dst[3];
+    for (int c = 0; c < 3; ++c)
+        dst[c] = out[c]->data();
+    const u8* src[3];
+    int srcStride[3];
+    for (int c = 0; c < 3; ++c) {
+        src[c] = in[c]->data();
+        srcStride[c] = in[c]->cols();
+    }
+    const int parts = sliceCount(e.rows, 3LL * e.cols);
+    // Halo rows around each inner slice boundary b: source rows [b - Radius, b + Radius), per plane.
+    constexpr int kHalo = 2 * Radius;
+    const std::size_t n = static_cast<std::size_t>(e.cols);
+    thread_local std::vector<u8> haloStore;
+    haloStore.resize(parts > 1 ? 3 * static_cast<std::size_t>(parts - 1) * kHalo * n : 0);
+    const std::vector<u8>& halo = haloStore;
+    bool inPlace[3];
+    for (int c = 0; c < 3; ++c) {
+        inPlace[c] = src[c] == dst[c];
+        if (!inPlace[c]) continue;
+        for (int i = 1; i < parts; ++i) {
+            const int b = sliceStart(e.rows, i, parts);
+            for (int k = 0; k < kHalo; ++k) {
+                const int y = std::clamp(b - Radius + k, 0, e.rows - 1);
+                std::memcpy(haloStore.data() +
+                                ((static_cast<std::size_t>(c) * (parts - 1) + (i - 1)) * kHalo + k) * n,
+                            src[c] + static_cast<std::size_t>(y) * srcStride[c], n);
+            }
+        }
+    }
+    auto rows = [&](int y0, int y1) {
+        for (int c = 0; c < 3; ++c) {
+            auto srcAt = [&](int y) -> const u8* {
+                if (inPlace[c] && (y < y0 || y >= y1)) {
+                    // A neighbour's row: boundary y0 for rows above, y1 for rows below.
+                    const int b = y < y0 ? y0 : y1;
+                    int i = 1;
+                    while (sliceStart(e.rows, i, parts) != b)
+                        ++i;
+                    return halo.data() + ((static_cast<std::size_t>(c) * (parts - 1) + (i - 1)) * kHalo +
+                                          (y - (b - Radius))) *
+                                             n;
+                }
+                return src[c] + static_cast<std::size_t>(y) * srcStride[c];
+            };
+            blurRows<Radius>(srcAt, dst[c], out[c]->cols(), e, y0, y1, rowFn, colFn);
+        }
+    };
+    // A result plane that is another channel's source (or another channel's result) ties the channels
+    // together in order; such a call runs whole, as one slice.
+    bool apart = true;
+    for (int c = 0; c < 3; ++c)
+        for (int k = 0; k < 3; ++k)
+            if (k != c && (dst[c] == src[k] || dst[c] == dst[k])) apart = false;
+    if (apart)
+        forRowSlices(e.rows, 3LL * e.cols, rows);
+    else
+        rows(0, e.rows);
+}
+
 } // namespace
 
 // When A and B are different planes B is left alone; when they are the same planes the blur runs in
@@ -110,24 +179,17 @@ void BoxBlur(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, 
              int h) {
     const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
     if (e.empty()) return;
-    Plane* out[3] = {&AR, &AG, &AB};
-    const Plane* in[3] = {&BR, &BG, &BB};
-    u8* dst[3];
-    for (int c = 0; c < 3; ++c)
-        dst[c] = out[c]->data();
-    thread_local std::vector<u16> ring;
-    for (int c = 0; c < 3; ++c)
-        blurPlane<2>(in[c]->data(), in[c]->cols(), dst[c], out[c]->cols(), e, ring, boxRow, boxColumn);
+    Plane* const out[3] = {&AR, &AG, &AB};
+    const Plane* const in[3] = {&BR, &BG, &BB};
+    blurPlanes<2>(out, in, e, boxRow, boxColumn);
 }
 
 void TriBlur(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     const Extent e = boundExtent(w, h, AR, AG, AB);
     if (e.empty()) return;
-    thread_local std::vector<u16> ring;
-    for (Plane* p : {&AR, &AG, &AB}) {
-        u8* d = p->data();
-        blurPlane<1>(d, p->cols(), d, p->cols(), e, ring, tentRow, tentColumn);
-    }
+    Plane* const out[3] = {&AR, &AG, &AB};
+    const Plane* const in[3] = {&AR, &AG, &AB};
+    blurPlanes<1>(out, in, e, tentRow, tentColumn);
 }
 
 } // namespace krl

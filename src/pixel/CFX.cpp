@@ -10,6 +10,7 @@
 
 #include "pixel/Extent.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <cstring>
 #include <vector>
@@ -69,19 +70,21 @@ void CFXFilter1(Plane& MR, Plane& MG, Plane& MB, const Plane& SR, const Plane& S
     const Key primary = keyOf(pr, pg, pb);
     const Key secondary = keyOf(sr, sg, sb);
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    thread_local std::vector<u8> out;
-    out.assign(3 * n, u8{});
     auto at = [](auto* base, const Plane* p, int y) {
         return base + static_cast<std::size_t>(y) * p->cols();
     };
-    for (int y = 0; y < e.rows; ++y) {
-        composeRow(at(wBase[0], work[0], y), at(wBase[1], work[1], y), at(wBase[2], work[2], y),
-                   at(mBase[0], mainP[0], y), at(mBase[1], mainP[1], y), at(mBase[2], mainP[2], y),
-                   at(sBase[0], swapP[0], y), at(sBase[1], swapP[1], y), at(sBase[2], swapP[2], y), primary,
-                   secondary, out.data(), e.cols);
-        for (int c = 0; c < 3; ++c)
-            std::memcpy(at(wBase[c], work[c], y), out.data() + c * n, n);
-    }
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> out;
+        out.resize(3 * n);
+        for (int y = y0; y < y1; ++y) {
+            composeRow(at(wBase[0], work[0], y), at(wBase[1], work[1], y), at(wBase[2], work[2], y),
+                       at(mBase[0], mainP[0], y), at(mBase[1], mainP[1], y), at(mBase[2], mainP[2], y),
+                       at(sBase[0], swapP[0], y), at(sBase[1], swapP[1], y), at(sBase[2], swapP[2], y),
+                       primary, secondary, out.data(), e.cols);
+            for (int c = 0; c < 3; ++c)
+                std::memcpy(at(wBase[c], work[c], y), out.data() + c * n, n);
+        }
+    });
 }
 
 } // namespace krl

@@ -8,6 +8,7 @@
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <array>
@@ -116,60 +117,79 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
 
     // Three stages, each a ring of rows: grey of B, smoothed grey, line darkness. Output row y needs
     // line rows up to y+1 (thick lines), hence smoothed rows up to y+2 and grey rows up to y+3; all
-    // of B that row y depends on is read before row y of A is written.
+    // of B that row y depends on is read before row y of A is written. A slice of rows starts its
+    // rings three rows early, so its first row sees the stages exactly as the whole loop would; the
+    // rings hold eight rows, room for that start. Slices need A apart from B: in place, a slice's
+    // first rows would read B rows that the slice above has already written.
     const int n = e.cols;
     const std::size_t sn = static_cast<std::size_t>(n);
     const int last = e.rows - 1;
     auto clampY = [&](int y) { return std::clamp(y, 0, last); };
-    thread_local std::vector<u8> greyRows, smoothRows;
-    thread_local std::vector<u16> edgeRows;
-    RowRing<u8> grey(greyRows, 4, sn), smooth(smoothRows, 4, sn);
-    RowRing<u16> edge(edgeRows, 4, sn);
-    thread_local std::vector<u16> line;
-    line.assign(sn, u16{});
-    thread_local std::vector<u16> pull;
-    pull.assign(sn, u16{});
-    for (int y = 0; y < e.rows; ++y) {
-        const int needEdge = std::min(y + (st.thickLine ? 1 : 0), last);
-        const int needSmooth = std::min(needEdge + 1, last);
-        const int needGrey = std::min(needSmooth + 1, last);
-        for (; grey.next <= needGrey; ++grey.next)
-            lumaRow(in[0].row(grey.next), in[1].row(grey.next), in[2].row(grey.next), grey.row(grey.next), n);
-        for (int& k = smooth.next; k <= needSmooth; ++k)
-            smoothRow(grey.row(clampY(k - 1)), grey.row(k), grey.row(clampY(k + 1)), smooth.row(k), n);
-        for (int& k = edge.next; k <= needEdge; ++k)
-            edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n, st);
-        if (st.thickLine) {
-            const u16* up = edge.row(clampY(y - 1));
-            const u16* mid = edge.row(y);
-            const u16* down = edge.row(clampY(y + 1));
-            for (int x = 0; x < n; ++x) {
-                const int xl = std::max(x - 1, 0);
-                const int xr = std::min(x + 1, n - 1);
-                line[static_cast<std::size_t>(x)] = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
+    auto rows = [&](int y0, int y1) {
+        thread_local std::vector<u8> greyRows, smoothRows;
+        thread_local std::vector<u16> edgeRows;
+        RowRing<u8> grey(greyRows, 8, sn), smooth(smoothRows, 8, sn);
+        RowRing<u16> edge(edgeRows, 8, sn);
+        grey.next = clampY(y0 - 3);
+        smooth.next = clampY(y0 - 2);
+        edge.next = clampY(y0 - 1);
+        thread_local std::vector<u16> line;
+        line.resize(sn);
+        thread_local std::vector<u16> pull;
+        pull.resize(sn);
+        for (int y = y0; y < y1; ++y) {
+            const int needEdge = std::min(y + (st.thickLine ? 1 : 0), last);
+            const int needSmooth = std::min(needEdge + 1, last);
+            const int needGrey = std::min(needSmooth + 1, last);
+            for (; grey.next <= needGrey; ++grey.next)
+                lumaRow(in[0].row(grey.next), in[1].row(grey.next), in[2].row(grey.next), grey.row(grey.next),
+                        n);
+            for (int& k = smooth.next; k <= needSmooth; ++k)
+                smoothRow(grey.row(clampY(k - 1)), grey.row(k), grey.row(clampY(k + 1)), smooth.row(k), n);
+            for (int& k = edge.next; k <= needEdge; ++k)
+                edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n,
+                        st);
+            if (st.thickLine) {
+                const u16* up = edge.row(clampY(y - 1));
+                const u16* mid = edge.row(y);
+                const u16* down = edge.row(clampY(y + 1));
+                for (int x = 0; x < n; ++x) {
+                    const int xl = std::max(x - 1, 0);
+                    const int xr = std::min(x + 1, n - 1);
+                    line[static_cast<std::size_t>(x)] = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
+                }
+            } else {
+                std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
             }
-        } else {
-            std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
-        }
-        // How far the blur may pull each pixel: fully while the largest channel change stays within
-        // half of `smoothing`, not at all beyond `smoothing`.
-        for (int x = 0; x < n; ++x) {
-            int moved = 0;
-            for (int c = 0; c < 3; ++c)
-                moved = std::max(moved, std::abs(out[c].row(y)[x] - in[c].row(y)[x]));
-            pull[static_cast<std::size_t>(x)] =
-                static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
-        }
-        for (int c = 0; c < 3; ++c) {
-            u8* p = out[c].row(y);
-            const u8* q = in[c].row(y);
+            // How far the blur may pull each pixel: fully while the largest channel change stays
+            // within half of `smoothing`, not at all beyond `smoothing`.
             for (int x = 0; x < n; ++x) {
-                const std::size_t i = static_cast<std::size_t>(x);
-                const int flat = q[x] + (((p[x] - q[x]) * pull[i]) >> 8);
-                p[x] = static_cast<u8>((band[static_cast<std::size_t>(flat)] * (256u - line[i]) + 128u) >> 8);
+                int moved = 0;
+                for (int c = 0; c < 3; ++c)
+                    moved = std::max(moved, std::abs(out[c].row(y)[x] - in[c].row(y)[x]));
+                pull[static_cast<std::size_t>(x)] =
+                    static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
+            }
+            for (int c = 0; c < 3; ++c) {
+                u8* p = out[c].row(y);
+                const u8* q = in[c].row(y);
+                for (int x = 0; x < n; ++x) {
+                    const std::size_t i = static_cast<std::size_t>(x);
+                    const int flat = q[x] + (((p[x] - q[x]) * pull[i]) >> 8);
+                    p[x] = static_cast<u8>((band[static_cast<std::size_t>(flat)] * (256u - line[i]) + 128u) >>
+                                           8);
+                }
             }
         }
-    }
+    };
+    bool apart = true;
+    for (const PlaneOut& o : out)
+        for (const PlaneRef& i : in)
+            apart = apart && o.base != i.base;
+    if (apart)
+        forRowSlices(e.rows, 6LL * e.cols, rows);
+    else
+        rows(0, e.rows);
 }
 
 // ---- night vision --------------------------------------------------------------------------------
@@ -252,20 +272,22 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
     for (int v = 0; v < 256; ++v)
         tone[static_cast<std::size_t>(v)] =
             static_cast<u8>(std::lround(255.0 * std::pow(v / 255.0, exponent)));
-    thread_local std::vector<u8> dodged;
-    dodged.assign(static_cast<std::size_t>(e.cols), u8{});
-    for (int y = 0; y < e.rows; ++y) {
-        for (int c = 0; c < 3; ++c) {
-            u8* p = out[c].row(y);
-            dodgeRow(p, in[c].row(y), dodged.data(), e.cols);
-            if (plainDodge) {
-                std::memcpy(p, dodged.data(), dodged.size());
-                continue;
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> dodged;
+        dodged.resize(static_cast<std::size_t>(e.cols));
+        for (int y = y0; y < y1; ++y) {
+            for (int c = 0; c < 3; ++c) {
+                u8* p = out[c].row(y);
+                dodgeRow(p, in[c].row(y), dodged.data(), e.cols);
+                if (plainDodge) {
+                    std::memcpy(p, dodged.data(), dodged.size());
+                    continue;
+                }
+                for (int x = 0; x < e.cols; ++x)
+                    p[x] = tone[dodged[static_cast<std::size_t>(x)]];
             }
-            for (int x = 0; x < e.cols; ++x)
-                p[x] = tone[dodged[static_cast<std::size_t>(x)]];
         }
-    }
+    });
 }
 
 // The finishing touch of the graphic-novel look: the picture as if laid down in chalk on toothed
@@ -282,36 +304,38 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
     const unsigned soften = t * 80 / 100;    // share of the way to grey, out of 256
     const int skipFrom = 255 - t * 90 / 100; // tooth above this lets the paper through
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    thread_local std::vector<u16> whiten;
-    whiten.assign(n, u16{});
-    thread_local std::vector<u8> grey;
-    grey.assign(n, u8{});
-    thread_local std::vector<u8> result;
-    result.assign(3 * n, u8{});
-    for (int y = 0; y < e.rows; ++y) {
-        for (int x = 0; x < e.cols; ++x) {
-            // Strokes: grain cells eight pixels long along the diagonal, one pixel across it.
-            const auto along = static_cast<std::uint32_t>((x + y) >> 3);
-            const auto across = static_cast<std::uint32_t>(x - y + 4096);
-            const int stroke = filt::positionGrain(along, across, 1);
-            const int fine =
-                filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
-            const int tooth = (3 * stroke + fine) >> 2;
-            const int skip = tooth > skipFrom ? (tooth - skipFrom) * 3 : 0;
-            whiten[static_cast<std::size_t>(x)] = static_cast<u16>(std::min(256, lift + skip));
-        }
-        lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
-        for (int c = 0; c < 3; ++c) {
-            const u8* p = out[c].row(y);
-            u8* r = result.data() + static_cast<std::size_t>(c) * n;
-            for (std::size_t x = 0; x < n; ++x) {
-                const unsigned soft = (p[x] * (256u - soften) + grey[x] * soften + 128u) >> 8;
-                r[x] = static_cast<u8>(soft + (((255u - soft) * whiten[x] + 128u) >> 8));
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u16> whiten;
+        whiten.resize(n);
+        thread_local std::vector<u8> grey;
+        grey.resize(n);
+        thread_local std::vector<u8> result;
+        result.resize(3 * n);
+        for (int y = y0; y < y1; ++y) {
+            for (int x = 0; x < e.cols; ++x) {
+                // Strokes: grain cells eight pixels long along the diagonal, one pixel across it.
+                const auto along = static_cast<std::uint32_t>((x + y) >> 3);
+                const auto across = static_cast<std::uint32_t>(x - y + 4096);
+                const int stroke = filt::positionGrain(along, across, 1);
+                const int fine =
+                    filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
+                const int tooth = (3 * stroke + fine) >> 2;
+                const int skip = tooth > skipFrom ? (tooth - skipFrom) * 3 : 0;
+                whiten[static_cast<std::size_t>(x)] = static_cast<u16>(std::min(256, lift + skip));
             }
+            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
+            for (int c = 0; c < 3; ++c) {
+                const u8* p = out[c].row(y);
+                u8* r = result.data() + static_cast<std::size_t>(c) * n;
+                for (std::size_t x = 0; x < n; ++x) {
+                    const unsigned soft = (p[x] * (256u - soften) + grey[x] * soften + 128u) >> 8;
+                    r[x] = static_cast<u8>(soft + (((255u - soft) * whiten[x] + 128u) >> 8));
+                }
+            }
+            for (int c = 0; c < 3; ++c)
+                std::memcpy(out[c].row(y), result.data() + static_cast<std::size_t>(c) * n, n);
         }
-        for (int c = 0; c < 3; ++c)
-            std::memcpy(out[c].row(y), result.data() + static_cast<std::size_t>(c) * n, n);
-    }
+    });
 }
 
 // Night-vision goggles: the picture's grey, lifted in the dark, darkened toward the rim of the view
@@ -321,32 +345,37 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     if (e.empty()) return;
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const NightTables& t = nightTables();
-    thread_local std::vector<u16> fx, fy;
-    falloff(e.cols, 60, fx);
-    falloff(e.rows, 60, fy);
+    thread_local std::vector<u16> fxStore, fyStore;
+    falloff(e.cols, 60, fxStore);
+    falloff(e.rows, 60, fyStore);
+    // Named through plain references: a slice on another thread would see its own thread_local.
+    const std::vector<u16>& fx = fxStore;
+    const std::vector<u16>& fy = fyStore;
     const std::size_t n = static_cast<std::size_t>(e.cols);
-    thread_local std::vector<u8> grey;
-    grey.assign(n, u8{});
-    thread_local std::vector<u8> grainLine;
-    grainLine.assign(n, u8{});
-    for (int y = 0; y < e.rows; ++y) {
-        lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
-        filt::grainRow(static_cast<std::uint32_t>(y), 3, grainLine.data(), e.cols);
-        for (std::size_t x = 0; x < n; ++x) {
-            const int keep = 256 - fx[x] - fy[static_cast<std::size_t>(y)];
-            const int grain = (grainLine[x] - 128) / 20;
-            grey[x] = static_cast<u8>(filt::clampInt(((t.gain[grey[x]] * keep) >> 8) + grain, 0, 255));
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> grey;
+        grey.resize(n);
+        thread_local std::vector<u8> grainLine;
+        grainLine.resize(n);
+        for (int y = y0; y < y1; ++y) {
+            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
+            filt::grainRow(static_cast<std::uint32_t>(y), 3, grainLine.data(), e.cols);
+            for (std::size_t x = 0; x < n; ++x) {
+                const int keep = 256 - fx[x] - fy[static_cast<std::size_t>(y)];
+                const int grain = (grainLine[x] - 128) / 20;
+                grey[x] = static_cast<u8>(filt::clampInt(((t.gain[grey[x]] * keep) >> 8) + grain, 0, 255));
+            }
+            u8* r = out[0].row(y);
+            u8* g = out[1].row(y);
+            u8* b = out[2].row(y);
+            for (std::size_t x = 0; x < n; ++x) {
+                const u8 v = grey[x];
+                r[x] = t.r[v];
+                g[x] = t.g[v];
+                b[x] = t.b[v];
+            }
         }
-        u8* r = out[0].row(y);
-        u8* g = out[1].row(y);
-        u8* b = out[2].row(y);
-        for (std::size_t x = 0; x < n; ++x) {
-            const u8 v = grey[x];
-            r[x] = t.r[v];
-            g[x] = t.g[v];
-            b[x] = t.b[v];
-        }
-    }
+    });
 }
 
 } // namespace krl

@@ -9,6 +9,7 @@
 
 #include "pixel/Extent.h"
 #include "pixel/Plane.h"
+#include "pixel/Slices.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -128,12 +129,14 @@ template <class Op> KRL_CELL_LOOP void cellsInPlace(std::uint8_t* __restrict d, 
 template <class Op> void eachCell(Plane& p, const Extent& e, Op op) {
     if (e.empty()) return;
     const Rewritten r = rewrite(p, 0, 0, e.cols, e.rows);
-    for (int y = 0; y < e.rows; ++y) {
-        if (r.inPlace())
-            cellsInPlace(r.to[y], e.cols, op);
-        else
-            cellsApart(r.to[y], r.from[y], e.cols, op);
-    }
+    forRowSlices(e.rows, e.cols, [&](int y0, int y1) {
+        for (int y = y0; y < y1; ++y) {
+            if (r.inPlace())
+                cellsInPlace(r.to[y], e.cols, op);
+            else
+                cellsApart(r.to[y], r.from[y], e.cols, op);
+        }
+    });
 }
 
 // d[i] = op(a[i], b[i]) over n cells. d is either a itself or a buffer of its own, and b never
@@ -151,7 +154,9 @@ KRL_CELL_LOOP void pairCellsInPlace(std::uint8_t* __restrict d, const std::uint8
         d[i] = op(d[i], b[i]);
 }
 
-// Two-picture cell operations, A := op(A, B) over the extent of the three channel pairs.
+// Two-picture cell operations, A := op(A, B) over the extent of the three channel pairs. Cells are
+// independent, so rows go out in slices; within a row the channels keep their order, which is all a
+// plane passed both as a result and as another channel's input relies on.
 template <class Op>
 void eachPairCell(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB,
                   const Extent& e, Op op) {
@@ -159,27 +164,29 @@ void eachPairCell(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
     if (!distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
         const Outs a = outs(AR, AG, AB);
         const Ins b = ins(BR, BG, BB);
-        for (int c = 0; c < 3; ++c)
-            for (int y = 0; y < e.rows; ++y) {
-                std::uint8_t* pa = a.c[c][y];
-                const std::uint8_t* pb = b.c[c][y];
-                for (int i = 0; i < e.cols; ++i)
-                    pa[i] = op(pa[i], pb[i]);
-            }
+        forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+            for (int y = y0; y < y1; ++y)
+                for (int c = 0; c < 3; ++c) {
+                    std::uint8_t* pa = a.c[c][y];
+                    const std::uint8_t* pb = b.c[c][y];
+                    for (int i = 0; i < e.cols; ++i)
+                        pa[i] = op(pa[i], pb[i]);
+                }
+        });
         return;
     }
-    Plane* A[3] = {&AR, &AG, &AB};
-    const Plane* B[3] = {&BR, &BG, &BB};
-    for (int c = 0; c < 3; ++c) {
-        const Rewritten r = rewrite(*A[c], 0, 0, e.cols, e.rows);
-        const In b = in(*B[c]);
-        for (int y = 0; y < e.rows; ++y) {
-            if (r.inPlace())
-                pairCellsInPlace(r.to[y], b[y], e.cols, op);
-            else
-                pairCellsApart(r.to[y], r.from[y], b[y], e.cols, op);
-        }
-    }
+    const Rewritten r[3] = {rewrite(AR, 0, 0, e.cols, e.rows), rewrite(AG, 0, 0, e.cols, e.rows),
+                            rewrite(AB, 0, 0, e.cols, e.rows)};
+    const Ins b = ins(BR, BG, BB);
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        for (int c = 0; c < 3; ++c)
+            for (int y = y0; y < y1; ++y) {
+                if (r[c].inPlace())
+                    pairCellsInPlace(r[c].to[y], b.c[c][y], e.cols, op);
+                else
+                    pairCellsApart(r[c].to[y], r[c].from[y], b.c[c][y], e.cols, op);
+            }
+    });
 }
 
 // The same through a mask plane: A := op(A, B, M).
@@ -205,29 +212,31 @@ void eachMaskedCell(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
         const Outs a = outs(AR, AG, AB);
         const Ins b = ins(BR, BG, BB);
         const In m = in(M);
-        for (int c = 0; c < 3; ++c)
-            for (int y = 0; y < e.rows; ++y) {
-                std::uint8_t* pa = a.c[c][y];
-                const std::uint8_t* pb = b.c[c][y];
-                const std::uint8_t* pm = m[y];
-                for (int i = 0; i < e.cols; ++i)
-                    pa[i] = op(pa[i], pb[i], pm[i]);
-            }
+        forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+            for (int y = y0; y < y1; ++y)
+                for (int c = 0; c < 3; ++c) {
+                    std::uint8_t* pa = a.c[c][y];
+                    const std::uint8_t* pb = b.c[c][y];
+                    const std::uint8_t* pm = m[y];
+                    for (int i = 0; i < e.cols; ++i)
+                        pa[i] = op(pa[i], pb[i], pm[i]);
+                }
+        });
         return;
     }
-    Plane* A[3] = {&AR, &AG, &AB};
-    const Plane* B[3] = {&BR, &BG, &BB};
+    const Rewritten r[3] = {rewrite(AR, 0, 0, e.cols, e.rows), rewrite(AG, 0, 0, e.cols, e.rows),
+                            rewrite(AB, 0, 0, e.cols, e.rows)};
+    const Ins b = ins(BR, BG, BB);
     const In m = in(M);
-    for (int c = 0; c < 3; ++c) {
-        const Rewritten r = rewrite(*A[c], 0, 0, e.cols, e.rows);
-        const In b = in(*B[c]);
-        for (int y = 0; y < e.rows; ++y) {
-            if (r.inPlace())
-                maskCellsInPlace(r.to[y], b[y], m[y], e.cols, op);
-            else
-                maskCellsApart(r.to[y], r.from[y], b[y], m[y], e.cols, op);
-        }
-    }
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        for (int c = 0; c < 3; ++c)
+            for (int y = y0; y < y1; ++y) {
+                if (r[c].inPlace())
+                    maskCellsInPlace(r[c].to[y], b.c[c][y], m[y], e.cols, op);
+                else
+                    maskCellsApart(r[c].to[y], r[c].from[y], b.c[c][y], m[y], e.cols, op);
+            }
+    });
 }
 
 // Copies cells [from, to) of one row; memmove because a row may be copied onto itself.

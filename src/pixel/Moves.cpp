@@ -8,6 +8,7 @@
 #include "pixel/MixRows.h"
 #include "pixel/Mixing.h"
 #include "pixel/RowGather.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <vector>
@@ -84,17 +85,21 @@ void pushPlane(Out a, In old, In b, const Extent& e, bool horizontal, int k,
 
 // Writes cells [b0, b0 + map.size()) along the axis from b's cells map[i]: a band of b scaled.
 void bandPlane(Out a, In b, const Extent& e, bool horizontal, int b0, const std::vector<int>& map,
-               const mix::RowGather& gather, std::vector<std::uint8_t>& scratch) {
+               const mix::RowGather& gather) {
     if (horizontal) {
         const bool alias = b.aliases(a);
-        for (int y = 0; y < e.rows; ++y) {
-            const std::uint8_t* src = b[y];
-            if (alias) {
-                std::memcpy(scratch.data(), src, static_cast<std::size_t>(e.cols));
-                src = scratch.data();
+        forRowSlices(e.rows, e.cols, [&](int y0, int y1) {
+            thread_local std::vector<std::uint8_t> copy;
+            if (alias) copy.resize(static_cast<std::size_t>(e.cols));
+            for (int y = y0; y < y1; ++y) {
+                const std::uint8_t* src = b[y];
+                if (alias) {
+                    std::memcpy(copy.data(), src, static_cast<std::size_t>(e.cols));
+                    src = copy.data();
+                }
+                gather.apply(a[y] + b0, src);
             }
-            gather.apply(a[y] + b0, src);
-        }
+        });
         return;
     }
     mix::mapRows(b0, map, [&](int y, int src) { mix::moveCells(a[y], b[src], e.cols); });
@@ -230,8 +235,6 @@ void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
     mix::nearestMap(b1 - b0, n, map);
     thread_local mix::RowGather gather;
     if (horizontal) gather.plan(map, n);
-    thread_local std::vector<std::uint8_t> scratch;
-    scratch.resize(static_cast<std::size_t>(e.cols));
     if (mix::distinct({&AR, &AG, &AB}, {&BR, &BG, &BB})) {
         // A shared result is not copied first: only the cells outside the band come from A.
         Plane* A[3] = {&AR, &AG, &AB};
@@ -239,14 +242,14 @@ void StretchOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
         for (int c = 0; c < 3; ++c) {
             const mix::Rewritten r =
                 horizontal ? mix::rewrite(*A[c], b0, 0, b1, e.rows) : mix::rewrite(*A[c], 0, b0, e.cols, b1);
-            bandPlane(r.to, mix::in(*B[c]), e, horizontal, b0, map, gather, scratch);
+            bandPlane(r.to, mix::in(*B[c]), e, horizontal, b0, map, gather);
         }
         return;
     }
     const mix::Outs a = mix::outs(AR, AG, AB);
     const mix::Ins b = mix::ins(BR, BG, BB);
     for (int c = 0; c < 3; ++c)
-        bandPlane(a.c[c], b.c[c], e, horizontal, b0, map, gather, scratch);
+        bandPlane(a.c[c], b.c[c], e, horizontal, b0, map, gather);
 }
 
 void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane& BB, const Plane& CR,
@@ -276,8 +279,7 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
         gatherA.plan(mapA, n);
         gatherC.plan(mapC, n);
     }
-    thread_local std::vector<std::uint8_t> scratch, store;
-    scratch.resize(static_cast<std::size_t>(e.cols));
+    thread_local std::vector<std::uint8_t> store;
     // Where B is as large as the picture written, it simply shares A's result instead of a copy.
     auto covers = [&](const Plane& p) { return p.cols() == e.cols && p.rows() == e.rows; };
     const bool shareB = covers(AR) && covers(AG) && covers(AB) && covers(BR) && covers(BG) && covers(BB);
@@ -295,16 +297,22 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
             In pc = mix::in(*C[ch]);
             const bool sourceIsA = pc.aliases(pa);
             if (sourceIsA && !r.inPlace()) pc = r.from;
-            for (int y = 0; y < e.rows; ++y) {
-                std::uint8_t* row = pa[y];
-                const std::uint8_t* source = pc[y];
-                if (sourceIsA && r.inPlace()) {
-                    std::memcpy(scratch.data(), row, static_cast<std::size_t>(n));
-                    source = scratch.data();
+            const mix::RowGather& frameGather = gatherA; // the caller's, for slices on other threads
+            const mix::RowGather& sourceGather = gatherC;
+            forRowSlices(e.rows, e.cols, [&](int y0, int y1) {
+                thread_local std::vector<std::uint8_t> copy;
+                if (sourceIsA && r.inPlace()) copy.resize(static_cast<std::size_t>(n));
+                for (int y = y0; y < y1; ++y) {
+                    std::uint8_t* row = pa[y];
+                    const std::uint8_t* source = pc[y];
+                    if (sourceIsA && r.inPlace()) {
+                        std::memcpy(copy.data(), row, static_cast<std::size_t>(n));
+                        source = copy.data();
+                    }
+                    frameGather.apply(row, r.from[y]);
+                    sourceGather.apply(row + k, source);
                 }
-                gatherA.apply(row, r.from[y]);
-                gatherC.apply(row + k, source);
-            }
+            });
         } else {
             pa = mix::out(*A[ch]);
             In pc = mix::in(*C[ch]);

@@ -14,6 +14,7 @@
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <atomic>
 #include <chrono>
@@ -62,8 +63,18 @@ void fillNoise(std::uint64_t& counter, u8* out, int n) {
     }
 }
 
+std::uint64_t drawsPerRow(Extent e) {
+    return static_cast<std::uint64_t>((e.cols + 7) / 8);
+}
+
 std::uint64_t drawsFor(Extent e) {
-    return static_cast<std::uint64_t>(e.rows) * ((e.cols + 7) / 8);
+    return static_cast<std::uint64_t>(e.rows) * drawsPerRow(e);
+}
+
+// The counter at the start of row y: every row draws the same number of times, so a slice of rows
+// draws exactly the noise the whole loop would have given those rows.
+std::uint64_t counterAtRow(std::uint64_t first, Extent e, int y) {
+    return first + static_cast<std::uint64_t>(y) * drawsPerRow(e) * kGolden;
 }
 
 // Noise share out of 256 for a percentage: 0 -> 0, 100 -> 256.
@@ -103,14 +114,18 @@ void WhiteNoise(Plane& AR, Plane& AG, Plane& AB, int pct, int w, int h) {
     u8* base[3];
     for (int c = 0; c < 3; ++c)
         base[c] = planes[c]->data();
-    std::uint64_t counter = reserve(drawsFor(e));
-    thread_local std::vector<u8> noise;
-    noise.assign(static_cast<std::size_t>(e.cols), u8{});
-    for (int y = 0; y < e.rows; ++y) {
-        fillNoise(counter, noise.data(), e.cols);
-        for (int c = 0; c < 3; ++c)
-            mixRow(base[c] + static_cast<std::size_t>(y) * planes[c]->cols(), noise.data(), share, e.cols);
-    }
+    const std::uint64_t first = reserve(drawsFor(e));
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> noise;
+        noise.resize(static_cast<std::size_t>(e.cols));
+        std::uint64_t counter = counterAtRow(first, e, y0);
+        for (int y = y0; y < y1; ++y) {
+            fillNoise(counter, noise.data(), e.cols);
+            for (int c = 0; c < 3; ++c)
+                mixRow(base[c] + static_cast<std::size_t>(y) * planes[c]->cols(), noise.data(), share,
+                       e.cols);
+        }
+    });
 }
 
 // The noise share of a pixel is pct scaled by M as AlphaMix reads it: M 0 keeps the pixel,
@@ -124,19 +139,22 @@ void WhiteNoiseAlpha(Plane& AR, Plane& AG, Plane& AB, const Plane& M, int pct, i
     for (int c = 0; c < 3; ++c)
         base[c] = planes[c]->data();
     const u8* alpha = M.data();
-    std::uint64_t counter = reserve(drawsFor(e));
-    thread_local std::vector<u8> noise;
-    noise.assign(static_cast<std::size_t>(e.cols), u8{});
-    thread_local std::vector<std::uint16_t> part;
-    part.assign(static_cast<std::size_t>(e.cols), std::uint16_t{});
-    for (int y = 0; y < e.rows; ++y) {
-        fillNoise(counter, noise.data(), e.cols);
-        // Weights first: M may be one of the planes written below.
-        alphaShares(alpha + static_cast<std::size_t>(y) * M.cols(), part.data(), share, e.cols);
-        for (int c = 0; c < 3; ++c)
-            mixRowByShares(base[c] + static_cast<std::size_t>(y) * planes[c]->cols(), noise.data(),
-                           part.data(), e.cols);
-    }
+    const std::uint64_t first = reserve(drawsFor(e));
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> noise;
+        noise.resize(static_cast<std::size_t>(e.cols));
+        thread_local std::vector<std::uint16_t> part;
+        part.resize(static_cast<std::size_t>(e.cols));
+        std::uint64_t counter = counterAtRow(first, e, y0);
+        for (int y = y0; y < y1; ++y) {
+            fillNoise(counter, noise.data(), e.cols);
+            // Weights first: M may be one of the planes written below.
+            alphaShares(alpha + static_cast<std::size_t>(y) * M.cols(), part.data(), share, e.cols);
+            for (int c = 0; c < 3; ++c)
+                mixRowByShares(base[c] + static_cast<std::size_t>(y) * planes[c]->cols(), noise.data(),
+                               part.data(), e.cols);
+        }
+    });
 }
 
 } // namespace krl

@@ -7,6 +7,7 @@
 
 #include "pixel/MixRows.h"
 #include "pixel/Mixing.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <cmath>
@@ -119,33 +120,38 @@ void ResizeBuffer(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
         return;
     }
     // Taps and scratch are kept per thread and reused, so resizing frames allocates nothing after the first.
-    thread_local Taps tx, ty;
-    makeTaps(ea.cols, eb.cols, tx);
-    makeTaps(ea.rows, eb.rows, ty);
-    thread_local std::vector<float> acc;
-    acc.assign(static_cast<std::size_t>(eb.cols), float{});
+    thread_local Taps txStore, tyStore;
+    makeTaps(ea.cols, eb.cols, txStore);
+    makeTaps(ea.rows, eb.rows, tyStore);
+    const Taps& tx = txStore; // named through references: slices on other threads read the caller's
+    const Taps& ty = tyStore;
     thread_local std::vector<std::uint8_t> store;
     for (int c = 0; c < 3; ++c) {
         const Out pa = a.c[c];
         In pb = b.c[c];
         if (pb.aliases(pa)) pb = mix::snapshot(pb, eb, store); // resizing a plane into itself
-        for (int y = 0; y < ea.rows; ++y) {
-            // Down the columns: gather the weighted source rows of this target row, then across.
-            const int y0 = ty.first[static_cast<std::size_t>(y)];
-            const float* wy = ty.of(y);
-            float* s = acc.data();
-            const std::uint8_t* first = pb[y0];
-            for (int x = 0; x < eb.cols; ++x)
-                s[x] = wy[0] * static_cast<float>(first[x]);
-            for (int k = 1; k < ty.taps; ++k) {
-                const float wk = wy[k];
-                if (wk == 0.0f) continue;
-                const std::uint8_t* src = pb[y0 + k];
+        // Target rows are independent: each gathers its own source rows.
+        forRowSlices(ea.rows, static_cast<long long>(eb.cols) * ty.taps, [&](int y0, int y1) {
+            thread_local std::vector<float> acc;
+            acc.resize(static_cast<std::size_t>(eb.cols));
+            for (int y = y0; y < y1; ++y) {
+                // Down the columns: gather the weighted source rows of this target row, then across.
+                const int first = ty.first[static_cast<std::size_t>(y)];
+                const float* wy = ty.of(y);
+                float* s = acc.data();
+                const std::uint8_t* top = pb[first];
                 for (int x = 0; x < eb.cols; ++x)
-                    s[x] += wk * static_cast<float>(src[x]);
+                    s[x] = wy[0] * static_cast<float>(top[x]);
+                for (int k = 1; k < ty.taps; ++k) {
+                    const float wk = wy[k];
+                    if (wk == 0.0f) continue;
+                    const std::uint8_t* src = pb[first + k];
+                    for (int x = 0; x < eb.cols; ++x)
+                        s[x] += wk * static_cast<float>(src[x]);
+                }
+                across(s, pa[y], ea.cols, tx);
             }
-            across(s, pa[y], ea.cols, tx);
-        }
+        });
     }
 }
 

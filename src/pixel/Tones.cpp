@@ -11,6 +11,7 @@
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <array>
@@ -33,13 +34,14 @@ Triple writable(Plane& r, Plane& g, Plane& b) {
     return {{r.data(), g.data(), b.data()}, {r.cols(), g.cols(), b.cols()}};
 }
 
-// Applies fn(row pointer, count) to each plane of the triple in turn over the extent.
+// Applies fn(row pointer, count) to every row of the three planes over the extent, in row slices.
 template <class Fn> void eachPlane(Plane& r, Plane& g, Plane& b, Extent e, Fn fn) {
-    for (Plane* p : {&r, &g, &b}) {
-        u8* base = p->data();
-        for (int y = 0; y < e.rows; ++y)
-            fn(base + static_cast<std::size_t>(y) * p->cols(), e.cols);
-    }
+    const Triple t = writable(r, g, b);
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        for (int c = 0; c < 3; ++c)
+            for (int y = y0; y < y1; ++y)
+                fn(t.row(c, y), e.cols);
+    });
 }
 
 void lookup(u8* p, int n, const std::array<u8, 256>& lut) {
@@ -62,17 +64,20 @@ void GreyScale(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     const Extent e = countExtent(w, h, AR, AG, AB);
     if (e.empty()) return;
     const Triple t = writable(AR, AG, AB);
-    std::vector<u8> grey(static_cast<std::size_t>(e.cols));
-    u8* __restrict gr = grey.data();
-    for (int y = 0; y < e.rows; ++y) {
-        const u8* r = t.row(0, y);
-        const u8* g = t.row(1, y);
-        const u8* b = t.row(2, y);
-        for (int x = 0; x < e.cols; ++x)
-            gr[x] = filt::luma(r[x], g[x], b[x]);
-        for (int c = 0; c < 3; ++c)
-            std::memcpy(t.row(c, y), gr, static_cast<std::size_t>(e.cols));
-    }
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> grey;
+        grey.resize(static_cast<std::size_t>(e.cols));
+        u8* __restrict gr = grey.data();
+        for (int y = y0; y < y1; ++y) {
+            const u8* r = t.row(0, y);
+            const u8* g = t.row(1, y);
+            const u8* b = t.row(2, y);
+            for (int x = 0; x < e.cols; ++x)
+                gr[x] = filt::luma(r[x], g[x], b[x]);
+            for (int c = 0; c < 3; ++c)
+                std::memcpy(t.row(c, y), gr, static_cast<std::size_t>(e.cols));
+        }
+    });
 }
 
 // The chosen channel's slider sets a level (percent of 255); the tolerance reaches from that level
@@ -89,24 +94,27 @@ void GreyOut(Plane& AR, Plane& AG, Plane& AB, int level, int channel, int tolera
     const u8 lo = static_cast<u8>(filt::clampInt(std::min(centre, other), 0, 255));
     const u8 hi = static_cast<u8>(filt::clampInt(std::max(centre, other), 0, 255));
     const Triple t = writable(AR, AG, AB);
-    std::vector<u8> scratch(2 * static_cast<std::size_t>(e.cols));
-    u8* __restrict grey = scratch.data();
-    u8* __restrict mask = grey + e.cols;
-    for (int y = 0; y < e.rows; ++y) {
-        const u8* r = t.row(0, y);
-        const u8* g = t.row(1, y);
-        const u8* b = t.row(2, y);
-        const u8* key = t.row(channel - 1, y);
-        for (int x = 0; x < e.cols; ++x) {
-            grey[x] = filt::luma(r[x], g[x], b[x]);
-            mask[x] = (key[x] >= lo && key[x] <= hi) ? 0xFF : 0x00;
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> scratch;
+        scratch.resize(2 * static_cast<std::size_t>(e.cols));
+        u8* __restrict grey = scratch.data();
+        u8* __restrict mask = grey + e.cols;
+        for (int y = y0; y < y1; ++y) {
+            const u8* r = t.row(0, y);
+            const u8* g = t.row(1, y);
+            const u8* b = t.row(2, y);
+            const u8* key = t.row(channel - 1, y);
+            for (int x = 0; x < e.cols; ++x) {
+                grey[x] = filt::luma(r[x], g[x], b[x]);
+                mask[x] = (key[x] >= lo && key[x] <= hi) ? 0xFF : 0x00;
+            }
+            for (int c = 0; c < 3; ++c) {
+                u8* p = t.row(c, y);
+                for (int x = 0; x < e.cols; ++x)
+                    p[x] = static_cast<u8>((p[x] & ~mask[x]) | (grey[x] & mask[x]));
+            }
         }
-        for (int c = 0; c < 3; ++c) {
-            u8* p = t.row(c, y);
-            for (int x = 0; x < e.cols; ++x)
-                p[x] = static_cast<u8>((p[x] & ~mask[x]) | (grey[x] & mask[x]));
-        }
-    }
+    });
 }
 
 // The grey of B (the plain mean of its three channels) is cut at level, and the black-and-white
@@ -121,23 +129,26 @@ void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
     const u8* src[3] = {BR.data(), BG.data(), BB.data()};
     const int srcStride[3] = {BR.cols(), BG.cols(), BB.cols()};
     const unsigned cut = static_cast<unsigned>(filt::clampInt(level, 0, 256));
-    std::vector<u8> scratch(static_cast<std::size_t>(e.cols));
-    u8* __restrict white = scratch.data();
-    for (int y = 0; y < e.rows; ++y) {
-        const u8* r = src[0] + static_cast<std::size_t>(y) * srcStride[0];
-        const u8* g = src[1] + static_cast<std::size_t>(y) * srcStride[1];
-        const u8* b = src[2] + static_cast<std::size_t>(y) * srcStride[2];
-        for (int x = 0; x < e.cols; ++x) {
-            // (sum + 1) / 3 is the mean rounded to nearest; thirds never tie.
-            const unsigned mean = ((r[x] + g[x] + b[x] + 1u) * 21846u) >> 16;
-            white[x] = mean >= cut ? 255 : 0;
+    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        thread_local std::vector<u8> scratch;
+        scratch.resize(static_cast<std::size_t>(e.cols));
+        u8* __restrict white = scratch.data();
+        for (int y = y0; y < y1; ++y) {
+            const u8* r = src[0] + static_cast<std::size_t>(y) * srcStride[0];
+            const u8* g = src[1] + static_cast<std::size_t>(y) * srcStride[1];
+            const u8* b = src[2] + static_cast<std::size_t>(y) * srcStride[2];
+            for (int x = 0; x < e.cols; ++x) {
+                // (sum + 1) / 3 is the mean rounded to nearest; thirds never tie.
+                const unsigned mean = ((r[x] + g[x] + b[x] + 1u) * 21846u) >> 16;
+                white[x] = mean >= cut ? 255 : 0;
+            }
+            for (int c = 0; c < 3; ++c) {
+                u8* p = t.row(c, y);
+                for (int x = 0; x < e.cols; ++x)
+                    p[x] = static_cast<u8>(filt::halfEven(p[x] + white[x]));
+            }
         }
-        for (int c = 0; c < 3; ++c) {
-            u8* p = t.row(c, y);
-            for (int x = 0; x < e.cols; ++x)
-                p[x] = static_cast<u8>(filt::halfEven(p[x] + white[x]));
-        }
-    }
+    });
 }
 
 // A byte above level becomes 255, the others 0. So level 255 or more (the callers' 256) gives 0
@@ -156,18 +167,20 @@ void Threshold(Plane& M, int level, int w, int h) {
         return;
     }
     const u8 cut = static_cast<u8>(level);
-    for (int y = 0; y < e.rows; ++y) {
-        u8* p = r.to + y * stride;
-        if (r.inPlace()) {
-            for (int x = 0; x < e.cols; ++x)
-                p[x] = p[x] > cut ? 255 : 0;
-        } else {
-            const u8* __restrict from = r.from + y * stride;
-            u8* __restrict to = p;
-            for (int x = 0; x < e.cols; ++x)
-                to[x] = from[x] > cut ? 255 : 0;
+    forRowSlices(e.rows, e.cols, [&](int y0, int y1) {
+        for (int y = y0; y < y1; ++y) {
+            u8* p = r.to + y * stride;
+            if (r.inPlace()) {
+                for (int x = 0; x < e.cols; ++x)
+                    p[x] = p[x] > cut ? 255 : 0;
+            } else {
+                const u8* __restrict from = r.from + y * stride;
+                u8* __restrict to = p;
+                for (int x = 0; x < e.cols; ++x)
+                    to[x] = from[x] > cut ? 255 : 0;
+            }
         }
-    }
+    });
 }
 
 // level is a strength 0..255: every 32 steps halve the number of tones per channel, from 256 (level

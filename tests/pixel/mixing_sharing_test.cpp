@@ -4,11 +4,13 @@
 
 #include "mixing_support.h"
 #include "pixel/Filters.h"
+#include "pixel/Slices.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <string>
 #include <tuple>
 
@@ -97,6 +99,54 @@ TEST(Sharing, CellOperationsOnSharedPlanesMatchPrivateCopies) {
         run(x, y);
         EXPECT_TRUE(x == want && y == wantB) << name;
         EXPECT_TRUE(a == noise(10, 7, 31) && b == noise(10, 7, 32)) << name;
+    }
+}
+
+// Big enough to be cut into row slices; odd, so slices and rows are uneven. Every operation must give
+// the very bytes of a single thread with two and three threads, shared result or not, A as B or not.
+TEST(Slices, EveryOperationGivesTheSingleThreadBytes) {
+    constexpr int W = 801, H = 403;
+    const Pic a = noise(W, H, 7), b = noise(W, H, 8);
+    auto run = [&](const Op& op, int threads, int level, bool same) {
+        setSliceThreads(threads);
+        Pic x = a, y = b;
+        op.run(x, same ? x : y, W, H, level);
+        setSliceThreads(0);
+        return std::pair{x, y};
+    };
+    for (const Op& op : kOps)
+        for (const int level : {op.levelA(W, H) / 3 + op.levelB(W, H) * 2 / 3, 1})
+            for (const bool same : {false, true}) {
+                const auto one = run(op, 1, level, same);
+                for (const int threads : {2, 3})
+                    ASSERT_TRUE(run(op, threads, level, same) == one)
+                        << op.name << " level " << level << (same ? " A as B" : "") << ", " << threads;
+            }
+    // The operations outside the table, and resizing both ways.
+    const std::vector<std::pair<std::string, std::function<void(Pic&, Pic&)>>> more = {
+        {"AddBuffers", [](Pic& x, Pic& y) { AddBuffers(T3(x), T3(y), W, H); }},
+        {"MultiplyBuffers", [](Pic& x, Pic& y) { MultiplyBuffers(T3(x), T3(y), W, H); }},
+        {"DiffBuffers", [](Pic& x, Pic& y) { DiffBuffers(T3(x), T3(y), W, H); }},
+        {"MixBufferNegative", [](Pic& x, Pic&) { MixBufferNegative(T3(x), 61, W, H); }},
+        {"MixBufferChannels", [](Pic& x, Pic&) { MixBufferChannels(T3(x), 23, 5, W, H); }},
+        {"ResizeBuffer up",
+         [](Pic& x, Pic& y) {
+             Pic big = noise(W + 300, H + 200, 3);
+             ResizeBuffer(T3(big), T3(y), W + 300, H + 200, W, H);
+             x = big;
+         }},
+        {"ResizeBuffer down", [](Pic& x, Pic& y) { ResizeBuffer(T3(x), T3(y), W / 2 + 101, H / 3, W, H); }},
+    };
+    for (const auto& [name, call] : more) {
+        std::optional<Pic> one;
+        for (const int threads : {1, 2, 3}) {
+            setSliceThreads(threads);
+            Pic x = a, y = b;
+            call(x, y);
+            setSliceThreads(0);
+            if (!one) one = x;
+            EXPECT_TRUE(x == *one && y == b) << name << ", " << threads;
+        }
     }
 }
 
