@@ -116,12 +116,12 @@ void BM_GreyOutPreview(benchmark::State& state) {
         "RedSlider");
 }
 
-BENCHMARK(BM_ToonifyPreview)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_SketchSoftPreview)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_SketchHardPreview)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_NightVisionPreview)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ChannelThresholdPreview)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_GreyOutPreview)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ToonifyPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_SketchSoftPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_SketchHardPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_NightVisionPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_ChannelThresholdPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_GreyOutPreview)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 

@@ -56,7 +56,7 @@ void runFilter(benchmark::State& state,
             body;                                                                                            \
         });                                                                                                  \
     }                                                                                                        \
-    BENCHMARK(name)->Args({640, 480})->Args({1920, 1080})->Unit(benchmark::kMicrosecond)
+    BENCHMARK(name)->Args({640, 480})->Args({1920, 1080})->Unit(benchmark::kMicrosecond)->UseRealTime()
 
 KIRREL_FILTER_BENCH(BM_BoxBlurInPlace, krl::BoxBlur(a.r, a.g, a.b, a.r, a.g, a.b, w, h));
 KIRREL_FILTER_BENCH(BM_BoxBlur, krl::BoxBlur(a.r, a.g, a.b, b.r, b.g, b.b, w, h));

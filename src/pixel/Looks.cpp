@@ -5,6 +5,7 @@
 // Where a pixel depends on neighbours, the processed extent is treated as the whole picture and its
 // edge is repeated outward, so nothing outside it is read.
 
+#include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
@@ -121,11 +122,21 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
     // rings three rows early, so its first row sees the stages exactly as the whole loop would; the
     // rings hold eight rows, room for that start. Slices need A apart from B: in place, a slice's
     // first rows would read B rows that the slice above has already written.
-    const int n = e.cols;
-    const std::size_t sn = static_cast<std::size_t>(n);
-    const int last = e.rows - 1;
-    auto clampY = [&](int y) { return std::clamp(y, 0, last); };
+    // How far the blur may pull a pixel, by the largest change of its channels: fully while the
+    // change stays within half of `smoothing`, not at all beyond `smoothing`.
+    std::array<u16, 256> pullOf{};
+    for (int moved = 0; moved < 256; ++moved)
+        pullOf[static_cast<std::size_t>(moved)] =
+            static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
     auto rows = [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int n = e.cols;
+        const std::size_t sn = static_cast<std::size_t>(n);
+        const int last = e.rows - 1;
+        const bool thick = st.thickLine;
+        const u8* const bandOf = band.data();
+        const u16* const pullBy = pullOf.data();
+        auto clampY = [last](int y) { return std::clamp(y, 0, last); };
         thread_local std::vector<u8> greyRows, smoothRows;
         thread_local std::vector<u16> edgeRows;
         RowRing<u8> grey(greyRows, 8, sn), smooth(smoothRows, 8, sn);
@@ -137,8 +148,10 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
         line.resize(sn);
         thread_local std::vector<u16> pull;
         pull.resize(sn);
+        thread_local std::vector<u8> flatRow;
+        flatRow.resize(sn);
         for (int y = y0; y < y1; ++y) {
-            const int needEdge = std::min(y + (st.thickLine ? 1 : 0), last);
+            const int needEdge = std::min(y + (thick ? 1 : 0), last);
             const int needSmooth = std::min(needEdge + 1, last);
             const int needGrey = std::min(needSmooth + 1, last);
             for (; grey.next <= needGrey; ++grey.next)
@@ -149,7 +162,7 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
             for (int& k = edge.next; k <= needEdge; ++k)
                 edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n,
                         st);
-            if (st.thickLine) {
+            if (thick) {
                 const u16* up = edge.row(clampY(y - 1));
                 const u16* mid = edge.row(y);
                 const u16* down = edge.row(clampY(y + 1));
@@ -161,24 +174,30 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
             } else {
                 std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
             }
-            // How far the blur may pull each pixel: fully while the largest channel change stays
-            // within half of `smoothing`, not at all beyond `smoothing`.
+            const u8* const p0 = out[0].row(y);
+            const u8* const p1 = out[1].row(y);
+            const u8* const p2 = out[2].row(y);
+            const u8* const q0 = in[0].row(y);
+            const u8* const q1 = in[1].row(y);
+            const u8* const q2 = in[2].row(y);
+            u16* __restrict pulled = pull.data();
             for (int x = 0; x < n; ++x) {
-                int moved = 0;
-                for (int c = 0; c < 3; ++c)
-                    moved = std::max(moved, std::abs(out[c].row(y)[x] - in[c].row(y)[x]));
-                pull[static_cast<std::size_t>(x)] =
-                    static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
+                const int moved =
+                    std::max({std::abs(p0[x] - q0[x]), std::abs(p1[x] - q1[x]), std::abs(p2[x] - q2[x])});
+                pulled[x] = pullBy[moved];
             }
+            const u16* __restrict lines = line.data();
+            u8* __restrict flat = flatRow.data();
             for (int c = 0; c < 3; ++c) {
-                u8* p = out[c].row(y);
-                const u8* q = in[c].row(y);
-                for (int x = 0; x < n; ++x) {
-                    const std::size_t i = static_cast<std::size_t>(x);
-                    const int flat = q[x] + (((p[x] - q[x]) * pull[i]) >> 8);
-                    p[x] = static_cast<u8>((band[static_cast<std::size_t>(flat)] * (256u - line[i]) + 128u) >>
-                                           8);
-                }
+                u8* __restrict p = out[c].row(y);
+                const u8* __restrict q = in[c].row(y);
+                // Three passes, so that only the band lookup is done cell by cell.
+                for (int x = 0; x < n; ++x)
+                    flat[x] = static_cast<u8>(q[x] + (((p[x] - q[x]) * pulled[x]) >> 8));
+                for (int x = 0; x < n; ++x)
+                    flat[x] = bandOf[flat[x]];
+                for (int x = 0; x < n; ++x)
+                    p[x] = static_cast<u8>((flat[x] * (256u - lines[x]) + 128u) >> 8);
             }
         }
     };
@@ -273,22 +292,44 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
         tone[static_cast<std::size_t>(v)] =
             static_cast<u8>(std::lround(255.0 * std::pow(v / 255.0, exponent)));
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values.
+        const int n = e.cols;
+        const bool plain = plainDodge;
+        const u8* const toneOf = tone.data();
         thread_local std::vector<u8> dodged;
-        dodged.resize(static_cast<std::size_t>(e.cols));
+        dodged.resize(static_cast<std::size_t>(n));
+        u8* __restrict d = dodged.data();
         for (int y = y0; y < y1; ++y) {
             for (int c = 0; c < 3; ++c) {
                 u8* p = out[c].row(y);
-                dodgeRow(p, in[c].row(y), dodged.data(), e.cols);
-                if (plainDodge) {
-                    std::memcpy(p, dodged.data(), dodged.size());
+                dodgeRow(p, in[c].row(y), d, n);
+                if (plain) {
+                    std::memcpy(p, d, static_cast<std::size_t>(n));
                     continue;
                 }
-                for (int x = 0; x < e.cols; ++x)
-                    p[x] = tone[dodged[static_cast<std::size_t>(x)]];
+                for (int x = 0; x < n; ++x)
+                    p[x] = toneOf[d[x]];
             }
         }
     });
 }
+
+namespace {
+// How far each pixel of row y goes to white: the lift everywhere, and more where the paper's tooth
+// stands above `skipAbove` and the chalk skipped. Strokes are grain cells eight pixels long along the
+// diagonal and one pixel across it, roughened by a fine grain of their own.
+KRL_CELL_LOOP void chalkRow(int y, int cols, int liftBy, int skipAbove, u16* __restrict whiten) {
+    for (int x = 0; x < cols; ++x) {
+        const auto along = static_cast<std::uint32_t>((x + y) >> 3);
+        const auto across = static_cast<std::uint32_t>(x - y + 4096);
+        const int stroke = filt::positionGrain(along, across, 1);
+        const int fine = filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
+        const int tooth = (3 * stroke + fine) >> 2;
+        const int skip = tooth > skipAbove ? (tooth - skipAbove) * 3 : 0;
+        whiten[x] = static_cast<u16>(std::min(256, liftBy + skip));
+    }
+}
+} // namespace
 
 // The finishing touch of the graphic-novel look: the picture as if laid down in chalk on toothed
 // paper. Blacks are lifted and colours softened toward pastel, and the paper shows through in short
@@ -303,33 +344,29 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
     const int lift = t * 64 / 100;           // share of the way to white everywhere, out of 256
     const unsigned soften = t * 80 / 100;    // share of the way to grey, out of 256
     const int skipFrom = 255 - t * 90 / 100; // tooth above this lets the paper through
-    const std::size_t n = static_cast<std::size_t>(e.cols);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int cols = e.cols;
+        const std::size_t n = static_cast<std::size_t>(cols);
+        const int liftBy = lift, skipAbove = skipFrom;
+        const unsigned softBy = soften;
         thread_local std::vector<u16> whiten;
         whiten.resize(n);
         thread_local std::vector<u8> grey;
         grey.resize(n);
         thread_local std::vector<u8> result;
         result.resize(3 * n);
+        u16* __restrict wh = whiten.data();
+        u8* __restrict gr = grey.data();
         for (int y = y0; y < y1; ++y) {
-            for (int x = 0; x < e.cols; ++x) {
-                // Strokes: grain cells eight pixels long along the diagonal, one pixel across it.
-                const auto along = static_cast<std::uint32_t>((x + y) >> 3);
-                const auto across = static_cast<std::uint32_t>(x - y + 4096);
-                const int stroke = filt::positionGrain(along, across, 1);
-                const int fine =
-                    filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
-                const int tooth = (3 * stroke + fine) >> 2;
-                const int skip = tooth > skipFrom ? (tooth - skipFrom) * 3 : 0;
-                whiten[static_cast<std::size_t>(x)] = static_cast<u16>(std::min(256, lift + skip));
-            }
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
+            chalkRow(y, cols, liftBy, skipAbove, wh);
+            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
             for (int c = 0; c < 3; ++c) {
                 const u8* p = out[c].row(y);
-                u8* r = result.data() + static_cast<std::size_t>(c) * n;
+                u8* __restrict r = result.data() + static_cast<std::size_t>(c) * n;
                 for (std::size_t x = 0; x < n; ++x) {
-                    const unsigned soft = (p[x] * (256u - soften) + grey[x] * soften + 128u) >> 8;
-                    r[x] = static_cast<u8>(soft + (((255u - soft) * whiten[x] + 128u) >> 8));
+                    const unsigned soft = (p[x] * (256u - softBy) + gr[x] * softBy + 128u) >> 8;
+                    r[x] = static_cast<u8>(soft + (((255u - soft) * wh[x] + 128u) >> 8));
                 }
             }
             for (int c = 0; c < 3; ++c)
@@ -351,28 +388,38 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     // Named through plain references: a slice on another thread would see its own thread_local.
     const std::vector<u16>& fx = fxStore;
     const std::vector<u16>& fy = fyStore;
-    const std::size_t n = static_cast<std::size_t>(e.cols);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int cols = e.cols;
+        const std::size_t n = static_cast<std::size_t>(cols);
+        const u16* const across = fx.data();
+        const u8* const gain = t.gain.data();
         thread_local std::vector<u8> grey;
         grey.resize(n);
         thread_local std::vector<u8> grainLine;
         grainLine.resize(n);
+        u8* __restrict gr = grey.data();
+        u8* __restrict grain = grainLine.data();
+        const u8* const toR = t.r.data();
+        const u8* const toG = t.g.data();
+        const u8* const toB = t.b.data();
         for (int y = y0; y < y1; ++y) {
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), grey.data(), e.cols);
-            filt::grainRow(static_cast<std::uint32_t>(y), 3, grainLine.data(), e.cols);
+            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
+            filt::grainRow(static_cast<std::uint32_t>(y), 3, grain, cols);
+            const int down = fy[static_cast<std::size_t>(y)];
             for (std::size_t x = 0; x < n; ++x) {
-                const int keep = 256 - fx[x] - fy[static_cast<std::size_t>(y)];
-                const int grain = (grainLine[x] - 128) / 20;
-                grey[x] = static_cast<u8>(filt::clampInt(((t.gain[grey[x]] * keep) >> 8) + grain, 0, 255));
+                const int keep = 256 - across[x] - down;
+                gr[x] = static_cast<u8>(
+                    filt::clampInt(((gain[gr[x]] * keep) >> 8) + (grain[x] - 128) / 20, 0, 255));
             }
-            u8* r = out[0].row(y);
-            u8* g = out[1].row(y);
-            u8* b = out[2].row(y);
+            u8* __restrict r = out[0].row(y);
+            u8* __restrict g = out[1].row(y);
+            u8* __restrict b = out[2].row(y);
             for (std::size_t x = 0; x < n; ++x) {
-                const u8 v = grey[x];
-                r[x] = t.r[v];
-                g[x] = t.g[v];
-                b[x] = t.b[v];
+                const u8 v = gr[x];
+                r[x] = toR[v];
+                g[x] = toG[v];
+                b[x] = toB[v];
             }
         }
     });

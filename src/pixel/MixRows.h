@@ -7,6 +7,7 @@
 // that several operations share live in this header so that each operation only says what happens
 // to a row.
 
+#include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/Plane.h"
 #include "pixel/Slices.h"
@@ -106,14 +107,6 @@ inline Rewritten rewrite(Plane& p, int x0, int y0, int x1, int y1) {
     return {{r.to, p.cols()}, {r.from, p.cols()}, std::move(r.kept)};
 }
 
-// The cell loops are built twice on x86-64, for the baseline and for AVX2, and the processor picks
-// at load time: the same integer arithmetic, so the same bytes, twice the cells per instruction.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-#define KRL_CELL_LOOP __attribute__((target_clones("avx2", "default")))
-#else
-#define KRL_CELL_LOOP
-#endif
-
 // d[i] = op(a[i]) over n cells, and the same in place.
 template <class Op>
 KRL_CELL_LOOP void cellsApart(std::uint8_t* __restrict d, const std::uint8_t* __restrict a, int n, Op op) {
@@ -165,11 +158,12 @@ void eachPairCell(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
         const Outs a = outs(AR, AG, AB);
         const Ins b = ins(BR, BG, BB);
         forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+            const int n = e.cols; // a local: byte stores could otherwise alias the captured extent
             for (int y = y0; y < y1; ++y)
                 for (int c = 0; c < 3; ++c) {
                     std::uint8_t* pa = a.c[c][y];
                     const std::uint8_t* pb = b.c[c][y];
-                    for (int i = 0; i < e.cols; ++i)
+                    for (int i = 0; i < n; ++i)
                         pa[i] = op(pa[i], pb[i]);
                 }
         });
@@ -213,12 +207,13 @@ void eachMaskedCell(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plan
         const Ins b = ins(BR, BG, BB);
         const In m = in(M);
         forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+            const int n = e.cols; // a local: byte stores could otherwise alias the captured extent
             for (int y = y0; y < y1; ++y)
                 for (int c = 0; c < 3; ++c) {
                     std::uint8_t* pa = a.c[c][y];
                     const std::uint8_t* pb = b.c[c][y];
                     const std::uint8_t* pm = m[y];
-                    for (int i = 0; i < e.cols; ++i)
+                    for (int i = 0; i < n; ++i)
                         pa[i] = op(pa[i], pb[i], pm[i]);
                 }
         });

@@ -65,17 +65,18 @@ void GreyScale(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     if (e.empty()) return;
     const Triple t = writable(AR, AG, AB);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        const int n = e.cols; // a local: byte stores could otherwise alias the captured extent
         thread_local std::vector<u8> grey;
-        grey.resize(static_cast<std::size_t>(e.cols));
+        grey.resize(static_cast<std::size_t>(n));
         u8* __restrict gr = grey.data();
         for (int y = y0; y < y1; ++y) {
             const u8* r = t.row(0, y);
             const u8* g = t.row(1, y);
             const u8* b = t.row(2, y);
-            for (int x = 0; x < e.cols; ++x)
+            for (int x = 0; x < n; ++x)
                 gr[x] = filt::luma(r[x], g[x], b[x]);
             for (int c = 0; c < 3; ++c)
-                std::memcpy(t.row(c, y), gr, static_cast<std::size_t>(e.cols));
+                std::memcpy(t.row(c, y), gr, static_cast<std::size_t>(n));
         }
     });
 }
@@ -95,22 +96,25 @@ void GreyOut(Plane& AR, Plane& AG, Plane& AB, int level, int channel, int tolera
     const u8 hi = static_cast<u8>(filt::clampInt(std::max(centre, other), 0, 255));
     const Triple t = writable(AR, AG, AB);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int n = e.cols;
+        const u8 low = lo, high = hi;
         thread_local std::vector<u8> scratch;
-        scratch.resize(2 * static_cast<std::size_t>(e.cols));
+        scratch.resize(2 * static_cast<std::size_t>(n));
         u8* __restrict grey = scratch.data();
-        u8* __restrict mask = grey + e.cols;
+        u8* __restrict mask = grey + n;
         for (int y = y0; y < y1; ++y) {
             const u8* r = t.row(0, y);
             const u8* g = t.row(1, y);
             const u8* b = t.row(2, y);
             const u8* key = t.row(channel - 1, y);
-            for (int x = 0; x < e.cols; ++x) {
+            for (int x = 0; x < n; ++x) {
                 grey[x] = filt::luma(r[x], g[x], b[x]);
-                mask[x] = (key[x] >= lo && key[x] <= hi) ? 0xFF : 0x00;
+                mask[x] = (key[x] >= low && key[x] <= high) ? 0xFF : 0x00;
             }
             for (int c = 0; c < 3; ++c) {
                 u8* p = t.row(c, y);
-                for (int x = 0; x < e.cols; ++x)
+                for (int x = 0; x < n; ++x)
                     p[x] = static_cast<u8>((p[x] & ~mask[x]) | (grey[x] & mask[x]));
             }
         }
@@ -130,21 +134,24 @@ void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
     const int srcStride[3] = {BR.cols(), BG.cols(), BB.cols()};
     const unsigned cut = static_cast<unsigned>(filt::clampInt(level, 0, 256));
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int n = e.cols;
+        const unsigned level = cut;
         thread_local std::vector<u8> scratch;
-        scratch.resize(static_cast<std::size_t>(e.cols));
+        scratch.resize(static_cast<std::size_t>(n));
         u8* __restrict white = scratch.data();
         for (int y = y0; y < y1; ++y) {
             const u8* r = src[0] + static_cast<std::size_t>(y) * srcStride[0];
             const u8* g = src[1] + static_cast<std::size_t>(y) * srcStride[1];
             const u8* b = src[2] + static_cast<std::size_t>(y) * srcStride[2];
-            for (int x = 0; x < e.cols; ++x) {
+            for (int x = 0; x < n; ++x) {
                 // (sum + 1) / 3 is the mean rounded to nearest; thirds never tie.
                 const unsigned mean = ((r[x] + g[x] + b[x] + 1u) * 21846u) >> 16;
-                white[x] = mean >= cut ? 255 : 0;
+                white[x] = mean >= level ? 255 : 0;
             }
             for (int c = 0; c < 3; ++c) {
                 u8* p = t.row(c, y);
-                for (int x = 0; x < e.cols; ++x)
+                for (int x = 0; x < n; ++x)
                     p[x] = static_cast<u8>(filt::halfEven(p[x] + white[x]));
             }
         }
@@ -168,16 +175,22 @@ void Threshold(Plane& M, int level, int w, int h) {
     }
     const u8 cut = static_cast<u8>(level);
     forRowSlices(e.rows, e.cols, [&](int y0, int y1) {
+        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
+        const int n = e.cols;
+        const u8 level = cut;
+        const bool inPlace = r.inPlace();
+        u8* const toBase = r.to;
+        const u8* const fromBase = r.from;
         for (int y = y0; y < y1; ++y) {
-            u8* p = r.to + y * stride;
-            if (r.inPlace()) {
-                for (int x = 0; x < e.cols; ++x)
-                    p[x] = p[x] > cut ? 255 : 0;
+            u8* p = toBase + y * stride;
+            if (inPlace) {
+                for (int x = 0; x < n; ++x)
+                    p[x] = p[x] > level ? 255 : 0;
             } else {
-                const u8* __restrict from = r.from + y * stride;
+                const u8* __restrict from = fromBase + y * stride;
                 u8* __restrict to = p;
-                for (int x = 0; x < e.cols; ++x)
-                    to[x] = from[x] > cut ? 255 : 0;
+                for (int x = 0; x < n; ++x)
+                    to[x] = from[x] > level ? 255 : 0;
             }
         }
     });
