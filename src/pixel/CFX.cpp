@@ -12,6 +12,7 @@
 #include "pixel/Filters.h"
 #include "pixel/Slices.h"
 
+#include <cstddef>
 #include <cstring>
 #include <vector>
 
@@ -37,7 +38,7 @@ void composeRow(const u8* wr, const u8* wg, const u8* wb, const u8* mr, const u8
                 const u8* sr, const u8* sg, const u8* sb, Key p, Key s, u8* __restrict out, int n) {
     u8* __restrict outR = out;
     u8* __restrict outG = out + n;
-    u8* __restrict outB = out + 2 * n;
+    u8* __restrict outB = out + 2 * static_cast<std::ptrdiff_t>(n);
     for (int x = 0; x < n; ++x) {
         // Byte masks (0 or 0xFF) keep this a straight run of vector compares and selects.
         const u8 isP = static_cast<u8>(-((wr[x] == p.r) & (wg[x] == p.g) & (wb[x] == p.b) & p.valid));

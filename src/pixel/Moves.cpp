@@ -159,20 +159,10 @@ void PushOverlay(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& 
     const bool horizontal = horizontalMode(mode);
     const int last = horizontal ? e.maxX() : e.maxY();
     int k = 0; // cells of A showing
-    switch (mode) {
-    case 1:
-        k = mix::edge(offset, last);
-        break;
-    case 2:
+    if (mode == 2)
         k = last + 1 - mix::edge(offset, last);
-        break;
-    case 3:
+    else
         k = mix::edge(offset, last);
-        break;
-    case 4:
-        k = mix::edge(offset, last);
-        break;
-    }
     if (k == last + 1) return; // all of A, as it stands
     thread_local std::vector<std::uint8_t> scratch;
     scratch.resize(static_cast<std::size_t>(e.cols));

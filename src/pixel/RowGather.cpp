@@ -1,6 +1,7 @@
 #include "pixel/RowGather.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
@@ -34,11 +35,11 @@ void RowGather::plan(const int* map, int k, int srcLen) {
     // Every block gets the same number of windows, so the shuffle loop runs a fixed count that the
     // processor predicts; a block that needs fewer repeats its last window with nothing picked.
     for (int b = 0; b < blocks_; ++b) {
-        const int* m = map_.data() + b * kBlock;
+        const int* m = map_.data() + static_cast<std::ptrdiff_t>(b) * kBlock;
         perBlock_ = std::max(perBlock_, (m[kBlock - 1] - m[0]) / kBlock + 1);
     }
     for (int b = 0; b < blocks_; ++b) {
-        const int* m = map_.data() + b * kBlock;
+        const int* m = map_.data() + static_cast<std::ptrdiff_t>(b) * kBlock;
         // Windows follow one another from the block's first source cell; the last one that would run
         // past the row is moved back to end at it, and its picks are counted from where it now starts.
         int from = m[0];
@@ -62,14 +63,15 @@ __attribute__((target("ssse3"))) void shuffleBlocks(std::uint8_t* dst, const std
                                                     int perBlock, const int* start,
                                                     const std::uint8_t* pick) {
     const int n = Fixed > 0 ? Fixed : perBlock;
-    for (int b = 0; b < blocks; ++b, start += n, pick += n * kBlock) {
+    for (int b = 0; b < blocks; ++b, start += n, pick += static_cast<std::ptrdiff_t>(n) * kBlock) {
         __m128i acc = _mm_setzero_si128();
         for (int i = 0; i < n; ++i) {
-            const __m128i picks = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pick + i * kBlock));
+            const __m128i picks = _mm_loadu_si128(
+                reinterpret_cast<const __m128i*>(pick + static_cast<std::ptrdiff_t>(i) * kBlock));
             const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + start[i]));
             acc = _mm_or_si128(acc, _mm_shuffle_epi8(bytes, picks));
         }
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + b * kBlock), acc);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + static_cast<std::ptrdiff_t>(b) * kBlock), acc);
     }
 }
 } // namespace
