@@ -252,7 +252,7 @@ void falloff(int n, int depth, std::vector<u16>& f) {
 
 // Colour dodge of the picture by its blurred negative: flat areas dodge to white, edges stay dark.
 // Where the negative is white there is no room left and the dodge gives white.
-void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n) {
+KRL_CELL_LOOP void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n) {
     for (int x = 0; x < n; ++x) {
         const float full = static_cast<float>((a[x] + 1) >> 8); // 1 exactly when a is 255
         const float room = 255.0f - static_cast<float>(a[x]) + full;
