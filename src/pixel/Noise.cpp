@@ -11,6 +11,7 @@
 // second plane, takes upper bounds. If one plane object is passed several times in the triple it is
 // mixed with the same noise once per appearance, so at pct 100 it ends up pure noise all the same.
 
+#include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
@@ -82,10 +83,11 @@ unsigned shareOf(int pct) {
     return static_cast<unsigned>((filt::clampInt(pct, 0, 100) * 256 + 50) / 100);
 }
 
-void mixRow(u8* __restrict p, const u8* __restrict noise, unsigned share, int n) {
-    const unsigned keep = 256 - share;
+// Shares sum to 256, so every step fits 16-bit lanes: 255 * 256 + 128 < 65536.
+KRL_CELL_LOOP void mixRow(u8* __restrict p, const u8* __restrict noise, unsigned share, int n) {
+    const auto take = static_cast<std::uint16_t>(share), keep = static_cast<std::uint16_t>(256u - share);
     for (int x = 0; x < n; ++x)
-        p[x] = static_cast<u8>((p[x] * keep + noise[x] * share + 128u) >> 8);
+        p[x] = static_cast<u8>(static_cast<std::uint16_t>(p[x] * keep + noise[x] * take + 128u) >> 8);
 }
 
 void alphaShares(const u8* __restrict m, std::uint16_t* __restrict part, unsigned share, int n) {
@@ -93,10 +95,12 @@ void alphaShares(const u8* __restrict m, std::uint16_t* __restrict part, unsigne
         part[x] = static_cast<std::uint16_t>(((m[x] + (m[x] >> 7u)) * share) >> 8); // 255 -> share
 }
 
-void mixRowByShares(u8* __restrict p, const u8* __restrict noise, const std::uint16_t* __restrict part,
-                    int n) {
+KRL_CELL_LOOP void mixRowByShares(u8* __restrict p, const u8* __restrict noise,
+                                  const std::uint16_t* __restrict part, int n) {
     for (int x = 0; x < n; ++x)
-        p[x] = static_cast<u8>((p[x] * (256u - part[x]) + noise[x] * part[x] + 128u) >> 8);
+        p[x] = static_cast<u8>(static_cast<std::uint16_t>(p[x] * static_cast<std::uint16_t>(256u - part[x]) +
+                                                          noise[x] * part[x] + 128u) >>
+                               8);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 // applied to it in turn, in the order red, green, blue. So Negative(P, P, P) inverts P three times,
 // which leaves it inverted, and GreyScale(P, P, P) leaves it as it was.
 
+#include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
@@ -44,9 +45,31 @@ template <class Fn> void eachPlane(Plane& r, Plane& g, Plane& b, Extent e, Fn fn
     });
 }
 
-void lookup(u8* p, int n, const std::array<u8, 256>& lut) {
-    for (int x = 0; x < n; ++x)
-        p[x] = lut[p[x]];
+// 255 where the sum of a pixel's three channels reaches sumFrom, else 0; sums fit 16-bit lanes.
+KRL_CELL_LOOP void whiteRow(const u8* __restrict r, const u8* __restrict g, const u8* __restrict b,
+                            u8* __restrict white, int n, int sumFrom) {
+    const auto from = static_cast<std::uint16_t>(sumFrom);
+    for (int x = 0; x < n; ++x) {
+        const auto sum = static_cast<std::uint16_t>(r[x] + g[x] + b[x]);
+        white[x] = sum >= from ? 255 : 0;
+    }
+}
+
+// Each byte halfway to the white-or-black of its pixel, rounded half to even, in 16-bit lanes.
+KRL_CELL_LOOP void halfwayRow(u8* __restrict p, const u8* __restrict white, int n) {
+    for (int x = 0; x < n; ++x) {
+        const auto v = static_cast<std::uint16_t>(p[x] + white[x]);
+        const auto q = static_cast<std::uint16_t>(v >> 1);
+        p[x] = static_cast<u8>(q + (v & q & 1u));
+    }
+}
+
+KRL_CELL_LOOP void posterizeRow(u8* __restrict p, int n, int halvings, int d) {
+    const float half = static_cast<float>(d / 2), divisor = static_cast<float>(d);
+    for (int x = 0; x < n; ++x) {
+        const auto band = static_cast<float>(p[x] >> halvings);
+        p[x] = static_cast<u8>(static_cast<int>((band * 255.0f + half) / divisor));
+    }
 }
 
 } // namespace
@@ -132,28 +155,20 @@ void GreyThreshold(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane
     const Triple t = writable(AR, AG, AB);
     const u8* src[3] = {BR.data(), BG.data(), BB.data()};
     const int srcStride[3] = {BR.cols(), BG.cols(), BB.cols()};
-    const unsigned cut = static_cast<unsigned>(filt::clampInt(level, 0, 256));
+    // The mean (sum + 1) / 3, rounded down, reaches the level exactly when the sum reaches 3 level - 1.
+    const int sumFrom = std::max(0, 3 * filt::clampInt(level, 0, 256) - 1);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
-        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
-        const int n = e.cols;
-        const unsigned level = cut;
+        const int n = e.cols; // a local: byte stores could otherwise alias the captured extent
+        const int from = sumFrom;
         thread_local std::vector<u8> scratch;
         scratch.resize(static_cast<std::size_t>(n));
         u8* __restrict white = scratch.data();
         for (int y = y0; y < y1; ++y) {
-            const u8* r = src[0] + static_cast<std::size_t>(y) * srcStride[0];
-            const u8* g = src[1] + static_cast<std::size_t>(y) * srcStride[1];
-            const u8* b = src[2] + static_cast<std::size_t>(y) * srcStride[2];
-            for (int x = 0; x < n; ++x) {
-                // (sum + 1) / 3 is the mean rounded to nearest; thirds never tie.
-                const unsigned mean = ((r[x] + g[x] + b[x] + 1u) * 21846u) >> 16;
-                white[x] = mean >= level ? 255 : 0;
-            }
-            for (int c = 0; c < 3; ++c) {
-                u8* p = t.row(c, y);
-                for (int x = 0; x < n; ++x)
-                    p[x] = static_cast<u8>(filt::halfEven(p[x] + white[x]));
-            }
+            whiteRow(src[0] + static_cast<std::size_t>(y) * srcStride[0],
+                     src[1] + static_cast<std::size_t>(y) * srcStride[1],
+                     src[2] + static_cast<std::size_t>(y) * srcStride[2], white, n, from);
+            for (int c = 0; c < 3; ++c)
+                halfwayRow(t.row(c, y), white, n);
         }
     });
 }
@@ -205,13 +220,12 @@ void Posterize(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h) {
     if (e.empty()) return;
     const int halvings = filt::clampInt(level, 0, 255) / 32;
     if (halvings == 0) return;
-    const int tones = 256 >> halvings;
-    std::array<u8, 256> lut{};
-    for (int v = 0; v < 256; ++v) {
-        const int band = v * tones / 256;
-        lut[static_cast<std::size_t>(v)] = static_cast<u8>((band * 255 + (tones - 1) / 2) / (tones - 1));
-    }
-    eachPlane(AR, AG, AB, e, [&](u8* p, int n) { lookup(p, n, lut); });
+    // A byte v falls in band v >> halvings of `tones`, whose tone is (band * 255 + d / 2) / d with
+    // d = tones - 1. That quotient is computed in single precision, eight cells at a time: the
+    // numerator is exact, and a quotient just below a whole number misses it by at least 1 / d, far
+    // more than the division's rounding, so truncation gives the integer division's result.
+    const int d = (256 >> halvings) - 1;
+    eachPlane(AR, AG, AB, e, [halvings, d](u8* p, int n) { posterizeRow(p, n, halvings, d); });
 }
 
 // Adds level to every byte, held at 255; a negative level subtracts, held at 0.

@@ -117,6 +117,20 @@ TEST(FilterPosterize, LevelZeroKeepsTheCallersLevelGivesFewTonesWithBlackAndWhit
     EXPECT_GE(tones.size(), 3u);
     EXPECT_LE(tones.size(), 4u);
     EXPECT_TRUE(tones.count(0) && tones.count(255));
+    // Every byte at every strength: 256 >> (level / 32) bands, their tones spread evenly from black
+    // to white, each rounded to nearest.
+    krl::Plane all(255, 0);
+    for (int level = 32; level < 256; level += 7) {
+        for (int v = 0; v < 256; ++v)
+            all.at(v, 0) = static_cast<std::uint8_t>(v);
+        krl::Plane g = all, b = all;
+        krl::Posterize(all, g, b, level, 256, 1);
+        const int tones = 256 >> (level / 32);
+        for (int v = 0; v < 256; ++v) {
+            const int band = v * tones / 256;
+            ASSERT_EQ(all.at(v, 0), (band * 255 + (tones - 1) / 2) / (tones - 1)) << level << " " << v;
+        }
+    }
 }
 
 TEST(FilterBrightness, StepsClipAtTheEnds) {
