@@ -13,6 +13,11 @@
 #include <cmath>
 #include <vector>
 
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__SANITIZE_THREAD__)
+#include <immintrin.h>
+#define KRL_GATHER_ACROSS 1
+#endif
+
 namespace krl {
 
 namespace {
@@ -25,6 +30,16 @@ struct Taps {
     int taps = 1;
     std::vector<int> first;
     std::vector<float> weight; // dst * taps
+    // The same laid out tap by tap for the vector path: tap k of cell i is source cell
+    // index[k * dst + i] with weight byTap[k * dst + i].
+    std::vector<int> index;
+    std::vector<float> byTap;
+    // For blocks of eight cells whose taps all lie within 16 source cells: where the 16 start
+    // (blockStart, moved back to end at the row's end) and, per tap, each cell's place in them.
+    // blocksNear counts such blocks from the start of the row; the rest go by gathers.
+    int blocksNear = 0;
+    std::vector<int> blockStart;
+    std::vector<int> place; // block * taps * 8 + k * 8 + lane
 
     const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
 };
@@ -64,6 +79,31 @@ void makeTaps(int dst, int src, Taps& t) {
         for (int k = 0; k < count; ++k)
             out[j0 - start + k] = static_cast<float>(w[static_cast<std::size_t>(k)]);
     }
+    const std::size_t cells = static_cast<std::size_t>(dst);
+    t.index.resize(cells * static_cast<std::size_t>(t.taps));
+    t.byTap.resize(t.index.size());
+    for (int k = 0; k < t.taps; ++k)
+        for (std::size_t i = 0; i < cells; ++i) {
+            t.index[static_cast<std::size_t>(k) * cells + i] = t.first[i] + k;
+            t.byTap[static_cast<std::size_t>(k) * cells + i] =
+                t.weight[i * static_cast<std::size_t>(t.taps) + k];
+        }
+    t.blocksNear = 0;
+    t.blockStart.clear();
+    t.place.clear();
+    if (src < 16) return;
+    for (int b = 0; b < dst / 8; ++b) {
+        const int lo = t.first[static_cast<std::size_t>(b) * 8];
+        const int hi = t.first[static_cast<std::size_t>(b) * 8 + 7] + t.taps - 1;
+        if (hi - lo >= 16) break;
+        const int start = std::min(lo, src - 16);
+        t.blockStart.push_back(start);
+        for (int k = 0; k < t.taps; ++k)
+            for (int lane = 0; lane < 8; ++lane)
+                t.place.push_back(t.first[static_cast<std::size_t>(b) * 8 + static_cast<std::size_t>(lane)] +
+                                  k - start);
+        ++t.blocksNear;
+    }
 }
 
 std::uint8_t toByte(float v) {
@@ -82,7 +122,77 @@ template <int T> void acrossFixed(const float* acc, std::uint8_t* dst, int n, co
     }
 }
 
+// One cell of a row resampled across, for any tap count.
+std::uint8_t acrossCell(const float* acc, int x, const Taps& t) {
+    const float* w = t.of(x);
+    const float* s = acc + t.first[static_cast<std::size_t>(x)];
+    float v = 0.0f;
+    for (int k = 0; k < t.taps; ++k)
+        v += w[k] * s[k];
+    return toByte(v);
+}
+
+#ifdef KRL_GATHER_ACROSS
+// Eight sums made bytes as toByte makes them: plus a half, held to 0..255, truncated.
+__attribute__((target("avx2"))) void storeEight(__m256 v, std::uint8_t* dst) {
+    v = _mm256_min_ps(_mm256_max_ps(_mm256_add_ps(v, _mm256_set1_ps(0.5f)), _mm256_setzero_ps()),
+                      _mm256_set1_ps(255.0f));
+    const __m256i whole = _mm256_cvttps_epi32(v);
+    const __m128i words = _mm_packus_epi32(_mm256_castsi256_si128(whole), _mm256_extracti128_si256(whole, 1));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), _mm_packus_epi16(words, words));
+}
+
+// Eight cells at a time, their taps taken from 16 loaded cells where they lie that close together
+// and gathered otherwise. The sum is built in the scalar path's order, tap
+// after tap from zero, with separate multiplies and adds, and the byte is made the same way, so the
+// result is the same to the bit.
+__attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    const std::size_t cells = t.first.size();
+    int x = 0;
+    // Blocks whose taps lie within 16 source cells: two loads, and per tap two permutes and a blend
+    // chosen by bit 3 of the cell's place.
+    const int* place = t.place.data();
+    for (int b = 0; b < t.blocksNear && x + 8 <= n; ++b, x += 8) {
+        const float* s = acc + t.blockStart[static_cast<std::size_t>(b)];
+        const __m256 low = _mm256_loadu_ps(s), high = _mm256_loadu_ps(s + 8);
+        __m256 v = _mm256_setzero_ps();
+        for (int k = 0; k < t.taps; ++k, place += 8) {
+            const __m256i at = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place));
+            const __m256 fromHigh = _mm256_castsi256_ps(_mm256_slli_epi32(at, 28));
+            const __m256 cellK = _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at),
+                                                  _mm256_permutevar8x32_ps(high, at), fromHigh);
+            const std::size_t i = static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(x);
+            v = _mm256_add_ps(v, _mm256_mul_ps(_mm256_loadu_ps(t.byTap.data() + i), cellK));
+        }
+        storeEight(v, dst + x);
+    }
+    for (; x + 8 <= n; x += 8) {
+        __m256 v = _mm256_setzero_ps();
+        for (int k = 0; k < t.taps; ++k) {
+            const std::size_t at = static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(x);
+            const __m256i idx = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(t.index.data() + at));
+            const __m256 s = _mm256_i32gather_ps(acc, idx, 4);
+            v = _mm256_add_ps(v, _mm256_mul_ps(_mm256_loadu_ps(t.byTap.data() + at), s));
+        }
+        storeEight(v, dst + x);
+    }
+    return x;
+}
+
+bool gathersAvailable() {
+    static const bool yes = __builtin_cpu_supports("avx2") != 0;
+    return yes;
+}
+#endif
+
 void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+#ifdef KRL_GATHER_ACROSS
+    if (gathersAvailable() && t.taps > 1) {
+        for (int x = acrossEight(acc, dst, n, t); x < n; ++x)
+            dst[x] = acrossCell(acc, x, t);
+        return;
+    }
+#endif
     switch (t.taps) {
     case 1:
         return acrossFixed<1>(acc, dst, n, t);
@@ -93,14 +203,8 @@ void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
     case 4:
         return acrossFixed<4>(acc, dst, n, t);
     default:
-        for (int x = 0; x < n; ++x) {
-            const float* w = t.of(x);
-            const float* s = acc + t.first[static_cast<std::size_t>(x)];
-            float v = 0.0f;
-            for (int k = 0; k < t.taps; ++k)
-                v += w[k] * s[k];
-            dst[x] = toByte(v);
-        }
+        for (int x = 0; x < n; ++x)
+            dst[x] = acrossCell(acc, x, t);
     }
 }
 

@@ -65,7 +65,8 @@ KRL_CELL_LOOP void halfwayRow(u8* __restrict p, const u8* __restrict white, int 
 }
 
 KRL_CELL_LOOP void posterizeRow(u8* __restrict p, int n, int halvings, int d) {
-    const float half = static_cast<float>(d / 2), divisor = static_cast<float>(d);
+    const int halfD = d / 2; // the whole half of the integer formula
+    const auto half = static_cast<float>(halfD), divisor = static_cast<float>(d);
     for (int x = 0; x < n; ++x) {
         const auto band = static_cast<float>(p[x] >> halvings);
         p[x] = static_cast<u8>(static_cast<int>((band * 255.0f + half) / divisor));

@@ -180,5 +180,35 @@ TEST(Resize, CopiesEqualSizesKeepsFlatsAveragesAndInterpolates) {
         EXPECT_EQ(big.g.at(x, 1), expected[x]);
 }
 
+// Rows long enough for the eight-cell paths, resized across only, against each cell worked out on its
+// own: the source cells under the target cell weighted by overlap (shrinking) or the two nearest
+// cell centres (enlarging), summed in single precision from the first tap, plus a half, truncated.
+TEST(Resize, EveryTargetCellIsItsOwnWeightedSum) {
+    for (const auto& [from, to] :
+         {std::pair{48, 32}, std::pair{40, 37}, std::pair{20, 64}, std::pair{33, 50}, std::pair{300, 41}}) {
+        const Pic src = noise(from - 1, 0, 5);
+        Pic out = flat(to - 1, 0, 0);
+        ResizeBuffer(T3(out), T3(src), to - 1, 0, from - 1, 0);
+        const double scale = static_cast<double>(from) / to;
+        for (int i = 0; i < to; ++i) {
+            float v = 0.0f;
+            if (from > to) {
+                const double lo = i * scale, hi = (i + 1) * scale;
+                for (int j = static_cast<int>(lo); j < from && j < hi; ++j)
+                    v += static_cast<float>((std::min<double>(hi, j + 1) - std::max<double>(lo, j)) / scale) *
+                         static_cast<float>(src.r.at(j, 0));
+            } else {
+                const double pos = std::clamp((i + 0.5) * scale - 0.5, 0.0, from - 1.0);
+                const int j = static_cast<int>(pos);
+                const double f = pos - j;
+                v += static_cast<float>(j + 1 < from ? 1.0 - f : 1.0) * static_cast<float>(src.r.at(j, 0));
+                if (j + 1 < from) v += static_cast<float>(f) * static_cast<float>(src.r.at(j + 1, 0));
+            }
+            const auto want = static_cast<std::uint8_t>(std::clamp(v + 0.5f, 0.0f, 255.0f));
+            ASSERT_EQ(out.r.at(i, 0), want) << from << " to " << to << ", cell " << i;
+        }
+    }
+}
+
 } // namespace
 } // namespace krl::mixtest
