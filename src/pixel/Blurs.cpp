@@ -9,6 +9,7 @@
 //
 // BoxBlur: 5x5 box (radius 2), rounded to nearest. TriBlur: 3x3 [1 2 1] tent, a lighter step.
 
+#include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/Filters.h"
 #include "pixel/Slices.h"
@@ -40,7 +41,7 @@ constexpr bool div25IsExact() {
 static_assert(div25IsExact());
 
 // Horizontal 5-tap sums of one row, edges repeated.
-void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
+KRL_CELL_LOOP void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
     auto at = [&](int x) { return static_cast<u16>(src[std::clamp(x, 0, n - 1)]); };
     if (n < 5) {
         for (int x = 0; x < n; ++x)
@@ -55,14 +56,14 @@ void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
     dst[n - 1] = static_cast<u16>(src[n - 3] + src[n - 2] + 3 * src[n - 1]);
 }
 
-void boxColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
-               const u16* __restrict d, const u16* __restrict e, u8* __restrict dst, int n) {
+KRL_CELL_LOOP void boxColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
+                             const u16* __restrict d, const u16* __restrict e, u8* __restrict dst, int n) {
     for (int x = 0; x < n; ++x)
         dst[x] = static_cast<u8>(div25(static_cast<u16>(a[x] + b[x] + c[x] + d[x] + e[x] + 12u)));
 }
 
 // Horizontal [1 2 1] sums of one row, edges repeated.
-void tentRow(const u8* __restrict src, u16* __restrict dst, int n) {
+KRL_CELL_LOOP void tentRow(const u8* __restrict src, u16* __restrict dst, int n) {
     if (n == 1) {
         dst[0] = static_cast<u16>(4 * src[0]);
         return;
@@ -73,8 +74,8 @@ void tentRow(const u8* __restrict src, u16* __restrict dst, int n) {
     dst[n - 1] = static_cast<u16>(src[n - 2] + 3 * src[n - 1]);
 }
 
-void tentColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c, u8* __restrict dst,
-                int n) {
+KRL_CELL_LOOP void tentColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
+                              u8* __restrict dst, int n) {
     for (int x = 0; x < n; ++x)
         dst[x] = static_cast<u8>(static_cast<u16>(a[x] + 2u * b[x] + c[x] + 8u) >> 4);
 }
