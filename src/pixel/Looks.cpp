@@ -97,6 +97,33 @@ template <class T> struct RowRing {
     T* row(int y) { return data.data() + static_cast<std::size_t>(y % size) * n; }
 };
 
+// How far the blur may pull each pixel, by the largest change of its channels between the blurred A
+// and B: fully while the change stays within half of `smoothing`, not at all beyond `smoothing`. The
+// quotient is taken in single precision: its numerator is exact and a quotient short of a whole number
+// misses it by at least 1 / smoothing, so truncation gives the integer division's result.
+KRL_CELL_LOOP void pullRow(const u8* __restrict p0, const u8* __restrict p1, const u8* __restrict p2,
+                           const u8* __restrict q0, const u8* __restrict q1, const u8* __restrict q2,
+                           u16* __restrict pulled, int n, int smoothing) {
+    const auto s = static_cast<float>(smoothing);
+    for (int x = 0; x < n; ++x) {
+        const int moved =
+            std::max({std::abs(p0[x] - q0[x]), std::abs(p1[x] - q1[x]), std::abs(p2[x] - q2[x])});
+        const int share = static_cast<int>(static_cast<float>((smoothing - moved) * 512) / s);
+        pulled[x] = static_cast<u16>(filt::clampInt(share, 0, 256));
+    }
+}
+
+// Each byte to the tone of its band: `tones` bands spread evenly from black to white, rounded to
+// nearest; the quotient in single precision, exact as in pullRow.
+KRL_CELL_LOOP void bandRow(u8* __restrict v, int n, int tones) {
+    const int halfStep = (tones - 1) / 2;
+    const auto step = static_cast<float>(tones - 1);
+    for (int x = 0; x < n; ++x) {
+        const int k = (v[x] * tones) >> 8;
+        v[x] = static_cast<u8>(static_cast<int>(static_cast<float>(k * 255 + halfStep) / step));
+    }
+}
+
 // Flat colour bands with dark lines where the unblurred picture B has edges. The colour is the blurred
 // A where the blur changed the pixel little, B where it changed it much: within an area the blur
 // irons out texture and shading, while near a strong edge, where the blur has smeared one colour into
@@ -110,32 +137,19 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
 
-    std::array<u8, 256> band{};
-    for (int v = 0; v < 256; ++v) {
-        const int k = v * st.tones / 256;
-        band[static_cast<std::size_t>(v)] = static_cast<u8>((k * 255 + (st.tones - 1) / 2) / (st.tones - 1));
-    }
-
     // Three stages, each a ring of rows: grey of B, smoothed grey, line darkness. Output row y needs
     // line rows up to y+1 (thick lines), hence smoothed rows up to y+2 and grey rows up to y+3; all
     // of B that row y depends on is read before row y of A is written. A slice of rows starts its
     // rings three rows early, so its first row sees the stages exactly as the whole loop would; the
     // rings hold eight rows, room for that start. Slices need A apart from B: in place, a slice's
     // first rows would read B rows that the slice above has already written.
-    // How far the blur may pull a pixel, by the largest change of its channels: fully while the
-    // change stays within half of `smoothing`, not at all beyond `smoothing`.
-    std::array<u16, 256> pullOf{};
-    for (int moved = 0; moved < 256; ++moved)
-        pullOf[static_cast<std::size_t>(moved)] =
-            static_cast<u16>(filt::clampInt((st.smoothing - moved) * 512 / st.smoothing, 0, 256));
     auto rows = [&](int y0, int y1) {
         // Locals: byte stores could otherwise alias the captured values and stop vectorising.
         const int n = e.cols;
         const std::size_t sn = static_cast<std::size_t>(n);
         const int last = e.rows - 1;
         const bool thick = st.thickLine;
-        const u8* const bandOf = band.data();
-        const u16* const pullBy = pullOf.data();
+        const int smoothing = st.smoothing, tones = st.tones;
         auto clampY = [last](int y) { return std::clamp(y, 0, last); };
         thread_local std::vector<u8> greyRows, smoothRows;
         thread_local std::vector<u16> edgeRows;
@@ -174,28 +188,18 @@ void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, con
             } else {
                 std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
             }
-            const u8* const p0 = out[0].row(y);
-            const u8* const p1 = out[1].row(y);
-            const u8* const p2 = out[2].row(y);
-            const u8* const q0 = in[0].row(y);
-            const u8* const q1 = in[1].row(y);
-            const u8* const q2 = in[2].row(y);
             u16* __restrict pulled = pull.data();
-            for (int x = 0; x < n; ++x) {
-                const int moved =
-                    std::max({std::abs(p0[x] - q0[x]), std::abs(p1[x] - q1[x]), std::abs(p2[x] - q2[x])});
-                pulled[x] = pullBy[moved];
-            }
+            pullRow(out[0].row(y), out[1].row(y), out[2].row(y), in[0].row(y), in[1].row(y), in[2].row(y),
+                    pulled, n, smoothing);
             const u16* __restrict lines = line.data();
             u8* __restrict flat = flatRow.data();
             for (int c = 0; c < 3; ++c) {
                 u8* __restrict p = out[c].row(y);
                 const u8* __restrict q = in[c].row(y);
-                // Three passes, so that only the band lookup is done cell by cell.
+                // Three passes, each a loop of its own that vectorises.
                 for (int x = 0; x < n; ++x)
                     flat[x] = static_cast<u8>(q[x] + (((p[x] - q[x]) * pulled[x]) >> 8));
-                for (int x = 0; x < n; ++x)
-                    flat[x] = bandOf[flat[x]];
+                bandRow(flat, n, tones);
                 for (int x = 0; x < n; ++x)
                     p[x] = static_cast<u8>((flat[x] * (256u - lines[x]) + 128u) >> 8);
             }
