@@ -304,12 +304,14 @@ void SqueezeOverlay(Plane& AR, Plane& AG, Plane& AB, Plane& BR, Plane& BG, Plane
                 }
             });
         } else {
-            pa = mix::out(*A[ch]);
+            // Likewise a shared A is not copied first: its rows are read from the buffer it leaves.
+            const mix::Rewritten r = mix::rewrite(*A[ch], 0, 0, e.cols, e.rows);
+            pa = r.to;
             In pc = mix::in(*C[ch]);
-            if (pc.aliases(pa)) pc = mix::snapshot(pc, e, store);
-            // The frame's part reads rows at or below the row it writes, so top-down order is safe;
-            // the source's part follows, since the frame's part may read rows it overwrites.
-            mix::mapRows(0, mapA, [&](int y, int s) { mix::moveCells(pa[y], pa[s], e.cols); });
+            if (pc.aliases(pa)) pc = r.inPlace() ? mix::snapshot(pc, e, store) : r.from;
+            // In place, the frame's part reads rows at or below the row it writes, so top-down order is
+            // safe; the source's part follows, since the frame's part may read rows it overwrites.
+            mix::mapRows(0, mapA, [&](int y, int s) { mix::moveCells(pa[y], r.from[s], e.cols); });
             for (int y = k; y < n; ++y)
                 mix::moveCells(pa[y], pc[mapC[static_cast<std::size_t>(y - k)]], e.cols);
         }
