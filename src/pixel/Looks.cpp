@@ -333,6 +333,17 @@ KRL_CELL_LOOP void chalkRow(int y, int cols, int liftBy, int skipAbove, u16* __r
         whiten[x] = static_cast<u16>(std::min(256, liftBy + skip));
     }
 }
+
+// One channel of a row: softened toward its grey by `soften` / 256, then taken toward white by the
+// row's whitening. Every step fits 16-bit lanes (255 * 256 + 128 < 65536).
+KRL_CELL_LOOP void chalkTone(const u8* __restrict p, const u8* __restrict grey, const u16* __restrict whiten,
+                             u8* __restrict out, int n, unsigned soften) {
+    const auto s = static_cast<u16>(soften), keep = static_cast<u16>(256u - soften);
+    for (int x = 0; x < n; ++x) {
+        const auto soft = static_cast<u16>(static_cast<u16>(p[x] * keep + grey[x] * s + 128u) >> 8);
+        out[x] = static_cast<u8>(soft + (static_cast<u16>((255u - soft) * whiten[x] + 128u) >> 8));
+    }
+}
 } // namespace
 
 // The finishing touch of the graphic-novel look: the picture as if laid down in chalk on toothed
@@ -365,14 +376,9 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         for (int y = y0; y < y1; ++y) {
             chalkRow(y, cols, liftBy, skipAbove, wh);
             lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
-            for (int c = 0; c < 3; ++c) {
-                const u8* p = out[c].row(y);
-                u8* __restrict r = result.data() + static_cast<std::size_t>(c) * n;
-                for (std::size_t x = 0; x < n; ++x) {
-                    const unsigned soft = (p[x] * (256u - softBy) + gr[x] * softBy + 128u) >> 8;
-                    r[x] = static_cast<u8>(soft + (((255u - soft) * wh[x] + 128u) >> 8));
-                }
-            }
+            for (int c = 0; c < 3; ++c)
+                chalkTone(out[c].row(y), gr, wh, result.data() + static_cast<std::size_t>(c) * n, cols,
+                          softBy);
             for (int c = 0; c < 3; ++c)
                 std::memcpy(out[c].row(y), result.data() + static_cast<std::size_t>(c) * n, n);
         }
