@@ -7,9 +7,11 @@
 
 namespace krl::filt {
 
-// Perceptual grey with integer weights that sum to 256, so a grey pixel (v, v, v) stays v.
-inline std::uint8_t luma(unsigned r, unsigned g, unsigned b) {
-    return static_cast<std::uint8_t>((77u * r + 150u * g + 29u * b + 128u) >> 8);
+// Perceptual grey with integer weights that sum to 256, so a grey pixel (v, v, v) stays v. The sum
+// stays below 65536, so row loops run it in 16-bit lanes.
+inline std::uint8_t luma(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
+    const auto sum = static_cast<std::uint16_t>(77u * r + 150u * g + 29u * b + 128u);
+    return static_cast<std::uint8_t>(sum >> 8);
 }
 
 // v / 2 rounded half to even, the rounding the dialogs use in their own pixel loops.

@@ -36,7 +36,7 @@ struct PlaneOut {
     u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
 };
 
-void lumaRow(const u8* r, const u8* g, const u8* b, u8* __restrict out, int n) {
+KRL_CELL_LOOP void lumaRow(const u8* r, const u8* g, const u8* b, u8* __restrict out, int n) {
     for (int x = 0; x < n; ++x)
         out[x] = filt::luma(r[x], g[x], b[x]);
 }

@@ -73,6 +73,22 @@ KRL_CELL_LOOP void posterizeRow(u8* __restrict p, int n, int halvings, int d) {
     }
 }
 
+// The grey of each pixel of a row, and 0xFF where its key channel lies in [low, high].
+KRL_CELL_LOOP void greyMaskRow(const u8* __restrict r, const u8* __restrict g, const u8* __restrict b,
+                               const u8* __restrict key, u8 low, u8 high, u8* __restrict grey,
+                               u8* __restrict mask, int n) {
+    for (int x = 0; x < n; ++x) {
+        grey[x] = filt::luma(r[x], g[x], b[x]);
+        mask[x] = (key[x] >= low && key[x] <= high) ? 0xFF : 0x00;
+    }
+}
+
+// p takes from where the mask is 0xFF.
+KRL_CELL_LOOP void takeMasked(u8* __restrict p, const u8* __restrict from, const u8* __restrict mask, int n) {
+    for (int x = 0; x < n; ++x)
+        p[x] = static_cast<u8>((p[x] & ~mask[x]) | (from[x] & mask[x]));
+}
+
 } // namespace
 
 void Negative(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
@@ -128,19 +144,10 @@ void GreyOut(Plane& AR, Plane& AG, Plane& AB, int level, int channel, int tolera
         u8* __restrict grey = scratch.data();
         u8* __restrict mask = grey + n;
         for (int y = y0; y < y1; ++y) {
-            const u8* r = t.row(0, y);
-            const u8* g = t.row(1, y);
-            const u8* b = t.row(2, y);
-            const u8* key = t.row(channel - 1, y);
-            for (int x = 0; x < n; ++x) {
-                grey[x] = filt::luma(r[x], g[x], b[x]);
-                mask[x] = (key[x] >= low && key[x] <= high) ? 0xFF : 0x00;
-            }
-            for (int c = 0; c < 3; ++c) {
-                u8* p = t.row(c, y);
-                for (int x = 0; x < n; ++x)
-                    p[x] = static_cast<u8>((p[x] & ~mask[x]) | (grey[x] & mask[x]));
-            }
+            greyMaskRow(t.row(0, y), t.row(1, y), t.row(2, y), t.row(channel - 1, y), low, high, grey, mask,
+                        n);
+            for (int c = 0; c < 3; ++c)
+                takeMasked(t.row(c, y), grey, mask, n);
         }
     });
 }
