@@ -109,25 +109,6 @@ TEST_F(CfxFile, ImportTakesOverFramesSizeAndKeysAndSaysWhatItFound) {
     EXPECT_EQ(calls("Van_CreateAnimAdv"), std::vector<std::string>{"Van_CreateAnimAdv(3, 2)"});
 }
 
-TEST_F(CfxFile, ExportThenImportGivesTheAnimationBack) {
-    loadScene(4, 6, 3);
-    const std::string path = file("round.cfx");
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
-    ExportCFX("Round trip");
-    host().loadAnimation(patternFrames(2, 2, 2, 1));
-    host().setPrimaryPacked(0);
-    host().setSecondaryPacked(0);
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
-    ImportCFX();
-    ASSERT_EQ(host().totalFrames(), 4);
-    for (int f = 0; f < 4; ++f)
-        EXPECT_EQ(host().framePicture(f), pictures[static_cast<std::size_t>(f)]) << f;
-    EXPECT_EQ(host().primaryColor(), 0x332211u);
-    EXPECT_EQ(host().secondaryColor(), 0x665544u);
-    EXPECT_EQ(host().dialogs().back().text,
-              "CFX Import Completed\n\nRound trip\nFrames: 4\nResolution: 6 X 3");
-}
-
 struct Damage {
     const char* name;
     std::string bytes;

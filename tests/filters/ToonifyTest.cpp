@@ -109,23 +109,6 @@ TEST_F(Toonify, RangeChangesOnlyItsFramesAndReturnsToTheRememberedFrame) {
     EXPECT_EQ(host().currentFrame(), 3);
 }
 
-TEST_F(Toonify, AlphaMixesOnlyOnTheRealRun) {
-    krl::Plane alpha(kW, kH);
-    for (int y = 0; y <= kH; ++y)
-        for (int x = 0; x <= kW; ++x)
-            alpha.at(x, y) = x < 10 ? 0 : 255;
-    host().setAlpha(alpha);
-    panel::FormBase* f = open();
-    ctl<QCheckBox>(f, "chkUseAlpha")->setChecked(true);
-    apply(f);
-    const host::Picture filtered = toon(frames[0], 1);
-    const host::Picture& out = host().framePicture(0);
-    EXPECT_EQ(out.r.at(3, 5), frames[0].r.at(3, 5));
-    EXPECT_EQ(out.g.at(9, 9), frames[0].g.at(9, 9));
-    EXPECT_EQ(out.r.at(15, 5), filtered.r.at(15, 5));
-    EXPECT_EQ(out.b.at(20, 12), filtered.b.at(20, 12));
-}
-
 TEST_F(Toonify, NightVisionPreviewsOnASmallerPlane) {
     panel::FormBase* f = open("frmNightVision");
     EXPECT_EQ(f->windowTitle(), "Kirrel-NightVision Filter");
