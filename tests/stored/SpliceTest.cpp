@@ -1,12 +1,11 @@
 // Combine, Attach and Composite with a stored animation, driven through their dialogs in process
 // and compared byte for byte with results built here independently.
 
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
 #include "pixel/Mixing.h"
 #include "stored/SlotFiles.h"
 #include "stored/StoredSupport.h"
 #include "support/Fixtures.h"
+#include "support/Forms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -20,36 +19,17 @@
 namespace kirrel::test {
 namespace {
 
-class Splice : public HostTest {
+class Splice : public FormTest {
   protected:
-    panel::FormBase* open(const char* name) {
-        panel::registerEverything();
-        panel::FormBase* form = panel::loadFormByName(name);
-        form->showForm();
-        return form;
-    }
     void writeSlot(int slot, const std::vector<host::Picture>& frames) {
         writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), slot)),
                   slotBytes(static_cast<int>(frames.size()), frames));
     }
-    static void choose(panel::FormBase* f, const QString& option) {
-        static_cast<QRadioButton*>(f->control(option))->setChecked(true);
-    }
-    static void apply(panel::FormBase* f) { static_cast<QPushButton*>(f->control("cmd_Run"))->click(); }
     std::vector<host::Picture> frames() const {
         std::vector<host::Picture> out;
         for (int i = 0; i < host().totalFrames(); ++i)
             out.push_back(host().framePicture(i));
         return out;
-    }
-    std::vector<std::string> messagesOfHost() const {
-        std::vector<std::string> out;
-        for (const auto& d : host().dialogs())
-            if (d.kind == "message") out.push_back(d.text);
-        return out;
-    }
-    bool undoSaved() const {
-        return QFile::exists(QString::fromStdString(tempDir() + stored::kAnimUndoName));
     }
 };
 
@@ -235,7 +215,7 @@ TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
         apply(form);
         expected.push_back(side < 2 ? height : width);
     }
-    EXPECT_EQ(messagesOfHost(), expected);
+    EXPECT_EQ(messagesOf(host()), expected);
     EXPECT_TRUE(HostSnapshot::of(host()) == before);
     EXPECT_FALSE(undoSaved());
 
@@ -256,9 +236,9 @@ TEST_F(Splice, CompositeJoinsFromFrameZeroAndLeavesFramesBeyondTheStoredOnes) {
     writeSlot(1, storedFrames);
     auto* form = open("frmCompositeAnims");
     auto* slider = static_cast<QSlider*>(form->control("Slider1"));
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label5"))->text(), "Mix Strength\n(50% Main, 50% Stored)");
+    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(50% Main, 50% Stored)");
     slider->setValue(100);
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label5"))->text(), "Mix Strength\n(0% Main, 100% Stored)");
+    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(0% Main, 100% Stored)");
     choose(form, "optSlot(1)");
     apply(form);
 
@@ -353,12 +333,12 @@ TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporary
     choose(form, "optSlot(0)");
     static_cast<QCheckBox*>(form->control("chkUndoSave"))->setChecked(true);
     apply(form); // no mask yet: refused before the undo
-    EXPECT_EQ(messagesOfHost(), std::vector<std::string>{"Please Select an Animated Mask"});
+    EXPECT_EQ(messagesOf(host()), std::vector<std::string>{"Please Select an Animated Mask"});
     EXPECT_FALSE(undoSaved());
 
-    responder.push({host::QueuedAnswer::Kind::File, 0, maskPath.toStdString()});
-    static_cast<QPushButton*>(form->control("cmdLoadMask"))->click();
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label7"))->text(), "3 X 1 at 2 Frames");
+    answerFile(maskPath.toStdString());
+    click(form, "cmdLoadMask");
+    EXPECT_EQ(text(form, "Label7"), "3 X 1 at 2 Frames");
     static_cast<QSlider*>(form->control("Slider1"))->setValue(100);
     apply(form);
 
