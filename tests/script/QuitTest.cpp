@@ -51,18 +51,14 @@ TEST_P(EndingStep, EndsTheScriptAndCleansUpAsAnswered) {
 }
 
 const std::set<std::string> kAll = {"AnimUndo.dat", "AlphaUndo.dat", "SwapUndo.dat"};
+const std::set<std::string> kAlphaSwap = {"AlphaUndo.dat", "SwapUndo.dat"};
 const std::string kQuit = R"({"menu": "menuQuit"})";
 const std::string kClose = R"({"close": "Mainfrm"})";
 
 INSTANTIATE_TEST_SUITE_P(
     QuitAndClose, EndingStep,
     ::testing::Values(QuitCase{"QuitWithoutUndo", kQuit, {}, "", false, {}},
-                      QuitCase{"QuitLeavesLoneAlphaAndSwap",
-                               kQuit,
-                               {"AlphaUndo.dat", "SwapUndo.dat"},
-                               "",
-                               false,
-                               {"AlphaUndo.dat", "SwapUndo.dat"}},
+                      QuitCase{"QuitLeavesLoneAlphaAndSwap", kQuit, kAlphaSwap, "", false, kAlphaSwap},
                       QuitCase{"QuitAnsweredNo", kQuit, kAll, R"({"question": 2})", true, kAll},
                       QuitCase{"QuitAnsweredYes", kQuit, kAll, R"({"question": 1})", true, {}},
                       QuitCase{

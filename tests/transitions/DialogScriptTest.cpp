@@ -81,7 +81,6 @@ TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
     // The Apply's own stop (opening the dialog from the panel stops the playback as well).
     const auto from = std::find(trace.rbegin(), trace.rend(), "Van_StopAnimation()").base() - 1;
     ASSERT_GE(from - trace.begin(), 2);
-    ASSERT_GE(from - trace.begin(), 2);
     EXPECT_EQ(*(from - 2), "Van_GetCurrentFrame()");
     EXPECT_EQ(*(from - 1), "Van_GetTotalFrames()");
     // The undo save (which locks the host for itself) comes before the run's own lock, the last one.
