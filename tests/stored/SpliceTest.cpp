@@ -229,27 +229,6 @@ TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
 
 // --- Composite -----------------------------------------------------------------------------------
 
-TEST_F(Splice, CompositeJoinsFromFrameZeroAndLeavesFramesBeyondTheStoredOnes) {
-    const auto mainFrames = patternFrames(5, 9, 7, 3);
-    const auto storedFrames = patternFrames(3, 9, 7, 120);
-    host().loadAnimation(mainFrames, 4);
-    writeSlot(1, storedFrames);
-    auto* form = open("frmCompositeAnims");
-    auto* slider = static_cast<QSlider*>(form->control("Slider1"));
-    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(50% Main, 50% Stored)");
-    slider->setValue(100);
-    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(0% Main, 100% Stored)");
-    choose(form, "optSlot(1)");
-    apply(form);
-
-    // At full strength plain mixing gives the stored frame itself.
-    for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(host().framePicture(i) == storedFrames[i]) << i;
-    for (int i = 3; i < 5; ++i)
-        EXPECT_TRUE(host().framePicture(i) == mainFrames[i]) << i;
-    EXPECT_EQ(host().currentFrame(), 0);
-}
-
 struct ModeCase {
     const char* text;
     void (*operation)(krl::Plane&, krl::Plane&, krl::Plane&, const krl::Plane&, const krl::Plane&,
@@ -258,17 +237,25 @@ struct ModeCase {
 
 class CompositeModes : public Splice, public testing::WithParamInterface<std::tuple<ModeCase, int>> {};
 
+// From frame 0 on, each frame the stored animation reaches is mixed; the others stay. At full strength
+// plain mixing gives the stored frame itself.
 TEST_P(CompositeModes, EachModeRunsItsOperationWithTheStoredFrameFirstThenTheMix) {
     const auto& [mode, strength] = GetParam();
-    const auto mainFrames = patternFrames(2, 8, 5, 30);
+    const auto mainFrames = patternFrames(4, 8, 5, 30);
     const auto storedFrames = patternFrames(2, 8, 5, 170);
-    host().loadAnimation(mainFrames);
-    writeSlot(0, storedFrames);
+    host().loadAnimation(mainFrames, 3);
+    writeSlot(1, storedFrames);
     auto* form = open("frmCompositeAnims");
-    static_cast<QComboBox*>(form->control("cboModeOptions"))->setCurrentText(mode.text);
-    static_cast<QSlider*>(form->control("Slider1"))->setValue(strength);
-    choose(form, "optSlot(0)");
+    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(50% Main, 50% Stored)");
+    ctl<QComboBox>(form, "cboModeOptions")->setCurrentText(mode.text);
+    ctl<QSlider>(form, "Slider1")->setValue(strength);
+    EXPECT_EQ(text(form, "Label5"),
+              QString("Mix Strength\n(%1% Main, %2% Stored)").arg(100 - strength).arg(strength));
+    choose(form, "optSlot(1)");
     apply(form);
+    for (int i = 2; i < 4; ++i)
+        EXPECT_TRUE(host().framePicture(i) == mainFrames[i]) << i;
+    EXPECT_EQ(host().currentFrame(), 0);
 
     for (int i = 0; i < 2; ++i) {
         host::Picture t = storedFrames[i];
@@ -276,6 +263,9 @@ TEST_P(CompositeModes, EachModeRunsItsOperationWithTheStoredFrameFirstThenTheMix
         if (mode.operation) mode.operation(t.r, t.g, t.b, m.r, m.g, m.b, 8, 5);
         krl::MixBuffers(t.r, t.g, t.b, m.r, m.g, m.b, strength, 8, 5);
         EXPECT_TRUE(host().framePicture(i) == t) << mode.text << " frame " << i;
+        if (!mode.operation && strength == 100) {
+            EXPECT_TRUE(host().framePicture(i) == storedFrames[i]) << i;
+        }
     }
 }
 
