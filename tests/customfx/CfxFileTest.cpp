@@ -115,10 +115,6 @@ struct Damage {
     const char* message;
 };
 
-void PrintTo(const Damage& d, std::ostream* os) {
-    *os << d.name;
-}
-
 std::vector<Damage> damages() {
     const std::string title = "Damaged" + blanks(23);
     const std::string keys = std::string(6, '\0');

@@ -51,10 +51,6 @@ struct Writer {
                                       int h);
 };
 
-void PrintTo(const Writer& w, std::ostream* os) {
-    *os << w.name;
-}
-
 int le(const std::vector<std::uint8_t>& f, std::size_t at, int bytes = 4) {
     int v = 0;
     for (int i = bytes - 1; i >= 0; --i)

@@ -20,10 +20,6 @@ struct ScriptCase {
     const char* setUp; // steps that set the dialog's parameters, each followed by a comma
 };
 
-void PrintTo(const ScriptCase& c, std::ostream* os) {
-    *os << c.form;
-}
-
 class FilterRunScript : public ScriptTest, public testing::WithParamInterface<ScriptCase> {
   protected:
     void SetUp() override {

@@ -198,10 +198,6 @@ struct AlphaCase {
     host::Picture (*filtered)(const host::Picture&); // the frame filtered with the slider at 2
 };
 
-void PrintTo(const AlphaCase& c, std::ostream* os) {
-    *os << c.form;
-}
-
 class FilterAlpha : public FilterTest, public testing::WithParamInterface<AlphaCase> {};
 
 TEST_P(FilterAlpha, MixesOnTheRealRunOnly) {

@@ -23,10 +23,6 @@ struct QuitCase {
     int exitCode = 0;
 };
 
-void PrintTo(const QuitCase& c, std::ostream* os) {
-    *os << c.name;
-}
-
 class EndingStep : public ::testing::TestWithParam<QuitCase> {};
 
 TEST_P(EndingStep, EndsTheScriptAndCleansUpAsAnswered) {

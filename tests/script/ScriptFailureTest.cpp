@@ -14,10 +14,6 @@ struct BadScript {
     std::string says; // part of the one line
 };
 
-void PrintTo(const BadScript& b, std::ostream* os) {
-    *os << b.name;
-}
-
 class ScriptFailure : public ::testing::TestWithParam<BadScript> {};
 
 TEST_P(ScriptFailure, ExitsTwoWithOneClearLine) {

@@ -179,10 +179,6 @@ struct ShapeCase {
     int slotW = 16, slotH = 12;
 };
 
-void PrintTo(const ShapeCase& c, std::ostream* os) {
-    *os << c.form;
-}
-
 QStringList split(const char* items) {
     return *items ? QString(items).split('|') : QStringList{};
 }
