@@ -5,8 +5,6 @@
 #include "customfx/CfxSupport.h"
 #include "customfx/CustomFX.h"
 
-#include <QFile>
-
 namespace kirrel::test {
 namespace {
 

@@ -4,9 +4,6 @@
 #include "exchange/SpriteSheet.h"
 #include "support/Forms.h"
 
-#include <QLabel>
-#include <QPushButton>
-
 namespace kirrel::test {
 namespace {
 

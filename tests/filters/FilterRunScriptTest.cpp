@@ -6,10 +6,7 @@
 #include "support/Fixtures.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {

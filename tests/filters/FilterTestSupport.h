@@ -7,7 +7,6 @@
 
 #include <QImage>
 #include <QLabel>
-#include <QPushButton>
 
 #include <vector>
 

@@ -6,11 +6,7 @@
 #include "stored/StoredSupport.h"
 #include "support/Fixtures.h"
 
-#include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 
 #include <algorithm>
 

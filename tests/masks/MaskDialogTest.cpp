@@ -9,8 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 
 namespace kirrel::test {
 namespace {

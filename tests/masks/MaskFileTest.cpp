@@ -6,7 +6,6 @@
 #include "stored/DataFile.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace kirrel::test {
 namespace {

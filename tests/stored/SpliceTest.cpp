@@ -10,10 +10,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QSlider>
 
 namespace kirrel::test {

@@ -9,7 +9,6 @@
 
 #include <QFile>
 #include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 
 namespace kirrel::test {

@@ -9,9 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {

@@ -7,6 +7,7 @@
 #include "stored/SlotFiles.h"
 #include "support/Support.h"
 
+#include <QAbstractButton>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>

@@ -5,12 +5,9 @@
 #include "support/Support.h"
 #include "transitions/EveryShapeScript.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 #include <algorithm>
 

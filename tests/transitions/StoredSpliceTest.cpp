@@ -9,8 +9,6 @@
 #include "transitions/TransitionSupport.h"
 #include "transitions/Wipes.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace kirrel::test {

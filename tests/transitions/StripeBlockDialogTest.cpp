@@ -4,11 +4,7 @@
 #include "support/Support.h"
 #include "transitions/EveryShapeScript.h"
 
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 #include <algorithm>
 
