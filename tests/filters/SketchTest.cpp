@@ -42,38 +42,10 @@ host::Picture softRun(const host::Picture& frame, int rounds) {
 
 class Sketch : public FilterTest {};
 
-TEST_F(Sketch, DialogsOpenWithTheirControlsAndStartValues) {
-    panel::FormBase* soft = open("frmSketchSoft");
-    EXPECT_EQ(soft->windowTitle(), "Kirrel- Sketch Filter (Soft Line)");
-    EXPECT_EQ(ctl<QLabel>(soft, "Label1")->text(),
-              "This filter makes photos look more like sketched drawings");
-    EXPECT_EQ(ctl<QLabel>(soft, "Label2")->text(), "Detail Strength: 1");
-    EXPECT_EQ(ctl<QCheckBox>(soft, "chkColor")->text(), "Color Sketch");
-    auto* detail = ctl<QSlider>(soft, "slider_soft");
-    EXPECT_EQ(std::make_tuple(detail->minimum(), detail->maximum(), detail->value()),
-              std::make_tuple(1, 100, 1));
-    EXPECT_EQ(ctl<QCheckBox>(soft, "chkUseAlpha")->text(), "Use Alpha?");
-
-    panel::FormBase* hard = open("frmSketchHard");
-    EXPECT_EQ(hard->windowTitle(), "Kirrel- Sketch Filter (Hard Line)");
-    EXPECT_EQ(ctl<QLabel>(hard, "Label3")->text(), "Line Strength");
-    EXPECT_EQ(ctl<QLabel>(hard, "Label2")->text(), "Detail");
-    EXPECT_EQ(ctl<QLabel>(hard, "lblOptions")->text(), "Color Options");
-    auto* line = ctl<QSlider>(hard, "slider_LineStr");
-    EXPECT_EQ(std::make_tuple(line->minimum(), line->maximum(), line->value()),
-              std::make_tuple(128, 255, 255));
+TEST_F(Sketch, TheLineStrengthCannotGoBelow128) {
+    auto* line = ctl<QSlider>(open("frmSketchHard"), "slider_LineStr");
     line->setValue(0);
-    EXPECT_EQ(line->value(), 128) << "the line strength can't go below 128";
-    auto* passes = ctl<QSlider>(hard, "slider_Passes");
-    EXPECT_EQ(std::make_tuple(passes->minimum(), passes->maximum(), passes->value()),
-              std::make_tuple(1, 100, 1));
-    auto* options = ctl<QComboBox>(hard, "cboSketchOptions");
-    ASSERT_EQ(options->count(), 4);
-    EXPECT_EQ(options->currentIndex(), 0);
-    const char* texts[] = {"Normal (No Color)", "Overlay Original", "Cell Shaded", "Graphic Novel"};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(options->itemText(i), texts[i]);
-    EXPECT_EQ(ctl<QLabel>(hard, "PreviewBox")->size(), QSize(200, 200));
+    EXPECT_EQ(line->value(), 128);
 }
 
 TEST_F(Sketch, SoftPreviewBlursHalfTheRoundsOfTheRunAndTakesTheHostsUndo) {

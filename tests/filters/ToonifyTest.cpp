@@ -35,21 +35,8 @@ class Toonify : public FilterTest {
     }
 };
 
-TEST_F(Toonify, OpensWithItsControlsAndAPreviewThatLeavesTheHostAlone) {
+TEST_F(Toonify, OpensWithAPreviewThatLeavesTheHostAlone) {
     panel::FormBase* f = open();
-    EXPECT_EQ(f->windowTitle(), "Kirrel-Toonify Filter");
-    EXPECT_EQ(ctl<QLabel>(f, "Label1")->text(), "This filter makes photos look more like cartoon drawings");
-    EXPECT_EQ(ctl<QLabel>(f, "Label2")->text(), "Filter Strength: 1");
-    auto* slider = ctl<QSlider>(f, "slider_toon");
-    EXPECT_EQ(slider->minimum(), 1);
-    EXPECT_EQ(slider->maximum(), 100);
-    EXPECT_EQ(slider->value(), 1);
-    EXPECT_EQ(ctl<QCheckBox>(f, "chkEdgeBoost")->text(), "Edge Boost?");
-    EXPECT_EQ(ctl<QCheckBox>(f, "chkUseAlpha")->text(), "Use Alpha?");
-    EXPECT_TRUE(ctl<QRadioButton>(f, "optDirection(0)")->isChecked());
-    EXPECT_EQ(ctl<QComboBox>(f, "cboFrameStart")->count(), 4);
-    EXPECT_EQ(ctl<QComboBox>(f, "cboFrameEnd")->currentText(), "3");
-    EXPECT_EQ(ctl<QLabel>(f, "PreviewBox")->size(), QSize(200, 200));
     expectShown(f, toon(squeezed(frames[0], 200), 1));
     for (const char* write : {"Van_SetRbuffer", "Van_SaveUndo", "Van_SetProgress", "Van_GetABuffer"})
         EXPECT_TRUE(calls(write).empty()) << write;
@@ -107,8 +94,6 @@ TEST_F(Toonify, RangeChangesOnlyItsFramesAndReturnsToTheRememberedFrame) {
 
 TEST_F(Toonify, NightVisionPreviewsOnASmallerPlane) {
     panel::FormBase* f = open("frmNightVision");
-    EXPECT_EQ(f->windowTitle(), "Kirrel-NightVision Filter");
-    EXPECT_EQ(ctl<QLabel>(f, "PreviewBox")->size(), QSize(120, 120));
     host::Picture expected = squeezed(frames[0], 120);
     krl::NightVision(expected.r, expected.g, expected.b, 120, 120);
     expectShown(f, expected);
