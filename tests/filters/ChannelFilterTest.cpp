@@ -81,6 +81,14 @@ TEST(ChannelThresholdPreview, MixesByItsOwnRules) {
     EXPECT_EQ(filters::findChannelMix("additive"), nullptr) << "the list's text is compared exactly";
 }
 
+// The slider's ends are the library's ends: 0 and 100 percent.
+TEST(GreyOutLevel, IsAPercentageOfTheSlider) {
+    EXPECT_EQ(filters::greyOutLevel(255), 100);
+    EXPECT_EQ(filters::greyOutLevel(128), 50);
+    EXPECT_EQ(filters::greyOutLevel(64), 25);
+    EXPECT_EQ(filters::greyOutLevel(0), 0);
+}
+
 TEST(NumericText, AcceptsWhatTheBoxesTakeAsNumbers) {
     EXPECT_EQ(filters::numericText("300"), 300.0);
     EXPECT_EQ(filters::numericText(" -12 "), -12.0);
