@@ -50,7 +50,7 @@ TEST_F(Toonify, PreviewBlursHalfAsManyRoundsAndFollowsEdgeBoost) {
     expectShown(f, toon(squeezed(frames[0], 200), 4));
     ctl<QCheckBox>(f, "chkEdgeBoost")->click();
     expectShown(f, toon(squeezed(frames[0], 200), 4, true));
-    // Half the rounds, rounded up, at the slider's ends too.
+    // Half the rounds (dropping a half) and one more, at the slider's ends too.
     EXPECT_EQ(filters::previewBlurRounds(1), 1);
     EXPECT_EQ(filters::previewBlurRounds(100), 51);
     EXPECT_TRUE(calls("Van_SetRbuffer").empty());
