@@ -45,16 +45,6 @@ TEST_F(WipeRun, FromWithPerFrameSourceFetchesTheFrameTwiceAndReportsProgressFrom
     EXPECT_EQ(frame(0).r.at(1, 1), 255 - original[0].r.at(1, 1));
 }
 
-TEST_F(WipeRun, PrimaryColourIsFilledOnceAndTheSwapIsLeftAlone) {
-    load(4, 8, 6);
-    host().setPrimaryPacked(host::packColor(200, 10, 30));
-    const Picture swapBefore = host().swapPicture();
-    Wipe2LeftTo(0, 3, "Primary Color");
-    EXPECT_EQ(calls("Van_getPrimaryColor").size(), 1u);
-    EXPECT_EQ(frame(3), Picture::filled(8, 6, host::packColor(200, 10, 30)));
-    EXPECT_EQ(host().swapPicture(), swapBefore);
-}
-
 TEST_F(WipeRun, ChannelSourcesKeepTheNamedChannels) {
     load(3, 4, 4);
     Wipe2LeftTo(0, 2, "Red & Blue Channels");
