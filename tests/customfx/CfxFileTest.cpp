@@ -5,8 +5,6 @@
 #include "customfx/CfxSupport.h"
 #include "customfx/CustomFX.h"
 
-#include <QFile>
-
 namespace kirrel::test {
 namespace {
 
@@ -33,7 +31,7 @@ class CfxFile : public HostTest {
 TEST_F(CfxFile, ExportWritesHeaderKeysAndEveryFrameAndLeavesTheHost) {
     loadScene(3, 4, 2);
     const std::string path = file("small.cfx");
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
+    answerFile(path);
     ExportCFX("Swirl");
     EXPECT_EQ(readFile(QString::fromStdString(path)),
               cfxBytes("Swirl" + blanks(25), pictures, {0x11, 0x22, 0x33, 0x44, 0x55, 0x66}));
@@ -52,7 +50,7 @@ TEST_F(CfxFile, ExportCutsALongTitleAndLeavesTheTailOfALongerOldFile) {
     const std::string path = file("over.cfx");
     const std::string old(2000, 'x');
     writeFile(QString::fromStdString(path), old);
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
+    answerFile(path);
     ExportCFX("A title of thirty-one letters!!");
     const std::string bytes = readFile(QString::fromStdString(path));
     const std::string fresh =
@@ -71,7 +69,7 @@ TEST_F(CfxFile, ExportRefusesFewerThanTwoFramesAndStopsSilentlyWithoutAName) {
 
     loadScene(2, 3, 3);
     trace.clear();
-    responder.push({host::QueuedAnswer::Kind::File, 0, ""});
+    answerFile("");
     ExportCFX("Two");
     EXPECT_TRUE(messages().empty());
     EXPECT_TRUE(calls("Van_GetRFrame").empty());
@@ -93,7 +91,7 @@ TEST_F(CfxFile, ImportTakesOverFramesSizeAndKeysAndSaysWhatItFound) {
     const std::string path = file("in.cfx");
     writeFile(QString::fromStdString(path), cfxBytes(blanks(30), frames, {1, 2, 3, 250, 251, 252}));
     loadScene(6, 9, 9);
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
+    answerFile(path);
     ImportCFX();
     ASSERT_EQ(host().totalFrames(), 3);
     EXPECT_EQ(host().bufferWidth(), 5);
@@ -109,34 +107,11 @@ TEST_F(CfxFile, ImportTakesOverFramesSizeAndKeysAndSaysWhatItFound) {
     EXPECT_EQ(calls("Van_CreateAnimAdv"), std::vector<std::string>{"Van_CreateAnimAdv(3, 2)"});
 }
 
-TEST_F(CfxFile, ExportThenImportGivesTheAnimationBack) {
-    loadScene(4, 6, 3);
-    const std::string path = file("round.cfx");
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
-    ExportCFX("Round trip");
-    host().loadAnimation(patternFrames(2, 2, 2, 1));
-    host().setPrimaryPacked(0);
-    host().setSecondaryPacked(0);
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
-    ImportCFX();
-    ASSERT_EQ(host().totalFrames(), 4);
-    for (int f = 0; f < 4; ++f)
-        EXPECT_EQ(host().framePicture(f), pictures[static_cast<std::size_t>(f)]) << f;
-    EXPECT_EQ(host().primaryColor(), 0x332211u);
-    EXPECT_EQ(host().secondaryColor(), 0x665544u);
-    EXPECT_EQ(host().dialogs().back().text,
-              "CFX Import Completed\n\nRound trip\nFrames: 4\nResolution: 6 X 3");
-}
-
 struct Damage {
     const char* name;
     std::string bytes;
     const char* message;
 };
-
-void PrintTo(const Damage& d, std::ostream* os) {
-    *os << d.name;
-}
 
 std::vector<Damage> damages() {
     const std::string title = "Damaged" + blanks(23);
@@ -169,13 +144,10 @@ TEST_P(DamagedCfx, ImportAndPlayRefuseWithAMessageAndLeaveTheHost) {
     writeFile(QString::fromStdString(path), GetParam().bytes);
     loadScene(3, 4, 3);
     host().loadSwap(patternPicture(4, 3, 77));
-    responder.push({host::QueuedAnswer::Kind::File, 0, path});
+    answerFile(path);
     ImportCFX();
     customfx::PlayCFX(path);
-    std::vector<std::string> shown;
-    for (const auto& d : host().dialogs())
-        if (d.kind == "message") shown.push_back(d.text);
-    EXPECT_EQ(shown, std::vector<std::string>(2, GetParam().message));
+    EXPECT_EQ(messagesOf(host()), std::vector<std::string>(2, GetParam().message));
     EXPECT_EQ(host().totalFrames(), 3);
     EXPECT_EQ(host().bufferWidth(), 4);
     for (int f = 0; f < 3; ++f)

@@ -6,11 +6,9 @@
 #include "host/AnimationFiles.h"
 #include "support/Fixtures.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {

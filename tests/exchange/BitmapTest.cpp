@@ -1,8 +1,9 @@
-// The bitmaps of the exchange: the colour and mask files written for the PNG export, and the reader
-// of the converter's frame bitmaps, on good files of every header size and on damaged ones.
+// The bitmaps: the files written for the dialogs' frames and the PNG export's layers and masks, and
+// the reader of the converter's frame bitmaps, on good files of every header size and on damaged ones.
 
 #include "exchange/BitmapReader.h"
 #include "exchange/Layer2PNG.h"
+#include "filters/DibLayout.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
@@ -41,39 +42,81 @@ std::vector<std::uint8_t> bitmap(int headerSize, int w, int h, int bits,
     return b;
 }
 
-TEST(LayerBitmap, RowsArePaddedForEveryWidthClass) {
-    // W*3 mod 4 is 0, 3, 2 and 1 in turn.
-    const std::pair<int, int> widths[] = {{640, 1920}, {641, 1924}, {642, 1928}, {643, 1932}};
+// The two writers of 24-bit bitmaps, the dialogs' frame bitmaps and the PNG export's colour and mask
+// layers, lay out the same file.
+struct Writer {
+    const char* name;
+    int (*rowBytes)(int w);
+    std::vector<std::uint8_t> (*file)(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b, int w,
+                                      int h);
+};
+
+int le(const std::vector<std::uint8_t>& f, std::size_t at, int bytes = 4) {
+    int v = 0;
+    for (int i = bytes - 1; i >= 0; --i)
+        v = (v << 8) | f[at + i];
+    return v;
+}
+
+class BitmapWriter : public testing::TestWithParam<Writer> {};
+
+TEST_P(BitmapWriter, HeaderPaddedBottomUpRowsAndTheRidingColumnLeftOut) {
+    // W*3 mod 4 is 0, 3, 2 and 1 in turn; 640 and 641 as the PNG export meets them.
+    const std::pair<int, int> widths[] = {{4, 12}, {5, 16}, {6, 20}, {7, 24}, {640, 1920}, {641, 1924}};
     for (auto [w, row] : widths) {
-        EXPECT_EQ(exchange::layerRowBytes(w), row) << w;
+        SCOPED_TRACE(w);
+        EXPECT_EQ(GetParam().rowBytes(w), row);
         const host::Picture p = patternPicture(w, 3, 1);
-        const auto file = exchange::layerBitmapBytes(p.r, p.g, p.b, w, 3);
-        ASSERT_EQ(file.size(), 54u + 3u * row) << w;
-        const BitmapFile back = exchange::readBitmapBytes(file);
+        const auto f = GetParam().file(p.r, p.g, p.b, w, 3);
+        ASSERT_EQ(f.size(), 54u + 3u * row);
+        EXPECT_EQ(f[0], 'B');
+        EXPECT_EQ(f[1], 'M');
+        EXPECT_EQ(le(f, 2), static_cast<int>(f.size()));
+        EXPECT_EQ(le(f, 10), 54);
+        EXPECT_EQ(le(f, 14), 40);
+        EXPECT_EQ(le(f, 18), w);
+        EXPECT_EQ(le(f, 22), 3);
+        EXPECT_EQ(le(f, 26, 2), 1);
+        EXPECT_EQ(le(f, 28, 2), 24);
+        EXPECT_EQ(le(f, 30), 0);
+        EXPECT_EQ(le(f, 46), 0) << "no palette";
+        // The first stored row is y = 2; pixels are blue, green, red; the padding is zero.
+        for (int stored = 0; stored < 3; ++stored) {
+            const std::uint8_t* bytes = f.data() + 54 + stored * row;
+            for (int x = 0; x < w; ++x) {
+                ASSERT_EQ(bytes[3 * x], p.b.at(x, 2 - stored)) << x;
+                ASSERT_EQ(bytes[3 * x + 1], p.g.at(x, 2 - stored)) << x;
+                ASSERT_EQ(bytes[3 * x + 2], p.r.at(x, 2 - stored)) << x;
+            }
+            for (int pad = 3 * w; pad < row; ++pad)
+                EXPECT_EQ(bytes[pad], 0);
+        }
+        const BitmapFile back = exchange::readBitmapBytes(f);
         EXPECT_EQ(back.result, 24);
         EXPECT_EQ(back.width, w);
         EXPECT_EQ(back.rowLength, row);
-        for (int pad = w * 3; pad < row; ++pad)
-            EXPECT_EQ(file[54 + pad], 0);
     }
 }
 
-TEST(LayerBitmap, HeaderAndBottomUpRowsLeaveTheRidingColumnOut) {
+INSTANTIATE_TEST_SUITE_P(Both, BitmapWriter,
+                         testing::Values(Writer{"FrameBitmap", filters::dibRowBytes, filters::bmpFile24},
+                                         Writer{"Layer", exchange::layerRowBytes,
+                                                [](const krl::Plane& r, const krl::Plane& g,
+                                                   const krl::Plane& b, int w, int h) {
+                                                    return exchange::layerBitmapBytes(r, g, b, w, h);
+                                                }}),
+                         [](const testing::TestParamInfo<Writer>& i) { return std::string(i.param.name); });
+
+TEST(LayerBitmap, TellsWhichPlaneRowEachStoredRowHolds) {
     const host::Picture p = patternPicture(5, 2, 9);
     std::vector<int> rowsSeen;
-    const auto f = exchange::layerBitmapBytes(p.r, p.g, p.b, 5, 2, [&](int y) { rowsSeen.push_back(y); });
+    exchange::layerBitmapBytes(p.r, p.g, p.b, 5, 2, [&](int y) { rowsSeen.push_back(y); });
     EXPECT_EQ(rowsSeen, (std::vector<int>{1, 0}));
-    EXPECT_EQ(f[0], 'B');
-    EXPECT_EQ(f[2] | (f[3] << 8), static_cast<int>(f.size()));
-    EXPECT_EQ(f[10], 54);
-    EXPECT_EQ(f[14], 40);
-    EXPECT_EQ(f[18], 5);
-    EXPECT_EQ(f[22], 2);
-    EXPECT_EQ(f[28], 24);
-    // The first stored row is y = 1; pixels are blue, green, red.
-    EXPECT_EQ(f[54], p.b.at(0, 1));
-    EXPECT_EQ(f[56], p.r.at(0, 1));
-    EXPECT_EQ(f[54 + 16 + 3 * 4 + 2], p.r.at(4, 0));
+}
+
+TEST(FrameBitmap, PlanesTooSmallForThePictureAreRefused) {
+    const host::Picture p = patternPicture(3, 3, 0);
+    EXPECT_THROW(filters::packDib24(p.r, p.g, p.b, 5, 2), std::out_of_range);
 }
 
 TEST(LayerBitmap, MasksFromColourAlphaAndOpacity) {

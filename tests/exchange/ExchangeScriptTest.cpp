@@ -2,6 +2,7 @@
 // what leaves the panel is checked with the converter's own identify, and what comes back in is
 // compared pixel by pixel. These run the converter, so they are few and their pictures small.
 
+#include "host/AnimationFiles.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
@@ -9,7 +10,6 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QStandardPaths>
@@ -22,40 +22,29 @@ namespace {
 
 struct Rgb {
     int r, g, b;
+    bool operator==(const Rgb&) const = default;
 };
 using PixelFn = std::function<Rgb(int frame, int x, int y)>;
 
-// An animation file for the host: int16 Frames, W, H, then the planes of each frame.
-void writeAnimation(const QString& path, int frames, int w, int h, const PixelFn& pixel) {
-    std::string bytes = int16le({frames, w, h});
-    for (int f = 0; f < frames; ++f)
-        for (int c = 0; c < 3; ++c)
-            for (int y = 0; y <= h; ++y)
-                for (int x = 0; x <= w; ++x) {
-                    const Rgb p = pixel(f, x, y);
-                    bytes += static_cast<char>(c == 0 ? p.r : c == 1 ? p.g : p.b);
-                }
-    writeFile(path, bytes);
+Rgb rgbAt(const host::Picture& p, int x, int y) {
+    return {p.r.at(x, y), p.g.at(x, y), p.b.at(x, y)};
 }
 
-struct Animation {
-    int frames = 0, w = 0, h = 0;
-    std::string bytes;
-    Rgb at(int f, int x, int y) const {
-        const std::size_t plane = static_cast<std::size_t>(w + 1) * (h + 1);
-        const std::size_t base =
-            6 + static_cast<std::size_t>(f) * 3 * plane + static_cast<std::size_t>(y) * (w + 1) + x;
-        auto v = [&](int c) { return static_cast<unsigned char>(bytes[base + c * plane]); };
-        return {v(0), v(1), v(2)};
+// An animation file for the host whose pixel (x, y) of frame f is pixel(f, x, y).
+void writeAnimation(const QString& path, int frames, int w, int h, const PixelFn& pixel) {
+    host::Animation a;
+    for (int f = 0; f < frames; ++f) {
+        host::Picture p(w, h);
+        for (int y = 0; y <= h; ++y)
+            for (int x = 0; x <= w; ++x) {
+                const Rgb c = pixel(f, x, y);
+                p.r.at(x, y) = static_cast<std::uint8_t>(c.r);
+                p.g.at(x, y) = static_cast<std::uint8_t>(c.g);
+                p.b.at(x, y) = static_cast<std::uint8_t>(c.b);
+            }
+        a.frames.push_back(p);
     }
-};
-
-Animation readAnimation(const QString& path) {
-    Animation a;
-    a.bytes = readFile(path);
-    if (a.bytes.size() < 6) return a;
-    a.frames = int16At(a.bytes, 0), a.w = int16At(a.bytes, 2), a.h = int16At(a.bytes, 4);
-    return a;
+    host::writeAnimationDat(path, a);
 }
 
 // Few colours, different in every frame and across each picture, so a GIF keeps them exactly.
@@ -70,31 +59,26 @@ std::string identify(const QString& file, const QString& format) {
     return p.readAllStandardOutput().toStdString();
 }
 
-class ExchangeScript : public testing::Test {
+class ExchangeScript : public ScriptTest {
   protected:
     void SetUp() override {
         if (QStandardPaths::findExecutable("convert").isEmpty())
             GTEST_SKIP() << "the converter is not installed";
     }
-    RunResult run(const std::string& json) { return runScript(dir.path(), json); }
-    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
-    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
-    // Every pixel of the W x H picture of every frame, against the sample.
-    void expectSample(const Animation& a, int frames, int w, int h, const char* what) {
-        ASSERT_EQ(a.frames, frames) << what;
-        ASSERT_EQ(a.w, w) << what;
-        ASSERT_EQ(a.h, h) << what;
+    // Every pixel of the W x H picture of every frame dumped, against `want`.
+    void expectFrames(const QString& dump, int frames, int w, int h, const PixelFn& want) {
+        const auto got = dumped(dump);
+        ASSERT_EQ(got.size(), static_cast<std::size_t>(frames)) << dump.toStdString();
+        ASSERT_EQ(got[0].width(), w) << dump.toStdString();
+        ASSERT_EQ(got[0].height(), h) << dump.toStdString();
         int wrong = 0;
         for (int f = 0; f < frames; ++f)
             for (int y = 0; y < h; ++y)
-                for (int x = 0; x < w; ++x) {
-                    const Rgb got = a.at(f, x, y), want = sample(f, x, y);
-                    wrong += got.r != want.r || got.g != want.g || got.b != want.b;
-                }
-        EXPECT_EQ(wrong, 0) << what;
+                for (int x = 0; x < w; ++x)
+                    wrong += !(rgbAt(got[static_cast<std::size_t>(f)], x, y) == want(f, x, y));
+        EXPECT_EQ(wrong, 0) << dump.toStdString();
     }
     QStringList leftovers() const { return QDir(at("tmp")).entryList(QDir::Files); }
-    QTemporaryDir dir;
 };
 
 TEST_F(ExchangeScript, PerFrameGifCarriesItsDelaysAndLoopsAndComesBackBothWays) {
@@ -139,8 +123,8 @@ TEST_F(ExchangeScript, PerFrameGifCarriesItsDelaysAndLoopsAndComesBackBothWays) 
 
     const QJsonObject exported = state("exported");
     EXPECT_EQ(exported["current_frame"].toInt(), 1) << "the per-frame way leaves the host where it stood";
-    expectSample(readAnimation(at("viaPng/animation.dat")), 4, 7, 5, "the PNG way");
-    expectSample(readAnimation(at("direct/animation.dat")), 4, 7, 5, "the direct way");
+    expectFrames("viaPng", 4, 7, 5, sample);
+    expectFrames("direct", 4, 7, 5, sample);
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
 }
 
@@ -226,18 +210,8 @@ TEST_F(ExchangeScript, GifMadeByTheConverterImportsAndLeavesAgainAndAStillOneIsR
         {"open": "Import AnimGif"},
         {"dump": "still"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const Animation a = readAnimation(at("moving/animation.dat"));
-    ASSERT_EQ(a.frames, 3);
-    ASSERT_EQ(a.w, 3);
-    ASSERT_EQ(a.h, 2);
     const Rgb want[] = {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
-    for (int f = 0; f < 3; ++f)
-        for (int y = 0; y < 2; ++y)
-            for (int x = 0; x < 3; ++x) {
-                const Rgb got = a.at(f, x, y);
-                EXPECT_TRUE(got.r == want[f].r && got.g == want[f].g && got.b == want[f].b)
-                    << f << " " << x << "," << y;
-            }
+    expectFrames("moving", 3, 3, 2, [&](int f, int, int) { return want[f]; });
     // And out again: the same three pictures with the new delay.
     EXPECT_EQ(identify(at("again.gif"), "%w %h %T;"), "3 2 20;3 2 20;3 2 20;");
     QImageReader again(at("again.gif"));
@@ -302,7 +276,7 @@ TEST_F(ExchangeScript, WithoutTheConverterTheWaitEndsWithAClearMessage) {
               (std::vector<std::string>{missing, missing, missing, "Import Failed, Must be Animated Gif."}));
     EXPECT_FALSE(QFileInfo::exists(at("out.gif")));
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
-    EXPECT_EQ(readAnimation(at("after/animation.dat")).frames, 3) << "a failed import changes nothing";
+    EXPECT_EQ(dumped("after").size(), 3u) << "a failed import changes nothing";
 }
 
 } // namespace

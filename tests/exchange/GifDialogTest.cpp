@@ -1,36 +1,24 @@
 // The export dialogs without the converter: the frame list and its delays, the boxes' repairs,
 // and a cancelled requester that leaves nothing behind.
 
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
-#include "support/Support.h"
+#include "support/Forms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace kirrel::test {
 namespace {
 
-class GifDialog : public HostTest {
+class GifDialog : public FormTest {
   protected:
     void SetUp() override {
-        HostTest::SetUp();
+        FormTest::SetUp();
         host().loadAnimation({patternPicture(4, 3, 0), patternPicture(4, 3, 9), patternPicture(4, 3, 18),
                               patternPicture(4, 3, 27)},
                              1);
-    }
-    panel::FormBase* open(const char* name) {
-        panel::registerEverything();
-        panel::FormBase* f = panel::loadFormByName(name);
-        f->showForm();
-        return f;
-    }
-    template <class T> static T* ctl(panel::FormBase* f, const char* name) {
-        return static_cast<T*>(f->control(name));
     }
     static QStringList entries(panel::FormBase* f) {
         QStringList out;
@@ -39,13 +27,10 @@ class GifDialog : public HostTest {
             out << list->itemText(i);
         return out;
     }
-    void setDelay(panel::FormBase* f, int frame, const std::optional<std::string>& answer) {
+    void setDelay(panel::FormBase* f, int frame, const std::string& answer) {
         ctl<QComboBox>(f, "cboFrameList")->setCurrentIndex(frame);
-        if (answer)
-            responder.push({host::QueuedAnswer::Kind::Input, 0, *answer});
-        else
-            responder.push({host::QueuedAnswer::Kind::Input, 0, ""});
-        ctl<QPushButton>(f, "cmdSetDelay")->click();
+        responder.push({host::QueuedAnswer::Kind::Input, 0, answer});
+        click(f, "cmdSetDelay");
     }
 };
 
@@ -80,8 +65,8 @@ TEST_F(GifDialog, GlobalDelayLocksThePerFrameButtonAndEmptyBoxesReadZero) {
 TEST_F(GifDialog, CancelledRequesterWritesNothingAndGivesTheButtonsBack) {
     for (const char* form : {"frmSave2AnimGif", "frmSave2MNG", "frmSave2PNG"}) {
         panel::FormBase* f = open(form);
-        responder.push({host::QueuedAnswer::Kind::File, 0, ""});
-        ctl<QPushButton>(f, "cmdSave")->click();
+        answerFile("");
+        click(f, "cmdSave");
         EXPECT_TRUE(f->control("cmdSave")->isEnabled()) << form;
         EXPECT_TRUE(f->control("cmdCancel")->isEnabled()) << form;
         EXPECT_EQ(host().progress(), 0) << form;
@@ -92,7 +77,7 @@ TEST_F(GifDialog, CancelledRequesterWritesNothingAndGivesTheButtonsBack) {
 TEST_F(GifDialog, NonNumericBoxesAreAnErrorAndMngRepairsNothing) {
     panel::FormBase* gif = open("frmSave2AnimGif");
     ctl<QLineEdit>(gif, "txtLoops")->setText("many");
-    ctl<QPushButton>(gif, "cmdSave")->click();
+    click(gif, "cmdSave");
     EXPECT_EQ(host().dialogs().back().kind, "error");
     EXPECT_TRUE(gif->control("cmdSave")->isEnabled());
 
@@ -100,7 +85,7 @@ TEST_F(GifDialog, NonNumericBoxesAreAnErrorAndMngRepairsNothing) {
     EXPECT_EQ(mng->windowTitle(), "Export Animation to MNG (Animated PNG)");
     ctl<QLineEdit>(mng, "txtDelay")->setText("");
     const auto before = host().dialogs().size();
-    ctl<QPushButton>(mng, "cmdSave")->click();
+    click(mng, "cmdSave");
     ASSERT_EQ(host().dialogs().size(), before + 1) << "no requester: the empty box fails first";
     EXPECT_EQ(host().dialogs().back().kind, "error");
 }
@@ -108,9 +93,8 @@ TEST_F(GifDialog, NonNumericBoxesAreAnErrorAndMngRepairsNothing) {
 TEST_F(GifDialog, ARunnerThatCannotStartEndsTheWaitWithAMessage) {
     qputenv("KIRREL_BATCH_RUNNER", QFile::encodeName(QDir(scratch.path()).filePath("no-such-runner")));
     panel::FormBase* f = open("frmSave2MNG");
-    responder.push(
-        {host::QueuedAnswer::Kind::File, 0, QDir(scratch.path()).filePath("out.mng").toStdString()});
-    ctl<QPushButton>(f, "cmdSave")->click();
+    answerFile(QDir(scratch.path()).filePath("out.mng").toStdString());
+    click(f, "cmdSave");
     qunsetenv("KIRREL_BATCH_RUNNER");
     EXPECT_EQ(host().dialogs().back().text.rfind("The converter's batch runner could not be started: ", 0),
               0u)

@@ -2,12 +2,7 @@
 // main buffer.
 
 #include "exchange/SpriteSheet.h"
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
-#include "support/Support.h"
-
-#include <QLabel>
-#include <QPushButton>
+#include "support/Forms.h"
 
 namespace kirrel::test {
 namespace {
@@ -27,11 +22,11 @@ TEST(SpriteGrid, RoundedRootThenAColumnThenARow) {
     }
 }
 
-class SpriteSheet : public HostTest {
+class SpriteSheet : public FormTest {
   protected:
     // Five flat frames of 3 x 2 pixels; frame f has the value 10 f + 1 in red, + 2 green, + 3 blue.
     void SetUp() override {
-        HostTest::SetUp();
+        FormTest::SetUp();
         std::vector<host::Picture> frames;
         for (int f = 0; f < 5; ++f)
             frames.push_back(
@@ -56,31 +51,25 @@ TEST_F(SpriteSheet, FramesFillTheRowsInOrderAndUnusedCellsStayBlack) {
 }
 
 TEST_F(SpriteSheet, TheDialogPutsTheSheetIntoTheMainBuffer) {
-    panel::registerEverything();
-    panel::FormBase* form = panel::loadFormByName("frmSpriteSheet");
-    ASSERT_NE(form, nullptr);
-    form->showForm();
-    auto label = [&](const char* name) { return static_cast<QLabel*>(form->control(name))->text(); };
-    EXPECT_EQ(label("lblFrames"), "Frames: 5");
-    EXPECT_EQ(label("lblRows"), "Rows: 2");
-    EXPECT_EQ(label("lblCols"), "Columns: 3");
-    static_cast<QPushButton*>(form->control("cmd_Run"))->click();
+    panel::FormBase* form = open("frmSpriteSheet");
+    EXPECT_EQ(text(form, "lblFrames"), "Frames: 5");
+    EXPECT_EQ(text(form, "lblRows"), "Rows: 2");
+    EXPECT_EQ(text(form, "lblCols"), "Columns: 3");
+    apply(form);
     EXPECT_EQ(host().bufferWidth(), 9);
     EXPECT_EQ(host().bufferHeight(), 4);
     Vantry::Vantry_Class van;
     EXPECT_EQ(van.Van_GetRBuffer().at(4, 3), 41);
-    EXPECT_EQ(label("lblFrames"), "Frames: 0") << "the labels follow the host after the run";
+    EXPECT_EQ(text(form, "lblFrames"), "Frames: 0") << "the labels follow the host after the run";
     EXPECT_TRUE(form->control("cmd_Run")->isEnabled());
     EXPECT_EQ(calls("Van_NewBuffer"), (std::vector<std::string>{"Van_NewBuffer(9, 4)"}));
 }
 
 TEST_F(SpriteSheet, WithoutAnAnimationTheDialogOffersToMakeOne) {
     host().loadStill(host::Picture::filled(3, 2, 0));
-    panel::registerEverything();
-    panel::FormBase* form = panel::loadFormByName("frmSpriteSheet");
-    form->showForm();
+    panel::FormBase* form = open("frmSpriteSheet");
     responder.push({host::QueuedAnswer::Kind::Question, 2, ""});
-    static_cast<QPushButton*>(form->control("cmd_Run"))->click();
+    apply(form);
     ASSERT_FALSE(host().dialogs().empty());
     EXPECT_EQ(host().dialogs().back().text,
               "No Animation in memory!\n\n\nWould you like to create an animation now?");

@@ -81,6 +81,7 @@ TEST(ChannelThresholdPreview, MixesByItsOwnRules) {
     EXPECT_EQ(filters::findChannelMix("additive"), nullptr) << "the list's text is compared exactly";
 }
 
+// The slider's ends are the library's ends: 0 and 100 percent.
 TEST(GreyOutLevel, IsAPercentageOfTheSlider) {
     EXPECT_EQ(filters::greyOutLevel(255), 100);
     EXPECT_EQ(filters::greyOutLevel(128), 50);
@@ -108,30 +109,9 @@ class ChannelDialog : public FilterTest {
     }
 };
 
-TEST_F(ChannelDialog, ThresholdOpensWithItsControlsAndNoAlphaBox) {
-    panel::FormBase* f = open("frmChannelThreshold");
-    EXPECT_EQ(f->windowTitle(), "Kirrel - Channel Threshold Filter");
-    EXPECT_EQ(ctl<QLabel>(f, "Label1")->text(), "Threshold Filter By Channel");
-    EXPECT_EQ(f->control("chkUseAlpha"), nullptr);
-    for (const char* s : {"RedSlider", "GreenSlider", "BlueSlider", "RGBSlider"}) {
-        auto* slider = ctl<QSlider>(f, s);
-        EXPECT_EQ(std::make_tuple(slider->minimum(), slider->maximum(), slider->value(), slider->pageStep()),
-                  std::make_tuple(0, 255, 128, 5))
-            << s;
-    }
-    for (const char* b : {"lblRed", "lblGreen", "lblBlue", "lblRGB"})
-        EXPECT_EQ(ctl<QLineEdit>(f, b)->text(), "128");
-    auto* mixing = ctl<QComboBox>(f, "cboMixing");
-    QStringList items;
-    for (int i = 0; i < mixing->count(); ++i)
-        items << mixing->itemText(i);
-    EXPECT_EQ(items,
-              QStringList({"None", "Default", "Additive", "Difference", "Darken", "Lighten", "Multiply"}));
-    EXPECT_EQ(wrongPixels(f, squeezed(frames[0])), 0) << "nothing checked: the frame squeezed";
-}
-
 TEST_F(ChannelDialog, ApplyCutsUncheckedChannelsAtTwoHundredFiftySix) {
     panel::FormBase* f = open("frmChannelThreshold");
+    EXPECT_EQ(wrongPixels(f, squeezed(frames[0])), 0) << "nothing checked: the frame squeezed";
     ctl<QComboBox>(f, "cboMixing")->setCurrentText("Additive");
     EXPECT_EQ(wrongPixels(f, squeezed(frames[0])), 0) << "the preview still shows the frame";
     ctl<QComboBox>(f, "cboMixing")->setCurrentIndex(0);
@@ -169,12 +149,6 @@ TEST_F(ChannelDialog, RangeRunsEveryFrameAndReturnsToTheFrameItStartedOn) {
 
 TEST_F(ChannelDialog, GreyOutHandsTheLibraryAPercentageForTheSelectedChannelOnly) {
     panel::FormBase* f = open("frmGreyOut");
-    EXPECT_EQ(f->windowTitle(), "Kirrel - GreyOut Filter");
-    EXPECT_EQ(ctl<QLabel>(f, "Label1")->text(), "Desaturate Filter By Channel");
-    EXPECT_EQ(f->control("chkUseAlpha"), nullptr);
-    auto* tolerance = ctl<QSlider>(f, "ToleranceSlider");
-    EXPECT_EQ(std::make_tuple(tolerance->minimum(), tolerance->maximum(), tolerance->value()),
-              std::make_tuple(-255, 255, 0));
     EXPECT_FALSE(ctl<QRadioButton>(f, "optDirection(0)")->isChecked() &&
                  ctl<QRadioButton>(f, "chkRed")->isChecked());
 

@@ -4,11 +4,8 @@
 
 #include "support/Fixtures.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 
 #include <algorithm>
 

@@ -6,10 +6,7 @@
 #include "support/Fixtures.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QJsonDocument>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {
@@ -19,10 +16,6 @@ struct ScriptCase {
     const char* form;
     const char* setUp; // steps that set the dialog's parameters, each followed by a comma
 };
-
-void PrintTo(const ScriptCase& c, std::ostream* os) {
-    *os << c.form;
-}
 
 class FilterRunScript : public ScriptTest, public testing::WithParamInterface<ScriptCase> {
   protected:

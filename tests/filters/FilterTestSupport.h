@@ -2,14 +2,11 @@
 // What the filter dialog tests share: an animation of distinct frames in the host, dialogs opened by
 // form name, controls by name, and the preview shown compared with the picture it should be.
 
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
 #include "pixel/Mixing.h"
-#include "support/Support.h"
+#include "support/Forms.h"
 
 #include <QImage>
 #include <QLabel>
-#include <QPushButton>
 
 #include <vector>
 
@@ -22,28 +19,17 @@ inline host::Picture squeezed(const host::Picture& p, int n = 200) {
     return small;
 }
 
-class FilterTest : public HostTest {
+class FilterTest : public FormTest {
   protected:
     static constexpr int kW = 23; // deliberately not square, and rows not a multiple of four bytes
     static constexpr int kH = 14;
 
     void SetUp() override {
-        HostTest::SetUp();
+        FormTest::SetUp();
         for (int i = 0; i < 4; ++i)
             frames.push_back(patternPicture(kW, kH, 41 * i));
         host().loadAnimation(frames, 0);
     }
-    panel::FormBase* open(const char* name) {
-        panel::registerEverything();
-        panel::FormBase* f = panel::loadFormByName(name);
-        f->showForm();
-        return f;
-    }
-    template <class T> static T* ctl(panel::FormBase* f, const char* name) {
-        return static_cast<T*>(f->control(name));
-    }
-    static void apply(panel::FormBase* f) { ctl<QPushButton>(f, "cmd_Run")->click(); }
-
     static QImage shown(panel::FormBase* f) {
         return static_cast<QLabel*>(f->control("ImageBox"))->pixmap().toImage();
     }

@@ -3,7 +3,6 @@
 #include "filters/PictureAccess.h"
 #include "support/Support.h"
 
-#include <QFile>
 #include <QImage>
 
 namespace kirrel::test {

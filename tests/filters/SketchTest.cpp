@@ -3,6 +3,7 @@
 // current frame, grey range with the box blur), and alpha honoured on real runs only.
 
 #include "filters/FilterTestSupport.h"
+#include "filters/ToonFilterMod.h"
 #include "filters/frmSketchHard.h"
 #include "filters/frmSketchSoft.h"
 #include "pixel/Filters.h"
@@ -41,38 +42,10 @@ host::Picture softRun(const host::Picture& frame, int rounds) {
 
 class Sketch : public FilterTest {};
 
-TEST_F(Sketch, DialogsOpenWithTheirControlsAndStartValues) {
-    panel::FormBase* soft = open("frmSketchSoft");
-    EXPECT_EQ(soft->windowTitle(), "Kirrel- Sketch Filter (Soft Line)");
-    EXPECT_EQ(ctl<QLabel>(soft, "Label1")->text(),
-              "This filter makes photos look more like sketched drawings");
-    EXPECT_EQ(ctl<QLabel>(soft, "Label2")->text(), "Detail Strength: 1");
-    EXPECT_EQ(ctl<QCheckBox>(soft, "chkColor")->text(), "Color Sketch");
-    auto* detail = ctl<QSlider>(soft, "slider_soft");
-    EXPECT_EQ(std::make_tuple(detail->minimum(), detail->maximum(), detail->value()),
-              std::make_tuple(1, 100, 1));
-    EXPECT_EQ(ctl<QCheckBox>(soft, "chkUseAlpha")->text(), "Use Alpha?");
-
-    panel::FormBase* hard = open("frmSketchHard");
-    EXPECT_EQ(hard->windowTitle(), "Kirrel- Sketch Filter (Hard Line)");
-    EXPECT_EQ(ctl<QLabel>(hard, "Label3")->text(), "Line Strength");
-    EXPECT_EQ(ctl<QLabel>(hard, "Label2")->text(), "Detail");
-    EXPECT_EQ(ctl<QLabel>(hard, "lblOptions")->text(), "Color Options");
-    auto* line = ctl<QSlider>(hard, "slider_LineStr");
-    EXPECT_EQ(std::make_tuple(line->minimum(), line->maximum(), line->value()),
-              std::make_tuple(128, 255, 255));
+TEST_F(Sketch, TheLineStrengthCannotGoBelow128) {
+    auto* line = ctl<QSlider>(open("frmSketchHard"), "slider_LineStr");
     line->setValue(0);
-    EXPECT_EQ(line->value(), 128) << "the line strength can't go below 128";
-    auto* passes = ctl<QSlider>(hard, "slider_Passes");
-    EXPECT_EQ(std::make_tuple(passes->minimum(), passes->maximum(), passes->value()),
-              std::make_tuple(1, 100, 1));
-    auto* options = ctl<QComboBox>(hard, "cboSketchOptions");
-    ASSERT_EQ(options->count(), 4);
-    EXPECT_EQ(options->currentIndex(), 0);
-    const char* texts[] = {"Normal (No Color)", "Overlay Original", "Cell Shaded", "Graphic Novel"};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(options->itemText(i), texts[i]);
-    EXPECT_EQ(ctl<QLabel>(hard, "PreviewBox")->size(), QSize(200, 200));
+    EXPECT_EQ(line->value(), 128);
 }
 
 TEST_F(Sketch, SoftPreviewBlursHalfTheRoundsOfTheRunAndTakesTheHostsUndo) {
@@ -189,18 +162,24 @@ TEST_F(Sketch, CellShadedPosterizesTheResultInPreviewAndThePictureOnARun) {
     EXPECT_EQ(host().framePicture(0), run);
 }
 
-// Alpha is honoured by both sketches on a real run, and never in their previews.
-class SketchAlpha : public FilterTest, public testing::WithParamInterface<const char*> {};
+// Alpha is honoured by the sketches and Toonify on a real run, and never in their previews: where it
+// is 0 the frame stays, where it is 255 the filter's own picture shows.
+struct AlphaCase {
+    const char* form;
+    const char* slider;
+    host::Picture (*filtered)(const host::Picture&); // the frame filtered with the slider at 2
+};
 
-TEST_P(SketchAlpha, MixesOnTheRealRunOnly) {
+class FilterAlpha : public FilterTest, public testing::WithParamInterface<AlphaCase> {};
+
+TEST_P(FilterAlpha, MixesOnTheRealRunOnly) {
     krl::Plane alpha(kW, kH);
     for (int y = 0; y <= kH; ++y)
         for (int x = 0; x <= kW; ++x)
             alpha.at(x, y) = x < 10 ? 0 : 255;
     host().setAlpha(alpha);
-    panel::FormBase* f = open(GetParam());
-    auto* slider =
-        ctl<QSlider>(f, std::string(GetParam()) == "frmSketchSoft" ? "slider_soft" : "slider_Passes");
+    panel::FormBase* f = open(GetParam().form);
+    auto* slider = ctl<QSlider>(f, GetParam().slider);
     slider->setValue(2);
     const QImage withoutAlpha = shown(f);
     ctl<QCheckBox>(f, "chkUseAlpha")->setChecked(true);
@@ -211,13 +190,31 @@ TEST_P(SketchAlpha, MixesOnTheRealRunOnly) {
 
     apply(f);
     const host::Picture& out = host().framePicture(0);
-    EXPECT_EQ(out.r.at(3, 5), frames[0].r.at(3, 5)) << "where alpha is 0 the frame stays";
+    const host::Picture filtered = GetParam().filtered(frames[0]);
+    for (int y = 0; y <= kH; ++y)
+        for (int x = 0; x < kW; ++x)
+            ASSERT_EQ(out.r.at(x, y), (x < 10 ? frames[0] : filtered).r.at(x, y)) << x << "," << y;
     EXPECT_EQ(out.b.at(9, 12), frames[0].b.at(9, 12));
-    EXPECT_NE(out.r.at(15, 5), frames[0].r.at(15, 5)) << "where alpha is 255 the sketch shows";
+    EXPECT_EQ(out.g.at(20, 12), filtered.g.at(20, 12));
     EXPECT_EQ(calls("Van_GetABuffer").size(), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Both, SketchAlpha, testing::Values("frmSketchSoft", "frmSketchHard"));
+INSTANTIATE_TEST_SUITE_P(
+    Filters, FilterAlpha,
+    testing::Values(AlphaCase{"frmSketchSoft", "slider_soft",
+                              [](const host::Picture& p) { return softRun(p, 3); }},
+                    AlphaCase{"frmSketchHard", "slider_Passes",
+                              [](const host::Picture& p) {
+                                  return hardLine(p, false, false, 2, p.width(), p.height(), p.width() + 1,
+                                                  p.height() + 1);
+                              }},
+                    AlphaCase{"frmToon", "slider_toon",
+                              [](const host::Picture& p) {
+                                  host::Picture out = p;
+                                  filters::toonPipeline(out, p, 2, false, p.width(), p.height());
+                                  return out;
+                              }}),
+    [](const testing::TestParamInfo<AlphaCase>& i) { return std::string(i.param.form); });
 
 } // namespace
 } // namespace kirrel::test

@@ -82,10 +82,6 @@ struct BoxCase {
     bool save = false;  // for a file answer: the save requester rather than the open one
 };
 
-void PrintTo(const BoxCase& c, std::ostream* os) {
-    *os << c.name;
-}
-
 class Boxes : public Bracket, public ::testing::WithParamInterface<BoxCase> {};
 
 TEST_P(Boxes, AnswerReachesTheCallerAndTheLog) {

@@ -101,10 +101,6 @@ struct MakeCase {
     int total;
 };
 
-void PrintTo(const MakeCase& c, std::ostream* os) {
-    *os << c.name;
-}
-
 class MakeAnimation : public FrameModel, public ::testing::WithParamInterface<MakeCase> {};
 
 TEST_P(MakeAnimation, FromAStillPicture) {

@@ -4,7 +4,6 @@
 #include "support/Support.h"
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>

@@ -17,10 +17,6 @@ struct PlaneAccess {
     std::function<void(Vantry_Class&, const krl::Plane&)> set;
 };
 
-void PrintTo(const PlaneAccess& a, std::ostream* os) {
-    *os << a.name;
-}
-
 const PlaneAccess kAccesses[] = {
     {"RBuffer", [](Vantry_Class& v) { return v.Van_GetRBuffer(); },
      [](Vantry_Class& v, const krl::Plane& p) { v.Van_SetRbuffer(p); }},

@@ -2,43 +2,21 @@
 // damaged or vanished mask file does to the Animated Alpha Mask dialog.
 
 #include "masks/MaskSupport.h"
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
-#include "stored/SlotFiles.h"
+#include "support/Forms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 
 namespace kirrel::test {
 namespace {
 
-class MaskDialog : public HostTest {
+class MaskDialog : public FormTest {
   protected:
-    panel::FormBase* open(const char* name) {
-        panel::registerEverything();
-        panel::FormBase* form = panel::loadFormByName(name);
-        form->showForm();
-        return form;
-    }
     std::string path(const char* name) const { return QDir(scratch.path()).filePath(name).toStdString(); }
-    void answerFile(const std::string& p) { responder.push({host::QueuedAnswer::Kind::File, 0, p}); }
-    static void click(panel::FormBase* f, const char* name) {
-        static_cast<QPushButton*>(f->control(name))->click();
-    }
-    static QComboBox* list(panel::FormBase* f, const char* name) {
-        return static_cast<QComboBox*>(f->control(name));
-    }
-    static QString label(panel::FormBase* f, const char* name) {
-        return static_cast<QLabel*>(f->control(name))->text();
-    }
-    bool undoSaved() const {
-        return QFile::exists(QString::fromStdString(tempDir() + stored::kAnimUndoName));
-    }
+    static QComboBox* list(panel::FormBase* f, const char* name) { return ctl<QComboBox>(f, name); }
 };
 
 TEST_F(MaskDialog, AlphaMaskSavesTheUndoBeforeComparingAndTheHostsUndoOnEveryFrame) {
@@ -58,7 +36,7 @@ TEST_F(MaskDialog, AlphaMaskSavesTheUndoBeforeComparingAndTheHostsUndoOnEveryFra
     EXPECT_TRUE(calls("Van_SaveUndo").empty());
 
     list(form, "cboDarker")->setCurrentText("Main Buffer");
-    static_cast<QRadioButton*>(form->control("optDirection(1)"))->setChecked(true);
+    choose(form, "optDirection(1)");
     list(form, "cboFrameStart")->setCurrentIndex(1);
     host().gotoFrame(3);
     click(form, "cmd_Run");
@@ -91,10 +69,10 @@ TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
 
     answerFile(path("bad.msk"));
     click(form, "cmdLoadMask");
-    EXPECT_EQ(label(form, "Label5"), "No Mask Loaded");
+    EXPECT_EQ(text(form, "Label5"), "No Mask Loaded");
     answerFile(good.toStdString());
     click(form, "cmdLoadMask");
-    EXPECT_EQ(label(form, "Label5"), "5 X 5 at 2 Frames");
+    EXPECT_EQ(text(form, "Label5"), "5 X 5 at 2 Frames");
     EXPECT_FALSE(static_cast<QLabel*>(form->control("ImageBox"))->pixmap().isNull());
 
     // Damaged between loading and running: refused before the undo is saved.
@@ -125,7 +103,7 @@ TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
     // An empty answer forgets the mask: the run then says so.
     answerFile("");
     click(form, "cmdLoadMask");
-    EXPECT_EQ(label(form, "Label5"), "No Mask Loaded");
+    EXPECT_EQ(text(form, "Label5"), "No Mask Loaded");
     EXPECT_TRUE(static_cast<QLabel*>(form->control("ImageBox"))->pixmap().isNull());
 }
 

@@ -6,7 +6,6 @@
 #include "stored/DataFile.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace kirrel::test {
 namespace {
@@ -14,7 +13,6 @@ namespace {
 class MaskFile : public HostTest {
   protected:
     std::string path(const char* name) const { return QDir(scratch.path()).filePath(name).toStdString(); }
-    void answerFile(const std::string& p) { responder.push({host::QueuedAnswer::Kind::File, 0, p}); }
 };
 
 // The mean rounded to the nearest byte, computed the long way: a sum of three never ends in a half.

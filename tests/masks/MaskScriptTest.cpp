@@ -7,13 +7,9 @@
 #include "pixel/Mixing.h"
 #include "support/Fixtures.h"
 
-#include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {

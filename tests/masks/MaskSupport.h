@@ -1,6 +1,5 @@
 #pragma once
-// Helpers for the mask tests: .msk bytes written out independently of the panel's writer, and the
-// host's message boxes.
+// Helpers for the mask tests: .msk bytes written out independently of the panel's writer.
 
 #include "host/HostState.h"
 #include "stored/StoredSupport.h"
@@ -25,13 +24,6 @@ inline std::string mskHeader(int width, int height, int frames) {
 inline std::string flatMaskPlane(int w, int h, int value) {
     return std::string(static_cast<std::size_t>(w + 1) * static_cast<std::size_t>(h + 1),
                        static_cast<char>(value));
-}
-
-inline std::vector<std::string> messagesOf(const host::HostState& h) {
-    std::vector<std::string> out;
-    for (const auto& d : h.dialogs())
-        if (d.kind == "message") out.push_back(d.text);
-    return out;
 }
 
 } // namespace kirrel::test

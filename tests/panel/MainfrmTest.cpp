@@ -1,15 +1,15 @@
 // The main panel as a user meets it: the catalogue, the launch conditions and questions, the menus,
-// folding, and the undo clean-up at quit and close.
+// folding, and the frame count asked for when there is no animation. Quitting and closing are the
+// session scripts' business.
 
+#include "panel/Mainfrm.h"
 #include "panel/Catalogue.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
-#include "panel/Mainfrm.h"
 #include "panel/Panel.h"
 #include "support/Support.h"
 
 #include <QAction>
-#include <QFile>
 #include <QListWidget>
 
 namespace kirrel::test {
@@ -37,13 +37,10 @@ class MainPanel : public HostTest {
     void trigger(const char* menu) { main->findChild<QAction*>(menu)->trigger(); }
     QStringList items(QListWidget* l) const {
         QStringList out;
-        for (int i = 0; i < l->count(); ++i) out << l->item(i)->text();
+        for (int i = 0; i < l->count(); ++i)
+            out << l->item(i)->text();
         return out;
     }
-    void touchUndoFiles(std::initializer_list<const char*> names) {
-        for (const char* n : names) writeFile(QString::fromStdString(tempDir() + "/" + n), "x");
-    }
-    bool exists(const char* name) const { return QFile::exists(QString::fromStdString(tempDir() + "/" + name)); }
 
     Mainfrm* main = nullptr;
     QListWidget* list1 = nullptr;
@@ -52,7 +49,8 @@ class MainPanel : public HostTest {
 
 TEST_F(MainPanel, CatalogueListsEveryCategoryAndPluginInOrder) {
     EXPECT_EQ(main->windowTitle(), "Kirrel 1.29");
-    EXPECT_EQ(items(list1), (QStringList{"Alpha Masks", "Transitions", "Filters", "Custom FX", "Other FX", "Utilities"}));
+    EXPECT_EQ(items(list1),
+              (QStringList{"Alpha Masks", "Transitions", "Filters", "Custom FX", "Other FX", "Utilities"}));
     EXPECT_EQ(list1->currentRow(), 0);
     EXPECT_EQ(list2->count(), 9) << "Alpha Masks is shown at load";
     std::map<QString, int> perCategory;
@@ -82,8 +80,8 @@ TEST_F(MainPanel, QuestionRowsStopOnNo) {
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
     launch("Alpha Masks", "Copy Current Frame To Alpha");
     ASSERT_EQ(calls("Van_QuestionBox").size(), 1u);
-    EXPECT_EQ(calls("Van_QuestionBox")[0],
-              "Van_QuestionBox(\"\\nOverwrite Alpha Channel with Current Frame?\\n\\nWarning: This cannot be undone.\")");
+    EXPECT_EQ(calls("Van_QuestionBox")[0], "Van_QuestionBox(\"\\nOverwrite Alpha Channel with Current "
+                                           "Frame?\\n\\nWarning: This cannot be undone.\")");
     EXPECT_EQ(trace.size(), 2u) << "nothing runs after the answer no";
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
     launch("Custom FX", "Import CFX File");
@@ -119,36 +117,6 @@ TEST_F(MainPanel, EasterEggAndAboutHideAndShowThePanel) {
     EXPECT_EQ(calls("Van_MessageBox").size(), 2u) << "only the first blank entry answers";
 }
 
-TEST_F(MainPanel, QuitWithoutAnimationUndoAsksNothingEvenIfOtherUndoFilesExist) {
-    touchUndoFiles({"SwapUndo.dat"});
-    trigger("menuQuit");
-    EXPECT_TRUE(programEnded());
-    EXPECT_TRUE(calls("Van_QuestionBox").empty());
-    EXPECT_TRUE(exists("SwapUndo.dat"));
-}
-
-TEST_F(MainPanel, QuitAnsweredNoKeepsAllUndoFiles) {
-    touchUndoFiles({"AnimUndo.dat", "AlphaUndo.dat", "SwapUndo.dat"});
-    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
-    trigger("menuQuit");
-    EXPECT_EQ(calls("Van_QuestionBox"), std::vector<std::string>{"Van_QuestionBox(\"\\nClear Animation Undo file?\")"});
-    EXPECT_TRUE(exists("AnimUndo.dat") && exists("AlphaUndo.dat") && exists("SwapUndo.dat"));
-    EXPECT_TRUE(programEnded());
-}
-
-TEST_F(MainPanel, ClosingTheWindowClearsUndoOnYesAndReleasesTheHost) {
-    touchUndoFiles({"AnimUndo.dat", "AlphaUndo.dat"});
-    host().lock();
-    responder.push({host::QueuedAnswer::Kind::Question, 6, {}});
-    main->closeByUser();
-    EXPECT_FALSE(exists("AnimUndo.dat"));
-    EXPECT_FALSE(exists("AlphaUndo.dat"));
-    EXPECT_FALSE(host().locked());
-    const std::vector<std::string> tail(trace.end() - 2, trace.end());
-    EXPECT_EQ(tail, (std::vector<std::string>{"Van_RestorePointer()", "Van_Unlock()"}));
-    EXPECT_TRUE(programEnded());
-}
-
 TEST_F(MainPanel, EnsureAnimationMakesTheCountGivenWithTheDefaultText) {
     host().loadStill(host::Picture(10, 10));
     responder.push({host::QueuedAnswer::Kind::Question, 6, {}});
@@ -161,10 +129,10 @@ TEST_F(MainPanel, EnsureAnimationMakesTheCountGivenWithTheDefaultText) {
     EXPECT_EQ(input.kind, "input");
     EXPECT_EQ(input.text, " Create new animation");
     EXPECT_EQ(input.title, "Frame count");
-}
 
-TEST_F(MainPanel, EnsureAnimationWithACountOfOneMakesNothing) {
+    // A count of one makes nothing.
     host().loadStill(host::Picture(10, 10));
+    trace.clear();
     responder.push({host::QueuedAnswer::Kind::Question, 6, {}});
     responder.push({host::QueuedAnswer::Kind::Input, 0, "1"});
     runGuarded([this] { main->Ensure_Animation(); });

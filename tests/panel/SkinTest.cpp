@@ -1,15 +1,14 @@
 // The skin: colours from the host's per-user settings, defaults without them, and the wallpaper.
 
+#include "panel/Skin.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
 #include "panel/Panel.h"
-#include "panel/Skin.h"
 #include "support/Support.h"
 
 #include <QDir>
 #include <QImage>
 #include <QLabel>
-#include <QListWidget>
 
 namespace kirrel::test {
 namespace {
@@ -53,7 +52,8 @@ TEST_F(Skin, ASettingThatIsNoNumberIsAnError) {
 TEST_F(Skin, MissingOrEmptyWallpaperLeavesTheFormUnpainted) {
     host().setWallpaper(QDir(scratch.path()).filePath("no-such.png").toStdString());
     EXPECT_TRUE(wallpaperTile().isNull());
-    for (FormBase* f : FormBase::openForms()) delete f;
+    for (FormBase* f : FormBase::openForms())
+        delete f;
     host().setWallpaper(":/host/wallpaper.png");
     EXPECT_FALSE(wallpaperTile().isNull()) << "the host ships a wallpaper";
 }

@@ -17,10 +17,6 @@ struct HostileFile {
     bool exists = true;
 };
 
-void PrintTo(const HostileFile& c, std::ostream* os) {
-    *os << c.name;
-}
-
 const std::string kShort = "is shorter than its header says";
 const std::string kOneFrame4x4 = int16le({2, 4, 4}) + std::string(3 * 25, '\x40'); // claims two frames
 

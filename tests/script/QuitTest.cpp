@@ -1,7 +1,7 @@
 // A step that ends the program ends the script cleanly; the panel's undo clean-up asks only when
 // the animation undo file exists, and answer 2 keeps all three files.
 
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,25 +23,21 @@ struct QuitCase {
     int exitCode = 0;
 };
 
-void PrintTo(const QuitCase& c, std::ostream* os) {
-    *os << c.name;
-}
-
-class EndingStep : public ::testing::TestWithParam<QuitCase> {};
+class EndingStep : public ScriptTest, public testing::WithParamInterface<QuitCase> {};
 
 TEST_P(EndingStep, EndsTheScriptAndCleansUpAsAnswered) {
     const QuitCase& c = GetParam();
-    QTemporaryDir dir;
-    const QDir tmp(QDir(dir.path()).filePath("tmp"));
+    const QDir tmp(at("tmp"));
     for (const std::string& f : c.undoBefore)
         writeFile(tmp.filePath(QString::fromStdString(f)), "undo");
     const std::string answer = c.answer.empty() ? "" : R"({"answer": [)" + c.answer + "]}, ";
-    const RunResult r = runScript(dir.path(), R"({"host": {"temp_dir": "tmp", "size": [4, 3], "frames": 2},
-        "steps": [)" + answer + c.step + R"(, {"host": "Van_Refresh"}, {"dump": "late"}]})");
+    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "size": [4, 3], "frames": 2},
+        "steps": [)" + answer +
+                            c.step + R"(, {"host": "Van_Refresh"}, {"dump": "late"}]})");
 
     EXPECT_EQ(r.exitCode, c.exitCode) << r.err;
     EXPECT_EQ(lineCount(r.err), c.exitCode == 0 ? 0 : 1) << r.err;
-    const std::string trace = readFile(QDir(dir.path()).filePath("trace.txt"));
+    const std::string trace = readFile(at("trace.txt"));
     EXPECT_EQ(trace.find("Van_QuestionBox(\"\\nClear Animation Undo file?\")") != std::string::npos, c.asks)
         << trace;
     EXPECT_EQ(trace.find("Van_Refresh"), std::string::npos) << "a step after the end was played";
@@ -51,18 +47,14 @@ TEST_P(EndingStep, EndsTheScriptAndCleansUpAsAnswered) {
 }
 
 const std::set<std::string> kAll = {"AnimUndo.dat", "AlphaUndo.dat", "SwapUndo.dat"};
+const std::set<std::string> kAlphaSwap = {"AlphaUndo.dat", "SwapUndo.dat"};
 const std::string kQuit = R"({"menu": "menuQuit"})";
 const std::string kClose = R"({"close": "Mainfrm"})";
 
 INSTANTIATE_TEST_SUITE_P(
     QuitAndClose, EndingStep,
     ::testing::Values(QuitCase{"QuitWithoutUndo", kQuit, {}, "", false, {}},
-                      QuitCase{"QuitLeavesLoneAlphaAndSwap",
-                               kQuit,
-                               {"AlphaUndo.dat", "SwapUndo.dat"},
-                               "",
-                               false,
-                               {"AlphaUndo.dat", "SwapUndo.dat"}},
+                      QuitCase{"QuitLeavesLoneAlphaAndSwap", kQuit, kAlphaSwap, "", false, kAlphaSwap},
                       QuitCase{"QuitAnsweredNo", kQuit, kAll, R"({"question": 2})", true, kAll},
                       QuitCase{"QuitAnsweredYes", kQuit, kAll, R"({"question": 1})", true, {}},
                       QuitCase{
@@ -73,12 +65,11 @@ INSTANTIATE_TEST_SUITE_P(
                       QuitCase{"CloseWithNoAnswerQueued", kClose, kAll, "", true, kAll, 2}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(EndingStep, CloseRestoresPointerAndUnlocksLast) {
-    QTemporaryDir dir;
-    const RunResult r = runScript(dir.path(), R"({"host": {"temp_dir": "tmp"},
+TEST_F(EndingStep, CloseRestoresPointerAndUnlocksLast) {
+    const RunResult r = run(R"({"host": {"temp_dir": "tmp"},
         "steps": [{"host": "Van_Lock"}, {"host": "Van_ChangePointer", "args": [11]}, {"close": "Mainfrm"}]})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const std::string trace = readFile(QDir(dir.path()).filePath("trace.txt"));
+    const std::string trace = readFile(at("trace.txt"));
     const std::string tail = "Van_RestorePointer()\nVan_Unlock()\n";
     EXPECT_EQ(trace.substr(trace.size() - std::min(trace.size(), tail.size())), tail) << trace;
 }

@@ -1,7 +1,7 @@
 // A session script that cannot be played stops with exit code 2 and one clear line on stderr;
 // answers it did not use are reported without changing a successful exit.
 
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 
@@ -14,21 +14,16 @@ struct BadScript {
     std::string says; // part of the one line
 };
 
-void PrintTo(const BadScript& b, std::ostream* os) {
-    *os << b.name;
-}
-
-class ScriptFailure : public ::testing::TestWithParam<BadScript> {};
+class ScriptFailure : public ScriptTest, public testing::WithParamInterface<BadScript> {};
 
 TEST_P(ScriptFailure, ExitsTwoWithOneClearLine) {
-    QTemporaryDir dir;
-    const RunResult r = runScript(dir.path(), GetParam().json);
+    const RunResult r = run(GetParam().json);
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(lineCount(r.err), 1) << r.err;
     EXPECT_EQ(r.err.rfind("kirrel: ", 0), 0u) << r.err;
     EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
     // The steps after the failing one are not played.
-    EXPECT_EQ(readFile(QDir(dir.path()).filePath("trace.txt")).find("Van_Refresh"), std::string::npos);
+    EXPECT_EQ(readFile(at("trace.txt")).find("Van_Refresh"), std::string::npos);
 }
 
 std::string steps(const std::string& list) {
@@ -64,9 +59,10 @@ INSTANTIATE_TEST_SUITE_P(
         BadScript{"AnswerOfNoKind", steps(R"({"answer": [{"maybe": 1}]})"), "an answer is"}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(ScriptRun, LeftoverAnswersAreReportedAndExitStaysZero) {
-    QTemporaryDir dir;
-    const RunResult r = runScript(dir.path(), steps(R"({"answer": [{"question": 2}, {"file": "a.gif"}]},
+using ScriptRun = ScriptTest;
+
+TEST_F(ScriptRun, LeftoverAnswersAreReportedAndExitStaysZero) {
+    const RunResult r = run(steps(R"({"answer": [{"question": 2}, {"file": "a.gif"}]},
         {"host": "Van_QuestionBox", "args": ["x"]}, {"answer": [{"input": "7"}]})"));
     EXPECT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(r.err, "unused answer: file\nunused answer: input\n");

@@ -52,10 +52,6 @@ struct LoadCase {
     bool pictures; // swap and alpha as PNG pictures rather than .dat files
 };
 
-void PrintTo(const LoadCase& c, std::ostream* os) {
-    *os << c.name;
-}
-
 class ScriptLoad : public ::testing::TestWithParam<LoadCase> {};
 
 TEST_P(ScriptLoad, FolderOfFramesSwapAndAlphaComeBackInTheDump) {

@@ -8,7 +8,6 @@
 #include "stored/SlotStore.h"
 #include "stored/StoredSupport.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <functional>

@@ -5,12 +5,8 @@
 #include "stored/StoredSupport.h"
 #include "support/Fixtures.h"
 
-#include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QJsonArray>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {

@@ -1,55 +1,31 @@
 // Combine, Attach and Composite with a stored animation, driven through their dialogs in process
 // and compared byte for byte with results built here independently.
 
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
 #include "pixel/Mixing.h"
 #include "stored/SlotFiles.h"
 #include "stored/StoredSupport.h"
 #include "support/Fixtures.h"
+#include "support/Forms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
-#include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QSlider>
 
 namespace kirrel::test {
 namespace {
 
-class Splice : public HostTest {
+class Splice : public FormTest {
   protected:
-    panel::FormBase* open(const char* name) {
-        panel::registerEverything();
-        panel::FormBase* form = panel::loadFormByName(name);
-        form->showForm();
-        return form;
-    }
     void writeSlot(int slot, const std::vector<host::Picture>& frames) {
         writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), slot)),
                   slotBytes(static_cast<int>(frames.size()), frames));
     }
-    static void choose(panel::FormBase* f, const QString& option) {
-        static_cast<QRadioButton*>(f->control(option))->setChecked(true);
-    }
-    static void apply(panel::FormBase* f) { static_cast<QPushButton*>(f->control("cmd_Run"))->click(); }
     std::vector<host::Picture> frames() const {
         std::vector<host::Picture> out;
         for (int i = 0; i < host().totalFrames(); ++i)
             out.push_back(host().framePicture(i));
         return out;
-    }
-    std::vector<std::string> messagesOfHost() const {
-        std::vector<std::string> out;
-        for (const auto& d : host().dialogs())
-            if (d.kind == "message") out.push_back(d.text);
-        return out;
-    }
-    bool undoSaved() const {
-        return QFile::exists(QString::fromStdString(tempDir() + stored::kAnimUndoName));
     }
 };
 
@@ -235,7 +211,7 @@ TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
         apply(form);
         expected.push_back(side < 2 ? height : width);
     }
-    EXPECT_EQ(messagesOfHost(), expected);
+    EXPECT_EQ(messagesOf(host()), expected);
     EXPECT_TRUE(HostSnapshot::of(host()) == before);
     EXPECT_FALSE(undoSaved());
 
@@ -249,27 +225,6 @@ TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
 
 // --- Composite -----------------------------------------------------------------------------------
 
-TEST_F(Splice, CompositeJoinsFromFrameZeroAndLeavesFramesBeyondTheStoredOnes) {
-    const auto mainFrames = patternFrames(5, 9, 7, 3);
-    const auto storedFrames = patternFrames(3, 9, 7, 120);
-    host().loadAnimation(mainFrames, 4);
-    writeSlot(1, storedFrames);
-    auto* form = open("frmCompositeAnims");
-    auto* slider = static_cast<QSlider*>(form->control("Slider1"));
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label5"))->text(), "Mix Strength\n(50% Main, 50% Stored)");
-    slider->setValue(100);
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label5"))->text(), "Mix Strength\n(0% Main, 100% Stored)");
-    choose(form, "optSlot(1)");
-    apply(form);
-
-    // At full strength plain mixing gives the stored frame itself.
-    for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(host().framePicture(i) == storedFrames[i]) << i;
-    for (int i = 3; i < 5; ++i)
-        EXPECT_TRUE(host().framePicture(i) == mainFrames[i]) << i;
-    EXPECT_EQ(host().currentFrame(), 0);
-}
-
 struct ModeCase {
     const char* text;
     void (*operation)(krl::Plane&, krl::Plane&, krl::Plane&, const krl::Plane&, const krl::Plane&,
@@ -278,17 +233,25 @@ struct ModeCase {
 
 class CompositeModes : public Splice, public testing::WithParamInterface<std::tuple<ModeCase, int>> {};
 
+// From frame 0 on, each frame the stored animation reaches is mixed; the others stay. At full strength
+// plain mixing gives the stored frame itself.
 TEST_P(CompositeModes, EachModeRunsItsOperationWithTheStoredFrameFirstThenTheMix) {
     const auto& [mode, strength] = GetParam();
-    const auto mainFrames = patternFrames(2, 8, 5, 30);
+    const auto mainFrames = patternFrames(4, 8, 5, 30);
     const auto storedFrames = patternFrames(2, 8, 5, 170);
-    host().loadAnimation(mainFrames);
-    writeSlot(0, storedFrames);
+    host().loadAnimation(mainFrames, 3);
+    writeSlot(1, storedFrames);
     auto* form = open("frmCompositeAnims");
-    static_cast<QComboBox*>(form->control("cboModeOptions"))->setCurrentText(mode.text);
-    static_cast<QSlider*>(form->control("Slider1"))->setValue(strength);
-    choose(form, "optSlot(0)");
+    EXPECT_EQ(text(form, "Label5"), "Mix Strength\n(50% Main, 50% Stored)");
+    ctl<QComboBox>(form, "cboModeOptions")->setCurrentText(mode.text);
+    ctl<QSlider>(form, "Slider1")->setValue(strength);
+    EXPECT_EQ(text(form, "Label5"),
+              QString("Mix Strength\n(%1% Main, %2% Stored)").arg(100 - strength).arg(strength));
+    choose(form, "optSlot(1)");
     apply(form);
+    for (int i = 2; i < 4; ++i)
+        EXPECT_TRUE(host().framePicture(i) == mainFrames[i]) << i;
+    EXPECT_EQ(host().currentFrame(), 0);
 
     for (int i = 0; i < 2; ++i) {
         host::Picture t = storedFrames[i];
@@ -296,6 +259,9 @@ TEST_P(CompositeModes, EachModeRunsItsOperationWithTheStoredFrameFirstThenTheMix
         if (mode.operation) mode.operation(t.r, t.g, t.b, m.r, m.g, m.b, 8, 5);
         krl::MixBuffers(t.r, t.g, t.b, m.r, m.g, m.b, strength, 8, 5);
         EXPECT_TRUE(host().framePicture(i) == t) << mode.text << " frame " << i;
+        if (!mode.operation && strength == 100) {
+            EXPECT_TRUE(host().framePicture(i) == storedFrames[i]) << i;
+        }
     }
 }
 
@@ -353,12 +319,12 @@ TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporary
     choose(form, "optSlot(0)");
     static_cast<QCheckBox*>(form->control("chkUndoSave"))->setChecked(true);
     apply(form); // no mask yet: refused before the undo
-    EXPECT_EQ(messagesOfHost(), std::vector<std::string>{"Please Select an Animated Mask"});
+    EXPECT_EQ(messagesOf(host()), std::vector<std::string>{"Please Select an Animated Mask"});
     EXPECT_FALSE(undoSaved());
 
-    responder.push({host::QueuedAnswer::Kind::File, 0, maskPath.toStdString()});
-    static_cast<QPushButton*>(form->control("cmdLoadMask"))->click();
-    EXPECT_EQ(static_cast<QLabel*>(form->control("Label7"))->text(), "3 X 1 at 2 Frames");
+    answerFile(maskPath.toStdString());
+    click(form, "cmdLoadMask");
+    EXPECT_EQ(text(form, "Label7"), "3 X 1 at 2 Frames");
     static_cast<QSlider*>(form->control("Slider1"))->setValue(100);
     apply(form);
 

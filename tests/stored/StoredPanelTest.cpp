@@ -1,37 +1,26 @@
 // The Stored Animations panel and the slot requester, driven in-process.
 
 #include "panel/EventGuard.h"
-#include "panel/FormBase.h"
-#include "panel/Registry.h"
 #include "stored/SlotFiles.h"
 #include "stored/StoredSupport.h"
 #include "stored/frmMultiAnims.h"
 #include "stored/frmStoredRequester.h"
+#include "support/Forms.h"
 
 #include <QFile>
 #include <QLabel>
-#include <QPushButton>
 #include <QRadioButton>
 
 namespace kirrel::test {
 namespace {
 
-class StoredPanel : public HostTest {
+class StoredPanel : public FormTest {
   protected:
-    template <class Form> Form* open(const char* name) {
-        panel::registerEverything();
-        auto* form = dynamic_cast<Form*>(panel::loadFormByName(name));
-        form->showForm();
-        return form;
-    }
-    static QString text(panel::FormBase* f, const QString& control) {
-        return static_cast<QLabel*>(f->control(control))->text();
+    template <class Form> static Form* open(const char* name) {
+        return dynamic_cast<Form*>(FormTest::open(name));
     }
     static bool enabled(panel::FormBase* f, const QString& control) {
         return f->control(control)->isEnabled();
-    }
-    static void click(panel::FormBase* f, const QString& control) {
-        static_cast<QPushButton*>(f->control(control))->click();
     }
 };
 
@@ -96,7 +85,7 @@ TEST_F(StoredPanel, TheRequesterOffersFilledSlotsAndItsCancelEndsTheProgram) {
     EXPECT_TRUE(enabled(form, "optSlot(2)"));
     EXPECT_EQ(form->SlotSelected, -1);
 
-    static_cast<QRadioButton*>(form->control("optSlot(2)"))->setChecked(true);
+    choose(form, "optSlot(2)");
     click(form, "cmdOk");
     EXPECT_EQ(form->SlotSelected, 2);
     EXPECT_TRUE(form->isVisible()); // the caller reads the choice from the open form

@@ -9,9 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
 namespace kirrel::test {
 namespace {
@@ -22,11 +20,6 @@ class StoredScript : public ScriptTest {
     static QJsonObject form(const QJsonObject& state, const QString& name) {
         for (const auto& f : state["forms"].toArray())
             if (f.toObject()["name"].toString() == name) return f.toObject();
-        return {};
-    }
-    static QJsonObject control(const QJsonObject& form, const QString& name) {
-        for (const auto& c : form["controls"].toArray())
-            if (c.toObject()["name"].toString() == name) return c.toObject();
         return {};
     }
     // The dialog log as "kind: text -> answer" lines.
@@ -78,8 +71,7 @@ TEST_F(StoredScript, EveryQuestionAndRefusalInItsPlace) {
     EXPECT_EQ(first["width"].toInt(), 9);
     EXPECT_EQ(first["current_frame"].toInt(), 0) << "a save ends on frame 0";
     EXPECT_EQ(readFile(at("first/animation.dat")), slotBytes(3, stored));
-    EXPECT_EQ(control(form(first, "frmMultiAnims"), "lblSlots(0)")["text"].toString(),
-              "3 Frames,  (9  X  6)");
+    EXPECT_EQ(controlText(first, "frmMultiAnims", "lblSlots(0)"), "3 Frames,  (9  X  6)");
 
     const QJsonObject kept = state("kept");
     const std::vector<std::string> all = dialogs(kept);
@@ -87,13 +79,13 @@ TEST_F(StoredScript, EveryQuestionAndRefusalInItsPlace) {
     EXPECT_EQ(asked, (std::vector<std::string>{
                          std::string(kOverwriteSlot) + " -> 2", std::string(kOverwriteSlot) + " -> 1",
                          std::string(kOverwriteBuffer) + " -> 2", std::string(kDelete) + " -> 2"}));
-    EXPECT_TRUE(control(form(kept, "frmMultiAnims"), "cmdLoad(0)")["enabled"].toBool());
+    EXPECT_TRUE(formControl(kept, "frmMultiAnims", "cmdLoad(0)")["enabled"].toBool());
 
-    const QJsonObject panel = form(state("cleared"), "frmMultiAnims");
-    EXPECT_EQ(control(panel, "lblSlots(0)")["text"].toString(), "EMPTY");
-    EXPECT_FALSE(control(panel, "cmdLoad(0)")["enabled"].toBool());
-    EXPECT_FALSE(control(panel, "cmdClear(0)")["enabled"].toBool());
-    EXPECT_TRUE(control(panel, "cmdSave(0)")["enabled"].toBool());
+    const QJsonObject cleared = state("cleared");
+    EXPECT_EQ(controlText(cleared, "frmMultiAnims", "lblSlots(0)"), "EMPTY");
+    EXPECT_FALSE(formControl(cleared, "frmMultiAnims", "cmdLoad(0)")["enabled"].toBool());
+    EXPECT_FALSE(formControl(cleared, "frmMultiAnims", "cmdClear(0)")["enabled"].toBool());
+    EXPECT_TRUE(formControl(cleared, "frmMultiAnims", "cmdSave(0)")["enabled"].toBool());
     EXPECT_FALSE(exists("tmp/AnimSlot 0.dat") || exists("tmp/AnimThumb 0.bmp"));
 
     const QJsonObject done = state("done");
@@ -127,13 +119,12 @@ TEST_F(StoredScript, AllFourSlotsFillLoadAndClear) {
         {"dump": "empty"}]})JS");
     ASSERT_EQ(use.exitCode, 0) << use.err;
     EXPECT_EQ(readFile(at("loaded/animation.dat")), readFile(at("anim.dat")));
-    EXPECT_EQ(control(form(state("loaded"), "frmMultiAnims"), "lblSlots(3)")["text"].toString(),
-              "5 Frames,  (24  X  18)");
+    EXPECT_EQ(controlText(state("loaded"), "frmMultiAnims", "lblSlots(3)"), "5 Frames,  (24  X  18)");
 
-    const QJsonObject panel = form(state("empty"), "frmMultiAnims");
+    const QJsonObject empty = state("empty");
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(control(panel, QString("lblSlots(%1)").arg(i))["text"].toString(), "EMPTY");
-        EXPECT_FALSE(control(panel, QString("cmdLoad(%1)").arg(i))["enabled"].toBool());
+        EXPECT_EQ(controlText(empty, "frmMultiAnims", QString("lblSlots(%1)").arg(i)), "EMPTY");
+        EXPECT_FALSE(formControl(empty, "frmMultiAnims", QString("cmdLoad(%1)").arg(i))["enabled"].toBool());
     }
     EXPECT_TRUE(QDir(at("tmp")).entryList(QDir::Files).isEmpty());
 }

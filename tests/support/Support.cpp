@@ -127,4 +127,11 @@ int lineCount(const std::string& text) {
     return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
+std::vector<std::string> messagesOf(const host::HostState& h) {
+    std::vector<std::string> out;
+    for (const auto& d : h.dialogs())
+        if (d.kind == "message") out.push_back(d.text);
+    return out;
+}
+
 } // namespace kirrel::test

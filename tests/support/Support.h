@@ -29,9 +29,14 @@ class HostTest : public ::testing::Test {
     QTemporaryDir scratch;
     std::vector<std::string> trace;
     std::string tempDir() const;
+    // Queues the answer of the next file requester ("" for a cancelled one).
+    void answerFile(const std::string& path) { responder.push({host::QueuedAnswer::Kind::File, 0, path}); }
     // The trace lines that start with the given operation name.
     std::vector<std::string> calls(const std::string& name) const;
 };
+
+// The texts of the host's message boxes, in order.
+std::vector<std::string> messagesOf(const host::HostState& h);
 
 // A picture whose every pixel differs from its neighbours: value = seed + x + 3y (+ channel offset).
 host::Picture patternPicture(int w, int h, int seed);

@@ -54,6 +54,7 @@ EveryShapeRun playEveryShape(const QString& dir, const EveryShapeDialog& d, int 
         {"steps", steps}};
     r.result = runScript(dir, QJsonDocument(script).toJson().toStdString());
     r.end = readJsonObject(QDir(dir).filePath("end/state.json"));
+    r.trace = traceFileLines(QDir(dir).filePath("trace.txt"));
     return r;
 }
 
@@ -66,6 +67,8 @@ void expectEveryShapeRan(const EveryShapeRun& r, int otherBoxes) {
     EXPECT_EQ(texts.size(), static_cast<std::size_t>(r.expectedTold + otherBoxes))
         << "no refusal and no error";
     EXPECT_FALSE(r.end["locked"].toBool());
+    EXPECT_GE(std::count(r.trace.begin(), r.trace.end(), "Van_Unlock()"),
+              std::count(r.trace.begin(), r.trace.end(), "Van_Lock()"));
 }
 
 } // namespace kirrel::test

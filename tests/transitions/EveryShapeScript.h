@@ -25,6 +25,7 @@ struct EveryShapeDialog {
 struct EveryShapeRun {
     RunResult result;
     QJsonObject end; // the state dumped after the last step
+    std::vector<std::string> trace;
     int expectedTotal = 5;
     int expectedTold = 0; // "Animation Size Changed. Settings updated." boxes
     int plainRuns = 0;
@@ -36,7 +37,7 @@ EveryShapeRun playEveryShape(const QString& dir, const EveryShapeDialog& d, int 
                              const QJsonArray& firstSteps = {});
 
 // The frame count and the size-changed boxes came out as counted, no other box appeared but
-// `otherBoxes`, and the host's lock is released.
+// `otherBoxes`, and every lock taken was let go.
 void expectEveryShapeRan(const EveryShapeRun& r, int otherBoxes = 0);
 
 } // namespace kirrel::test

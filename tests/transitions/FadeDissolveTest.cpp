@@ -6,6 +6,7 @@
 #include "transitions/Dissolves.h"
 #include "transitions/Fades.h"
 #include "transitions/TransitionSupport.h"
+#include "transitions/Wipes.h"
 
 namespace kirrel::test {
 namespace {
@@ -64,14 +65,6 @@ TEST_F(FadeRun, SourcesOfTheFrameAloneGetTheEffectsShare) {
     krl::IncreaseDarkness(dark.r, dark.g, dark.b, 100, 6, 4);
     EXPECT_EQ(frame(0), dark);
     EXPECT_EQ(frame(2), original[2]);
-}
-
-TEST_F(FadeRun, PrimaryColourIsMixedWithoutPlanesOfItsOwn) {
-    load(3, 6, 4);
-    host().setPrimaryColor(200, 100, 0);
-    FadeTo(0, 2, "Primary Color");
-    EXPECT_EQ(frame(2), Picture::filled(6, 4, host::packColor(200, 100, 0)));
-    EXPECT_TRUE(calls("Van_GetSwapRBuffer").empty());
 }
 
 class AlphaFadeRun : public FadeRun, public testing::WithParamInterface<bool> {};
@@ -152,15 +145,34 @@ TEST_F(DissolveRun, FromStartsAllSourceAndEndsAllAnimation) {
     EXPECT_GT(swapPixels(1), swapPixels(2));
 }
 
-TEST_F(DissolveRun, PrimaryColourIsPaintedOverTheSwapPlanes) {
+// The primary colour as a source: the colour is read once, and the run ends on it without touching
+// the swap. The wipe fills planes of its own once, the fade mixes the colour without any, and the
+// dissolve paints it over a copy of the swap planes.
+struct ColourRun {
+    const char* name;
+    void (*run)(int, int, const std::string&);
+    std::size_t swapReads;
+};
+
+class PrimaryColourSource : public TransitionTest, public testing::WithParamInterface<ColourRun> {};
+
+TEST_P(PrimaryColourSource, EndsOnTheColourAndLeavesTheSwapAlone) {
     load(3, 6, 4);
-    host().setPrimaryColor(1, 2, 3);
+    host().setPrimaryColor(200, 10, 30);
     const Picture swapBefore = host().swapPicture();
-    DissolveTo(0, 2, "Primary Color");
-    EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), 1u);
-    EXPECT_EQ(frame(2), Picture::filled(6, 4, host::packColor(1, 2, 3)));
-    EXPECT_EQ(host().swapPicture(), swapBefore) << "the fetched swap planes are the run's own copy";
+    GetParam().run(0, 2, "Primary Color");
+    EXPECT_EQ(frame(2), Picture::filled(6, 4, host::packColor(200, 10, 30)));
+    EXPECT_EQ(host().swapPicture(), swapBefore);
+    EXPECT_EQ(calls("Van_getPrimaryColor").size(), 1u);
+    EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), GetParam().swapReads);
 }
+
+INSTANTIATE_TEST_SUITE_P(Runs, PrimaryColourSource,
+                         testing::Values(ColourRun{"Wipe", Wipe2LeftTo, 0}, ColourRun{"Fade", FadeTo, 0},
+                                         ColourRun{"Dissolve", DissolveTo, 1}),
+                         [](const testing::TestParamInfo<ColourRun>& i) {
+                             return std::string(i.param.name);
+                         });
 
 } // namespace
 } // namespace kirrel::test

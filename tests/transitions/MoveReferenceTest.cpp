@@ -1,11 +1,18 @@
-// The pushes, slides and alpha slides against a picture computed here from the motion each module
-// names: which picture moves, by how much (rounded half to even) and which way, on which frames. Every
-// module runs with an even and an odd size, over a patterned source so that the source's own offset
-// shows as well as the frame's.
+// The moving modules against pictures computed here from what each names. Pushes, slides and alpha
+// slides: which picture moves, by how much (rounded half to even) and which way. Rows, columns, boxes,
+// crosses and doors: the rectangle painted pixel by pixel from its size (rounded half to even after the
+// halving), the doors' leaf width and mode. Every module runs on an even and an odd size over a
+// patterned swap (the openings also over the primary colour and a source filtered from each frame),
+// and its stored twin splices with a slot.
 
+#include "pixel/Filters.h"
 #include "pixel/Mixing.h"
 #include "transitions/AlphaSlides.h"
+#include "transitions/Boxes.h"
+#include "transitions/Crosses.h"
+#include "transitions/Doors.h"
 #include "transitions/Pushes.h"
+#include "transitions/RowsColumns.h"
 #include "transitions/Slides.h"
 #include "transitions/TransitionSupport.h"
 
@@ -18,9 +25,11 @@ namespace {
 using host::Picture;
 using namespace transitions;
 
+// --- Pushes, slides and alpha slides ---------------------------------------------------------------
+
 enum class Op { Push, Slide, AlphaSlide };
 
-struct Module {
+struct Motion {
     const char* name;
     void (*run)(int, int, const std::string&);
     Op op;
@@ -51,7 +60,7 @@ struct Reference {
     krl::Plane movedAlpha;
 };
 
-Reference reference(const Module& m, const Picture& main, const Picture& src, const krl::Plane& alpha, int i,
+Reference reference(const Motion& m, const Picture& main, const Picture& src, const krl::Plane& alpha, int i,
                     int S, int E) {
     const int W = main.width(), H = main.height();
     const bool horizontal = m.mode <= 2;
@@ -80,7 +89,7 @@ Reference reference(const Module& m, const Picture& main, const Picture& src, co
 }
 
 // The modules as the dialogs name them, with the motion each makes.
-const Module kModules[] = {
+const Motion kMotions[] = {
     {"Push2LeftTo", Push2LeftTo, Op::Push, false, true, 2, 1, 0},
     {"Push2LeftFrom", Push2LeftFrom, Op::Push, true, true, 2, 0, -1},
     {"Push2RightTo", Push2RightTo, Op::Push, true, true, 1, 1, 0},
@@ -123,68 +132,243 @@ const Module kModules[] = {
     {"ASlideOut2BottomFrom", ASlideOut2BottomFrom, Op::AlphaSlide, false, true, 4, 0, 0},
 };
 
-struct Size {
-    int w, h;
+// --- Rows, columns, boxes, crosses and doors ----------------------------------------------------------
+
+enum class Geo { Rows, Columns, Box, Cross, HDoor, VDoor };
+
+// What an end frame holds when the module does not call the operation there.
+enum class Held { Call, Source, Frame };
+
+struct Opening {
+    const char* name;
+    void (*run)(int, int, const std::string&);
+    void (*stored)(int, int); // the stored twin: (Start, slot) for To, (End, slot) for From
+    Geo geo;
+    bool sourceFirst; // the operation lays the frame over the source, rather than the other way
+    bool opening;     // the size falls to 0 at End, rather than rising from 0 at Start
+    int first;        // first frame made: Start + first
+    int last;         // last frame made: End + last
+    Held atStart, atEnd;
+    bool to() const { return std::string(name).ends_with("To"); }
 };
 
-class MoveReference : public TransitionTest, public testing::WithParamInterface<std::tuple<Module, Size>> {
+int halfOf(double share, int size) {
+    return rne(share * size / 2.0);
+}
+
+bool inside(Geo g, int x, int y, int a, int b, int W, int H) {
+    const bool inColumns = x >= a && x <= W - a;
+    const bool inRows = y >= b && y <= H - b;
+    switch (g) {
+    case Geo::Rows:
+        return inRows;
+    case Geo::Columns:
+        return inColumns;
+    case Geo::Box:
+        return inColumns && inRows;
+    default:
+        return inColumns || inRows;
+    }
+}
+
+// Frame i of a module run over S..E, with the frame `main` and the source `src` that meet there.
+Picture expected(const Opening& m, const Picture& main, const Picture& src, int i, int S, int E) {
+    if (i < S + m.first || i > E + m.last) return main;
+    if (i == S && m.atStart != Held::Call) return m.atStart == Held::Source ? src : main;
+    if (i == E && m.atEnd != Held::Call) return m.atEnd == Held::Source ? src : main;
+    const int W = main.width(), H = main.height();
+    const double share = m.opening ? double(E - i) / double(E - S) : double(i - S) / double(E - S);
+    const int a = halfOf(share, W), b = halfOf(share, H);
+    const Picture& base = m.sourceFirst ? src : main;
+    const Picture& over = m.sourceFirst ? main : src;
+    Picture out = base;
+    if (m.geo == Geo::HDoor || m.geo == Geo::VDoor) {
+        // The leaves' own picture is the operation's business; the module gives it the pictures,
+        // the leaf and the mode.
+        const bool h = m.geo == Geo::HDoor;
+        krl::DoorMix(out.r, out.g, out.b, over.r, over.g, over.b, W, H, h ? a : b, h ? 1 : 2);
+        return out;
+    }
+    for (int y = 0; y <= H; ++y)
+        for (int x = 0; x <= W; ++x)
+            if (inside(m.geo, x, y, a, b, W, H)) copyPixel(out, x, y, over, x, y);
+    return out;
+}
+
+constexpr Held C = Held::Call, Src = Held::Source, Frm = Held::Frame;
+
+const Opening kOpenings[] = {
+    {"RowOpenTo", RowOpenTo, RowOpen2Stored, Geo::Rows, false, true, 1, 0, C, C},
+    {"RowOpenFrom", RowOpenFrom, RowOpenFromStored, Geo::Rows, true, true, 0, 0, Src, C},
+    {"RowCloseTo", RowCloseTo, RowClose2Stored, Geo::Rows, true, false, 1, 0, C, Src},
+    {"RowCloseFrom", RowCloseFrom, RowCloseFromStored, Geo::Rows, false, false, 0, 0, C, Frm},
+    {"ColumnOpenTo", ColumnOpenTo, ColumnOpen2Stored, Geo::Columns, false, true, 0, 0, C, C},
+    {"ColumnOpenFrom", ColumnOpenFrom, ColumnOpenFromStored, Geo::Columns, true, true, 0, 0, C, C},
+    {"ColumnCloseTo", ColumnCloseTo, ColumnClose2Stored, Geo::Columns, true, false, 0, 0, C, C},
+    {"ColumnCloseFrom", ColumnCloseFrom, ColumnCloseFromStored, Geo::Columns, false, false, 0, 0, C, C},
+    {"BoxOpenTo", BoxOpenTo, BoxOpen2Stored, Geo::Box, false, true, 1, 0, C, C},
+    {"BoxOpenFrom", BoxOpenFrom, BoxOpenFromStored, Geo::Box, true, true, 0, 0, Src, C},
+    {"BoxCloseTo", BoxCloseTo, BoxClose2Stored, Geo::Box, true, false, 0, 0, C, C},
+    {"BoxCloseFrom", BoxCloseFrom, BoxCloseFromStored, Geo::Box, false, false, 0, 0, C, C},
+    {"CrossOpenTo", CrossOpenTo, CrossOpen2Stored, Geo::Cross, false, true, 1, 0, C, C},
+    {"CrossOpenFrom", CrossOpenFrom, CrossOpenFromStored, Geo::Cross, true, true, 0, -1, Src, C},
+    {"CrossCloseTo", CrossCloseTo, CrossClose2Stored, Geo::Cross, true, false, 1, 0, C, Src},
+    {"CrossCloseFrom", CrossCloseFrom, CrossCloseFromStored, Geo::Cross, false, false, 0, 0, C, Frm},
+    {"HDoorOpenTo", HDoorOpenTo, HDoorOpen2Stored, Geo::HDoor, true, true, 1, 0, C, C},
+    {"HDoorOpenFrom", HDoorOpenFrom, HDoorOpenFromStored, Geo::HDoor, false, true, 0, 0, Src, C},
+    {"HDoorCloseTo", HDoorCloseTo, HDoorClose2Stored, Geo::HDoor, false, false, 0, 0, Frm, Src},
+    {"HDoorCloseFrom", HDoorCloseFrom, HDoorCloseFromStored, Geo::HDoor, true, false, 0, 0, Src, Frm},
+    {"VDoorOpenTo", VDoorOpenTo, VDoorOpen2Stored, Geo::VDoor, true, true, 1, 0, C, C},
+    {"VDoorOpenFrom", VDoorOpenFrom, VDoorOpenFromStored, Geo::VDoor, false, true, 0, 0, Src, C},
+    {"VDoorCloseTo", VDoorCloseTo, VDoorClose2Stored, Geo::VDoor, false, false, 0, 0, Frm, Src},
+    {"VDoorCloseFrom", VDoorCloseFrom, VDoorCloseFromStored, Geo::VDoor, true, false, 0, 0, Src, Frm},
+};
+
+bool isDoor(const Opening& m) {
+    return m.geo == Geo::HDoor || m.geo == Geo::VDoor;
+}
+
+// Every module's frames: those it makes are the reference, the others stay, and it visits only the
+// frames it makes, from a source that is the run's own copy.
+class MovingFixture : public ReferenceTest {
   protected:
-    static constexpr int S = 1, E = 5;
-    // Seven patterned frames, a patterned source and an alpha of opaque and clear blocks.
+    // Also an alpha of opaque and clear blocks, and a primary colour.
     void prepare(int w, int h) {
-        load(7, w, h);
-        source = patternPicture(w, h, 101);
-        host().loadSwap(source);
+        ReferenceTest::prepare(w, h);
         alpha = krl::Plane(w, h);
         for (int y = 0; y <= h; ++y)
             for (int x = 0; x <= w; ++x)
                 alpha.at(x, y) = ((x / 3 + y / 2) % 2) ? 255 : 0;
         host().setAlpha(alpha);
+        host().setPrimaryColor(200, 30, 60);
+        colour = Picture::filled(w, h, host::packColor(200, 30, 60));
         trace.clear();
     }
-    Picture source;
+    template <class Expected> void expectRun(const char* name, int first, int last, Expected expected) {
+        for (int i = 0; i < kFrames; ++i) {
+            const bool made = i >= first && i <= last;
+            EXPECT_EQ(frame(i), made ? expected(i) : original[static_cast<std::size_t>(i)])
+                << name << " frame " << i << (made ? " (made)" : " (untouched)");
+        }
+        EXPECT_EQ(calls("Van_GotoFrame"), gotoCalls(first, last)) << "the frames the module makes";
+        EXPECT_EQ(host().swapPicture(), source) << "the source is the run's own copy";
+        EXPECT_FALSE(host().locked());
+    }
     krl::Plane alpha;
+    Picture colour;
 };
+
+template <class Row> std::string rowName(const testing::TestParamInfo<std::tuple<Row, Size>>& i) {
+    return std::string(std::get<0>(i.param).name) + "_" + sizeName(std::get<1>(i.param));
+}
+const auto kSizes = testing::Values(Size{16, 10}, Size{15, 11});
+
+class MoveReference : public MovingFixture, public testing::WithParamInterface<std::tuple<Motion, Size>> {};
 
 TEST_P(MoveReference, EveryFrameIsTheNamedMotion) {
     const auto& [m, size] = GetParam();
     prepare(size.w, size.h);
     m.run(S, E, "Swap");
-    const int first = S + m.firstFromStart, last = E + m.lastFromEnd;
-    for (int i = 0; i < 7; ++i) {
-        const bool made = i >= first && i <= last;
-        const Picture want =
-            made ? reference(m, original[static_cast<std::size_t>(i)], source, alpha, i, S, E).picture
-                 : original[static_cast<std::size_t>(i)];
-        EXPECT_EQ(frame(i), want) << m.name << " frame " << i << (made ? " (made)" : " (untouched)");
-    }
-    std::vector<std::string> visits;
-    for (int i = first; i <= last; ++i)
-        visits.push_back("Van_GotoFrame(" + std::to_string(i) + ")");
-    EXPECT_EQ(calls("Van_GotoFrame"), visits) << "the frames the module makes";
+    expectRun(m.name, S + m.firstFromStart, E + m.lastFromEnd, [&](int i) {
+        return reference(m, original[static_cast<std::size_t>(i)], source, alpha, i, S, E).picture;
+    });
     // The ends: a To run arrives on the source; a From run leaves from it and arrives on the frame.
-    const bool to = std::string(m.name).ends_with("To");
     if (m.op != Op::AlphaSlide) {
-        if (to) {
+        if (std::string(m.name).ends_with("To")) {
             EXPECT_EQ(frame(E), source);
         } else {
             EXPECT_EQ(frame(S), source);
             EXPECT_EQ(frame(E), original[E]);
         }
     }
+}
+
+INSTANTIATE_TEST_SUITE_P(Moves, MoveReference, testing::Combine(testing::ValuesIn(kMotions), kSizes),
+                         rowName<Motion>);
+
+enum class Source { Swap, Colour, Negative };
+using OpeningParam = std::tuple<Opening, Size, Source>;
+
+class OpeningReference : public MovingFixture, public testing::WithParamInterface<OpeningParam> {
+  protected:
+    Picture sourceFor(Source s, int i) const {
+        if (s == Source::Swap) return source;
+        if (s == Source::Colour) return colour;
+        Picture n = original[static_cast<std::size_t>(i)];
+        krl::Negative(n.r, n.g, n.b, n.width() + 1, n.height() + 1);
+        return n;
+    }
+};
+
+TEST_P(OpeningReference, EveryFrameIsTheNamedShape) {
+    const auto& [m, size, src] = GetParam();
+    prepare(size.w, size.h);
+    m.run(S, E, src == Source::Swap ? "Swap" : src == Source::Colour ? "Primary Color" : "Negative");
+    expectRun(m.name, S + m.first, E + m.last, [&](int i) {
+        return expected(m, original[static_cast<std::size_t>(i)], sourceFor(src, i), i, S, E);
+    });
+}
+
+// Every module on both sizes with each source its dialog offers: the doors take no filtered one.
+std::vector<OpeningParam> openingCases() {
+    std::vector<OpeningParam> out;
+    for (const Opening& m : kOpenings)
+        for (const Size s : {Size{16, 10}, Size{15, 11}})
+            for (const Source src : {Source::Swap, Source::Colour, Source::Negative})
+                if (!isDoor(m) || src != Source::Negative) out.emplace_back(m, s, src);
+    return out;
+}
+
+INSTANTIATE_TEST_SUITE_P(Openings, OpeningReference, testing::ValuesIn(openingCases()),
+                         [](const testing::TestParamInfo<OpeningParam>& info) {
+                             const Source src = std::get<2>(info.param);
+                             return std::string(std::get<0>(info.param).name) + "_" +
+                                    sizeName(std::get<1>(info.param)) + "_" +
+                                    (src == Source::Swap     ? "Swap"
+                                     : src == Source::Colour ? "Colour"
+                                                             : "Negative");
+                         });
+
+class OpeningStored : public MovingFixture, public testing::WithParamInterface<std::tuple<Opening, Size>> {};
+
+TEST_P(OpeningStored, TwinsKeepTheGeometryOverTheOverlap) {
+    const auto& [m, size] = GetParam();
+    prepare(size.w, size.h);
+    const auto slot = writeSlot(2, kFrames, size.w, size.h);
+    if (m.to()) {
+        // Start 2: the overlap is frames 2..6 against stored frames 0..4; 5 and 6 are appended.
+        const int start = 2, end = kFrames - 1;
+        m.stored(start, 2);
+        ASSERT_EQ(host().totalFrames(), start + kFrames);
+        for (int i = 0; i < start; ++i)
+            EXPECT_EQ(frame(i), original[static_cast<std::size_t>(i)]) << i;
+        for (int i = start; i <= end; ++i)
+            EXPECT_EQ(frame(i), expected(m, original[static_cast<std::size_t>(i)],
+                                         slot[static_cast<std::size_t>(i - start)], i, start, end))
+                << m.name << " frame " << i;
+        for (int k = end - start + 1; k < kFrames; ++k)
+            EXPECT_EQ(frame(start + k), slot[static_cast<std::size_t>(k)]) << "appended " << k;
+    } else {
+        // End 4: stored frames 0 and 1 go in front, the overlap 2..6 meets stored frames 2..6.
+        const int end = 4, extra = kFrames - (end + 1);
+        m.stored(end, 2);
+        ASSERT_EQ(host().totalFrames(), kFrames + extra);
+        for (int k = 0; k < extra; ++k)
+            EXPECT_EQ(frame(k), slot[static_cast<std::size_t>(k)]) << "in front " << k;
+        for (int i = extra; i <= extra + end; ++i)
+            EXPECT_EQ(frame(i), expected(m, original[static_cast<std::size_t>(i - extra)],
+                                         slot[static_cast<std::size_t>(i)], i, extra, extra + end))
+                << m.name << " frame " << i;
+        for (int j = end + 1; j < kFrames; ++j)
+            EXPECT_EQ(frame(j + extra), original[static_cast<std::size_t>(j)]) << "after " << j;
+    }
     EXPECT_FALSE(host().locked());
 }
 
-INSTANTIATE_TEST_SUITE_P(Moves, MoveReference,
-                         testing::Combine(testing::ValuesIn(kModules),
-                                          testing::Values(Size{16, 10}, Size{15, 11})),
-                         [](const testing::TestParamInfo<std::tuple<Module, Size>>& i) {
-                             const Size s = std::get<1>(i.param);
-                             return std::string(std::get<0>(i.param).name) + "_" + std::to_string(s.w) + "x" +
-                                    std::to_string(s.h);
-                         });
+INSTANTIATE_TEST_SUITE_P(Openings, OpeningStored, testing::Combine(testing::ValuesIn(kOpenings), kSizes),
+                         rowName<Opening>);
 
-class MoveRuns : public MoveReference {};
+class MoveRuns : public MovingFixture {};
 
 TEST_F(MoveRuns, OffsetsRoundHalfToEven) {
     // Bounds 16 x 10 over a span of 4: the rising vertical offset goes 0, 2 (2.5), 5, 8 (7.5), 10, and
@@ -270,6 +454,99 @@ TEST_F(MoveRuns, StoredTwinsSplice) {
     ASSERT_EQ(host().totalFrames(), 8);
     EXPECT_EQ(frame(1), slot[1]) << "the overlap starts on the stored frame";
     EXPECT_EQ(frame(5), original[4]) << "and ends on the animation";
+}
+
+class OpeningRuns : public MovingFixture {};
+
+TEST_F(OpeningRuns, TheColumnRunStartsAtStartWhereRowsAndBoxesWait) {
+    // Bounds 16: a = round(16 / 2.0) = 8 at Start, so the column run's first frame shows column 8 of
+    // the source; the row and box runs leave that frame alone.
+    prepare(16, 10);
+    ColumnOpenTo(S, E, "Swap");
+    for (int y : {0, 5, 10}) {
+        EXPECT_EQ(frame(S).r.at(8, y), source.r.at(8, y));
+        EXPECT_EQ(frame(S).r.at(7, y), original[S].r.at(7, y));
+        EXPECT_EQ(frame(S).r.at(9, y), original[S].r.at(9, y));
+    }
+    for (auto run : {RowOpenTo, BoxOpenTo, CrossOpenTo}) {
+        prepare(16, 10);
+        run(S, E, "Swap");
+        EXPECT_EQ(frame(S), original[S]);
+    }
+}
+
+TEST_F(OpeningRuns, OddSizesRoundTheHalfToEvenOnEitherSideOfTheCentre) {
+    // Bounds 13 give round(6.5) = 6: columns 6..7, two of them. Bounds 15 give round(7.5) = 8:
+    // columns 8..7, none, so the frame stays whole.
+    prepare(13, 8);
+    ColumnOpenTo(S, E, "Swap");
+    EXPECT_EQ(frame(S).r.at(6, 3), source.r.at(6, 3));
+    EXPECT_EQ(frame(S).r.at(7, 3), source.r.at(7, 3));
+    EXPECT_EQ(frame(S).r.at(5, 3), original[S].r.at(5, 3));
+    EXPECT_EQ(frame(S).r.at(8, 3), original[S].r.at(8, 3));
+    prepare(15, 8);
+    ColumnOpenTo(S, E, "Swap");
+    EXPECT_EQ(frame(S), original[S]);
+}
+
+TEST_F(OpeningRuns, TheOpeningCrossFromRunLeavesItsLastFrameAlone) {
+    prepare(12, 9);
+    CrossOpenFrom(S, E, "Swap");
+    EXPECT_EQ(frame(S), source);
+    EXPECT_EQ(frame(E), original[E]);
+    EXPECT_NE(frame(E - 1), original[E - 1]);
+    EXPECT_EQ(calls("Van_SetRbuffer").size(), std::size_t(E - S)) << "frame End is neither read nor written";
+}
+
+TEST_F(OpeningRuns, AClosingRunWithoutAGuardEndsOnTheCentreLine) {
+    // The closing box has no guard: at End its size is round(W / 2.0) = 8, and BoxMix copies the
+    // single pixel (8, 5) of the frame into the source. The guarded closing rows end on the source.
+    prepare(16, 10);
+    BoxCloseTo(S, E, "Swap");
+    Picture want = source;
+    want.r.at(8, 5) = original[E].r.at(8, 5);
+    want.g.at(8, 5) = original[E].g.at(8, 5);
+    want.b.at(8, 5) = original[E].b.at(8, 5);
+    EXPECT_EQ(frame(E), want);
+    prepare(16, 10);
+    RowCloseTo(S, E, "Swap");
+    EXPECT_EQ(frame(E), source);
+}
+
+TEST_F(OpeningRuns, ASourceWrittenByTheCallIsFreshOnEveryFrame) {
+    // The closing rows lay a shrinking band of the frame over the source read once before the loop.
+    // Were the source not restored, each frame would keep the wider band of the frame before, and the
+    // last frame would not be the source.
+    prepare(10, 12);
+    RowCloseTo(S, E, "Primary Color");
+    EXPECT_EQ(frame(E), colour);
+    // Frame 4: d = round(3 / 4 * 12 / 2.0) = round(4.5) = 4, so rows 0..3 are colour, 4..8 the frame.
+    EXPECT_EQ(frame(4).r.at(2, 3), 200);
+    EXPECT_EQ(frame(4).r.at(2, 4), original[4].r.at(2, 4));
+    EXPECT_EQ(frame(4).r.at(2, 9), 200);
+    // The same holds for the doors, whose opening To run writes the leaves over the source.
+    prepare(10, 12);
+    HDoorOpenTo(S, E, "Swap");
+    EXPECT_EQ(frame(E), source);
+    EXPECT_EQ(host().swapPicture(), source);
+}
+
+TEST_F(OpeningRuns, DoorsEndOnWholePictures) {
+    // Whatever the leaves give, a door's To run ends on the source and its From run starts on the
+    // source and ends on the animation, exactly; an odd size does not leave a seam.
+    for (const Opening& m : kOpenings) {
+        if (!isDoor(m)) continue;
+        for (const Size s : {Size{15, 11}, Size{16, 10}}) {
+            prepare(s.w, s.h);
+            m.run(S, E, "Swap");
+            if (m.to()) {
+                EXPECT_EQ(frame(E), source) << m.name << " " << s.w;
+            } else {
+                EXPECT_EQ(frame(S), source) << m.name << " " << s.w;
+                EXPECT_EQ(frame(E), original[E]) << m.name << " " << s.w;
+            }
+        }
+    }
 }
 
 } // namespace

@@ -64,10 +64,6 @@ struct RunCase {
     int W, H;
 };
 
-void PrintTo(const RunCase& c, std::ostream* os) {
-    *os << c.member.name << (c.to ? "To " : "From ") << c.W << "x" << c.H;
-}
-
 class PatternRun : public TransitionTest, public testing::WithParamInterface<RunCase> {
   protected:
     bool isSource(int f, int x, int y) const {

@@ -9,8 +9,6 @@
 #include "transitions/TransitionSupport.h"
 #include "transitions/Wipes.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace kirrel::test {
@@ -130,8 +128,8 @@ TEST_F(StoredSplice, PlainStoredFadesTakeNoLockAndShowTheNewLength) {
     EXPECT_TRUE(calls("Van_ShowScrub").empty());
 }
 
-// Every member of both wipe families, and the fades and dissolves, splice the same way: the ends of
-// the overlap are all animation and all stored frame.
+// The alpha wipes, the fades and the dissolves splice as the plain wipes do (whose every frame the wipe
+// reference checks): the ends of the overlap are all animation and all stored frame.
 struct SpliceCase {
     const char* name;
     void (*toStored)(int, int);
@@ -165,11 +163,7 @@ TEST_P(SpliceEnds, OverlapEndsAreAllAnimationAndAllStored) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Members, SpliceEnds,
-                         testing::Values(SpliceCase{"Right", Wipe2RightToStored, Wipe2RightFromStored},
-                                         SpliceCase{"Left", Wipe2LeftToStored, Wipe2LeftFromStored},
-                                         SpliceCase{"Bottom", Wipe2BottomToStored, Wipe2BottomFromStored},
-                                         SpliceCase{"Top", Wipe2TopToStored, Wipe2TopFromStored},
-                                         SpliceCase{"ARight", AWipe2RightToStored, AWipe2RightFromStored},
+                         testing::Values(SpliceCase{"ARight", AWipe2RightToStored, AWipe2RightFromStored},
                                          SpliceCase{"ALeft", AWipe2LeftToStored, AWipe2LeftFromStored},
                                          SpliceCase{"ABottom", AWipe2BottomToStored, AWipe2BottomFromStored},
                                          SpliceCase{"ATop", AWipe2TopToStored, AWipe2TopFromStored},

@@ -106,45 +106,28 @@ Picture expected(const Row& r, bool to, const Picture& frame, Picture& saved, in
     return {};
 }
 
-struct Size {
-    int w, h;
-};
-
-class StretchReference : public TransitionTest,
-                         public testing::WithParamInterface<std::tuple<int, bool, Size>> {
-  protected:
-    static constexpr int kS = 1, kE = 5;
-    void prepare(int w, int h) {
-        load(7, w, h);
-        source = patternPicture(w, h, 101);
-        host().loadSwap(source);
-        trace.clear();
-    }
-    Picture source;
-};
+class StretchReference : public ReferenceTest,
+                         public testing::WithParamInterface<std::tuple<int, bool, Size>> {};
 
 TEST_P(StretchReference, EveryFrameIsTheNamedGeometryAndTheEndsAreWholePictures) {
     const auto& [option, to, size] = GetParam();
     const Row& r = kRows[option];
     prepare(size.w, size.h);
-    (to ? runStretchTo : runStretchFrom)(option, kS, kE, "Swap");
+    (to ? runStretchTo : runStretchFrom)(option, S, E, "Swap");
     Picture saved = source;
     for (int i = 0; i < 7; ++i) {
         const Picture& before = original[static_cast<std::size_t>(i)];
-        const bool made = i >= kS && i <= kE;
-        EXPECT_EQ(frame(i), made ? expected(r, to, before, saved, i, kS, kE) : before) << "frame " << i;
+        const bool made = i >= S && i <= E;
+        EXPECT_EQ(frame(i), made ? expected(r, to, before, saved, i, S, E) : before) << "frame " << i;
     }
     const End* ends = to ? r.toEnds : r.fromEnds;
-    for (const auto& [i, end] : {std::pair{kS, ends[0]}, {kE, ends[1]}})
+    for (const auto& [i, end] : {std::pair{S, ends[0]}, {E, ends[1]}})
         if (end != X) {
             EXPECT_EQ(frame(i), end == F ? original[static_cast<std::size_t>(i)] : source)
                 << "end frame " << i;
         }
     // Every frame of the range is made, the first one too, from a source read once.
-    std::vector<std::string> visits;
-    for (int i = kS; i <= kE; ++i)
-        visits.push_back("Van_GotoFrame(" + std::to_string(i) + ")");
-    EXPECT_EQ(calls("Van_GotoFrame"), visits);
+    EXPECT_EQ(calls("Van_GotoFrame"), gotoCalls(S, E));
     EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), 1u);
     EXPECT_EQ(host().swapPicture(), source);
     EXPECT_FALSE(host().locked());
@@ -182,8 +165,7 @@ INSTANTIATE_TEST_SUITE_P(Options, StretchReference,
                              const Size s = std::get<2>(i.param);
                              std::string name = kStretchOptions[static_cast<std::size_t>(o)].text;
                              std::erase(name, ' ');
-                             return name + (to ? "_To_" : "_From_") + std::to_string(s.w) + "x" +
-                                    std::to_string(s.h);
+                             return name + (to ? "_To_" : "_From_") + sizeName(s);
                          });
 
 class StretchRuns : public StretchReference {};
@@ -195,9 +177,9 @@ TEST_F(StretchRuns, EverySqueezeFrameStartsFromTheSourceReadBeforeTheLoop) {
     auto redPixels = [&](int option, bool to) {
         prepare(12, 9);
         host().setPrimaryColor(200, 30, 60);
-        (to ? runStretchTo : runStretchFrom)(option, kS, kE, "Primary Color");
+        (to ? runStretchTo : runStretchFrom)(option, S, E, "Primary Color");
         int n = 0;
-        for (int i = kS; i <= kE; ++i)
+        for (int i = S; i <= E; ++i)
             n += count(frame(i).r, 200);
         return n;
     };
@@ -208,7 +190,7 @@ TEST_F(StretchRuns, EverySqueezeFrameStartsFromTheSourceReadBeforeTheLoop) {
 
 TEST_F(StretchRuns, ASelectorOutsideItsProcedureIsRefusedBeforeTheHostIsTouched) {
     prepare(8, 6);
-    EXPECT_THROW(StretchOver(kS, kE, "Swap", 5, Direction::To), std::out_of_range);
+    EXPECT_THROW(StretchOver(S, E, "Swap", 5, Direction::To), std::out_of_range);
     EXPECT_THROW(SqueezeToStored(1, 0, 7), std::out_of_range);
     EXPECT_TRUE(trace.empty());
 }

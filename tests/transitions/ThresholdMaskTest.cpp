@@ -56,26 +56,20 @@ class ThresholdRun : public TransitionTest {
     krl::Plane alpha;
 };
 
-TEST_F(ThresholdRun, ToShowsTheSourceWhereTheInvertedAlphaReachesTheLevel) {
-    prepare();
-    Threshold2Swap(S, E);
-    for (int f = S; f <= E; ++f) {
-        const int L = thresholdLevelTo(f, S, E);
-        expectFrame(f, swap, [L](int a) { return 255 - a > L; });
-    }
-    EXPECT_EQ(frame(0), original[0]);
-    EXPECT_EQ(frame(6), original[6]);
-    EXPECT_EQ(calls("Van_GotoFrame").back(), "Van_GotoFrame(1)") << "the run goes back to Start";
-    EXPECT_EQ(calls("Van_SetProgress").back(), "Van_SetProgress(0)");
-    EXPECT_FALSE(host().locked());
-}
-
-TEST_F(ThresholdRun, FromShowsTheSourceWhereTheAlphaReachesTheLevel) {
-    prepare();
-    ThresholdFromSwap(S, E);
-    for (int f = S; f <= E; ++f) {
-        const int L = thresholdLevelFrom(f, S, E);
-        expectFrame(f, swap, [L](int a) { return a > L; });
+// To shows the source where the inverted alpha passes the level, From where the alpha itself does.
+TEST_F(ThresholdRun, ShowsTheSourceWhereTheAlphaReachesTheLevel) {
+    for (bool to : {true, false}) {
+        prepare();
+        to ? Threshold2Swap(S, E) : ThresholdFromSwap(S, E);
+        for (int f = S; f <= E; ++f) {
+            const int L = to ? thresholdLevelTo(f, S, E) : thresholdLevelFrom(f, S, E);
+            expectFrame(f, swap, [L, to](int a) { return (to ? 255 - a : a) > L; });
+        }
+        EXPECT_EQ(frame(0), original[0]);
+        EXPECT_EQ(frame(6), original[6]);
+        EXPECT_EQ(calls("Van_GotoFrame").back(), "Van_GotoFrame(1)") << "the run goes back to Start";
+        EXPECT_EQ(calls("Van_SetProgress").back(), "Van_SetProgress(0)");
+        EXPECT_FALSE(host().locked());
     }
 }
 

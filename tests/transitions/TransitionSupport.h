@@ -21,6 +21,21 @@ inline int rne(double v) {
     return static_cast<int>(std::nearbyint(v));
 }
 
+// Pictures of bounds w, h, as the parameterised tests name them.
+struct Size {
+    int w, h;
+};
+inline std::string sizeName(Size s) {
+    return std::to_string(s.w) + "x" + std::to_string(s.h);
+}
+// The trace of a run that makes frames first..last and no other.
+inline std::vector<std::string> gotoCalls(int first, int last) {
+    std::vector<std::string> out;
+    for (int i = first; i <= last; ++i)
+        out.push_back("Van_GotoFrame(" + std::to_string(i) + ")");
+    return out;
+}
+
 class TransitionTest : public HostTest {
   protected:
     // n frames of bounds w, h, each its own pattern; the swap a flat grey 0x50.
@@ -55,6 +70,20 @@ class TransitionTest : public HostTest {
         return n;
     }
     std::vector<host::Picture> original;
+};
+
+// The reference tests' animation: frames 1..5 of seven run against a patterned swap, so that a
+// moved source shows where it came from as well as a moved frame.
+class ReferenceTest : public TransitionTest {
+  protected:
+    static constexpr int S = 1, E = 5, kFrames = 7;
+    void prepare(int w, int h) {
+        load(kFrames, w, h);
+        source = patternPicture(w, h, 101);
+        host().loadSwap(source);
+        trace.clear();
+    }
+    host::Picture source;
 };
 
 } // namespace kirrel::test
