@@ -8,10 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <thread>
 #include <tuple>
 
 namespace krl::mixtest {
@@ -100,6 +104,43 @@ TEST(Sharing, CellOperationsOnSharedPlanesMatchPrivateCopies) {
         EXPECT_TRUE(x == want && y == wantB) << name;
         EXPECT_TRUE(a == noise(10, 7, 31) && b == noise(10, 7, 32)) << name;
     }
+}
+
+// The slicing itself: every row once, from the caller and the helpers alike, at any thread count; a
+// slice that asks for slices runs them itself; two callers at once both finish; a failing slice
+// reaches its caller and leaves the helpers usable.
+TEST(Slices, EveryRowOnceNestedConcurrentAndFailing) {
+    auto visits = [](int rows) {
+        std::vector<std::atomic<int>> seen(static_cast<std::size_t>(rows));
+        const std::thread::id caller = std::this_thread::get_id();
+        forRowSlices(rows, 1LL << 20, [&](int y0, int y1) {
+            for (int y = y0; y < y1; ++y)
+                seen[static_cast<std::size_t>(y)]++;
+            if (std::this_thread::get_id() != caller) // on a helper, slices within run whole
+                forRowSlices(4, 1LL << 20, [](int a, int b) { ASSERT_TRUE(a == 0 && b == 4) << "nested"; });
+        });
+        return std::all_of(seen.begin(), seen.end(), [](const std::atomic<int>& n) { return n == 1; });
+    };
+    for (const int threads : {1, 2, 3, 5}) {
+        setSliceThreads(threads);
+        for (const int rows : {1, 2, 3, 7, 1001})
+            EXPECT_TRUE(visits(rows)) << threads << " threads, " << rows << " rows";
+        std::thread other([&] {
+            for (int i = 0; i < 50; ++i)
+                EXPECT_TRUE(visits(333));
+        });
+        for (int i = 0; i < 50; ++i)
+            EXPECT_TRUE(visits(555));
+        other.join();
+        EXPECT_THROW(forRowSlices(100, 1LL << 20,
+                                  [](int, int y1) {
+                                      if (y1 == 100) throw std::runtime_error("the last slice failed");
+                                  }),
+                     std::runtime_error)
+            << threads;
+        EXPECT_TRUE(threads == 1 || visits(64));
+    }
+    setSliceThreads(0);
 }
 
 // Big enough to be cut into row slices; odd, so slices and rows are uneven. Every operation must give
