@@ -116,6 +116,12 @@ void BM_SqueezeHorizontal(benchmark::State& s) {
              [] { kirrel::transitions::Squeeze(0, kLast, "Swap", 5, kirrel::transitions::Direction::To); });
 }
 
+// "Stretch Over From Left": the source grows from the left edge, scaled into its band.
+void BM_StretchOverLeft(benchmark::State& s) {
+    wholeRun(
+        s, [] { kirrel::transitions::StretchOver(0, kLast, "Swap", 1, kirrel::transitions::Direction::To); });
+}
+
 // Toonify at strength 5 over the whole range, as its dialog's range run does it.
 void BM_ToonRange(benchmark::State& s) {
     // The dialog fills its frame lists from the animation when it is shown.
@@ -167,6 +173,7 @@ KIRREL_RUN_BENCH(BM_PushLeft);
 KIRREL_RUN_BENCH(BM_IrisOpen);
 KIRREL_RUN_BENCH(BM_CircleOpen);
 KIRREL_RUN_BENCH(BM_SqueezeHorizontal);
+KIRREL_RUN_BENCH(BM_StretchOverLeft);
 KIRREL_RUN_BENCH(BM_ToonRange);
 KIRREL_RUN_BENCH(BM_SlotSave);
 KIRREL_RUN_BENCH(BM_SlotLoad);

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <mutex>
@@ -55,8 +56,10 @@ template <class Done> bool spinUntil(Done done) {
     }
 }
 
-// Helper threads that wait for slices. One job at a time; its slices are numbered, the caller takes
-// slice 0 and helper i slice i.
+// Helper threads that wait for slices. One job at a time. Its slices are claimed one by one by
+// whoever is free, the caller included, so a helper that is slow to wake (the machine busy with
+// something else) only means the caller does more of the slices itself; it waits only for slices
+// that a helper has actually begun.
 class Helpers {
   public:
     // Runs the job, or returns false at once when another caller has the helpers.
@@ -64,33 +67,27 @@ class Helpers {
         std::unique_lock<std::mutex> busy(busy_, std::try_to_lock);
         if (!busy.owns_lock()) return false;
         const Job job{fn, context, rows, parts};
+        std::uint32_t generation = 0;
         {
             std::lock_guard<std::mutex> lock(m_);
-            while (static_cast<int>(threads_.size()) < parts - 1) {
-                const int index = static_cast<int>(threads_.size()) + 1;
-                threads_.emplace_back([this, index] { serve(index); });
-            }
+            while (static_cast<int>(threads_.size()) < parts - 1)
+                threads_.emplace_back([this] { serve(); });
             job_ = job;
             error_ = nullptr;
-            pending_.store(parts - 1, std::memory_order_relaxed);
-            generation_.store(generation_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+            generation = ++generation_;
+            finished_.store(0, std::memory_order_relaxed);
+            claim_.store(claimWord(generation, 0), std::memory_order_release);
         }
         wake_.notify_all();
-        std::exception_ptr own;
         insideSlice = true; // a slice that asks for slices runs them itself
-        try {
-            job.slice(0);
-        } catch (...) {
-            own = std::current_exception();
-        }
+        work(job, generation);
         insideSlice = false;
-        auto finished = [this] { return pending_.load(std::memory_order_acquire) == 0; };
-        if (!spinUntil(finished)) {
+        auto allDone = [this, parts] { return finished_.load(std::memory_order_acquire) == parts; };
+        if (!spinUntil(allDone)) {
             std::unique_lock<std::mutex> lock(m_);
-            done_.wait(lock, finished);
+            done_.wait(lock, allDone);
         }
-        if (!own) own = error_;
-        if (own) std::rethrow_exception(own);
+        if (error_) std::rethrow_exception(error_);
         return true;
     }
 
@@ -106,33 +103,55 @@ class Helpers {
         }
     };
 
-    void serve(int index) {
+    // The job's number and its next unclaimed slice in one word, so that a helper still holding an
+    // earlier job can never claim a slice of a later one.
+    static std::uint64_t claimWord(std::uint32_t generation, std::uint32_t next) {
+        return (std::uint64_t{generation} << 32) | next;
+    }
+
+    // Claims and runs slices of the given job until none is left.
+    void work(const Job& job, std::uint32_t generation) {
+        for (;;) {
+            std::uint64_t word = claim_.load(std::memory_order_acquire);
+            do {
+                if (word >> 32 != generation ||
+                    static_cast<std::uint32_t>(word) >= static_cast<std::uint32_t>(job.parts))
+                    return;
+            } while (!claim_.compare_exchange_weak(word, word + 1, std::memory_order_acq_rel,
+                                                   std::memory_order_acquire));
+            std::exception_ptr failed;
+            try {
+                job.slice(static_cast<int>(static_cast<std::uint32_t>(word)));
+            } catch (...) {
+                failed = std::current_exception();
+            }
+            if (failed) {
+                std::lock_guard<std::mutex> lock(m_);
+                if (!error_) error_ = failed;
+            }
+            if (finished_.fetch_add(1, std::memory_order_acq_rel) + 1 == job.parts) {
+                std::lock_guard<std::mutex> lock(m_);
+                done_.notify_one();
+            }
+        }
+    }
+
+    void serve() {
         insideSlice = true;
-        unsigned long long seen = 0;
-        auto fresh = [&] { return generation_.load(std::memory_order_acquire) != seen; };
+        std::uint32_t seen = 0;
+        auto fresh = [&] { return claim_.load(std::memory_order_acquire) >> 32 != seen; };
         for (;;) {
             if (!spinUntil(fresh)) {
                 std::unique_lock<std::mutex> lock(m_);
                 wake_.wait(lock, fresh);
             }
-            // The job and its number are read together under the lock: a helper that a job did not
-            // need may come late, when the next job is already set.
             Job job;
             {
                 std::lock_guard<std::mutex> lock(m_);
-                seen = generation_.load(std::memory_order_relaxed);
+                seen = generation_;
                 job = job_;
             }
-            if (index >= job.parts) continue;
-            std::exception_ptr failed;
-            try {
-                job.slice(index);
-            } catch (...) {
-                failed = std::current_exception();
-            }
-            std::lock_guard<std::mutex> lock(m_);
-            if (failed && !error_) error_ = failed;
-            if (pending_.fetch_sub(1, std::memory_order_acq_rel) == 1) done_.notify_one();
+            work(job, seen);
         }
     }
 
@@ -140,10 +159,11 @@ class Helpers {
     std::mutex m_;
     std::condition_variable wake_, done_;
     std::vector<std::thread> threads_;
-    std::atomic<unsigned long long> generation_{0};
-    std::atomic<int> pending_{0};
-    Job job_;
-    std::exception_ptr error_;
+    std::uint32_t generation_ = 0; // under m_
+    Job job_;                      // under m_
+    std::exception_ptr error_;     // under m_; read by the caller once every slice has finished
+    std::atomic<std::uint64_t> claim_{0};
+    std::atomic<int> finished_{0};
 };
 
 // The helpers live as long as the process: they wait on a condition and are never joined, so no
