@@ -19,6 +19,10 @@
 #include <cstring>
 #include <vector>
 
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#endif
+
 namespace krl {
 
 namespace {
@@ -88,6 +92,36 @@ KRL_CELL_LOOP void takeMasked(u8* __restrict p, const u8* __restrict from, const
     for (int x = 0; x < n; ++x)
         p[x] = static_cast<u8>((p[x] & ~mask[x]) | (from[x] & mask[x]));
 }
+
+#if defined(__x86_64__) || defined(__i386__)
+bool shufflesAvailable() {
+    static const bool yes = __builtin_cpu_supports("ssse3") != 0;
+    return yes;
+}
+
+// Sixteen bytes at a time: each byte's band (v >> halvings, at most 15 here) picks its tone from the
+// table with one shuffle. Returns the cells done; the rest are left to posterizeRow.
+__attribute__((target("ssse3"))) int posterizeShuffled(u8* p, int n, int halvings, const u8* tone) {
+    const __m128i table = _mm_loadu_si128(reinterpret_cast<const __m128i*>(tone));
+    const __m128i count = _mm_cvtsi32_si128(halvings);
+    const __m128i keep =
+        _mm_set1_epi8(static_cast<char>(0xFF >> halvings)); // bits shifted in from the next byte go
+    int x = 0;
+    for (; x + 16 <= n; x += 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + x));
+        const __m128i band = _mm_and_si128(_mm_srl_epi16(v, count), keep);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + x), _mm_shuffle_epi8(table, band));
+    }
+    return x;
+}
+#else
+bool shufflesAvailable() {
+    return false;
+}
+int posterizeShuffled(u8*, int, int, const u8*) {
+    return 0;
+}
+#endif
 
 } // namespace
 
@@ -233,7 +267,15 @@ void Posterize(Plane& AR, Plane& AG, Plane& AB, int level, int w, int h) {
     // numerator is exact, and a quotient just below a whole number misses it by at least 1 / d, far
     // more than the division's rounding, so truncation gives the integer division's result.
     const int d = (256 >> halvings) - 1;
-    eachPlane(AR, AG, AB, e, [halvings, d](u8* p, int n) { posterizeRow(p, n, halvings, d); });
+    // Sixteen tones or fewer (the dialogs' strengths) fit one byte shuffle: the band is the index.
+    std::array<u8, 16> tone{};
+    for (int band = 0; band <= d && band < 16; ++band)
+        tone[static_cast<std::size_t>(band)] = static_cast<u8>((band * 255 + d / 2) / d);
+    const bool shuffled = d < 16 && shufflesAvailable();
+    eachPlane(AR, AG, AB, e, [halvings, d, shuffled, &tone](u8* p, int n) {
+        const int done = shuffled ? posterizeShuffled(p, n, halvings, tone.data()) : 0;
+        posterizeRow(p + done, n - done, halvings, d);
+    });
 }
 
 // Adds level to every byte, held at 255; a negative level subtracts, held at 0.
