@@ -42,12 +42,6 @@ host::Picture softRun(const host::Picture& frame, int rounds) {
 
 class Sketch : public FilterTest {};
 
-TEST_F(Sketch, TheLineStrengthCannotGoBelow128) {
-    auto* line = ctl<QSlider>(open("frmSketchHard"), "slider_LineStr");
-    line->setValue(0);
-    EXPECT_EQ(line->value(), 128);
-}
-
 TEST_F(Sketch, SoftPreviewBlursHalfTheRoundsOfTheRunAndTakesTheHostsUndo) {
     panel::FormBase* f = open("frmSketchSoft");
     EXPECT_EQ(wrongPixels(f, softPreview(frames[0], 1)), 0);
