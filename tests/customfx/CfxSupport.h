@@ -9,18 +9,14 @@
 
 namespace kirrel::test {
 
-inline std::string cfxHeaderBytes(int type, const std::string& title30, int frames, int w, int h,
-                                  std::initializer_list<int> keys) {
-    std::string out = le16(type) + title30 + le16(frames) + le16(w) + le16(h);
-    for (int k : keys)
-        out += static_cast<char>(k);
-    return out;
-}
-
+// A Type 1 file: type, title, frame count, bounds, the two keys, then the frames.
 inline std::string cfxBytes(const std::string& title30, const std::vector<host::Picture>& frames,
                             std::initializer_list<int> keys) {
-    std::string out = cfxHeaderBytes(1, title30, static_cast<int>(frames.size()), frames.front().width(),
-                                     frames.front().height(), keys);
+    std::string out =
+        le16(1) + title30 +
+        int16le({static_cast<int>(frames.size()), frames.front().width(), frames.front().height()});
+    for (int k : keys)
+        out += static_cast<char>(k);
     for (const auto& p : frames)
         out += bytesOf(p);
     return out;

@@ -71,15 +71,18 @@ TEST_P(BitmapWriter, HeaderPaddedBottomUpRowsAndTheRidingColumnLeftOut) {
         ASSERT_EQ(f.size(), 54u + 3u * row);
         EXPECT_EQ(f[0], 'B');
         EXPECT_EQ(f[1], 'M');
-        EXPECT_EQ(le(f, 2), static_cast<int>(f.size()));
-        EXPECT_EQ(le(f, 10), 54);
-        EXPECT_EQ(le(f, 14), 40);
-        EXPECT_EQ(le(f, 18), w);
-        EXPECT_EQ(le(f, 22), 3);
-        EXPECT_EQ(le(f, 26, 2), 1);
-        EXPECT_EQ(le(f, 28, 2), 24);
-        EXPECT_EQ(le(f, 30), 0);
-        EXPECT_EQ(le(f, 46), 0) << "no palette";
+        // Size, offset, header size, width, height, planes, depth, no compression, no palette.
+        const int header[][3] = {{2, 4, static_cast<int>(f.size())},
+                                 {10, 4, 54},
+                                 {14, 4, 40},
+                                 {18, 4, w},
+                                 {22, 4, 3},
+                                 {26, 2, 1},
+                                 {28, 2, 24},
+                                 {30, 4, 0},
+                                 {46, 4, 0}};
+        for (const auto& [at, bytes, value] : header)
+            EXPECT_EQ(le(f, static_cast<std::size_t>(at), bytes), value) << "at " << at;
         // The first stored row is y = 2; pixels are blue, green, red; the padding is zero.
         for (int stored = 0; stored < 3; ++stored) {
             const std::uint8_t* bytes = f.data() + 54 + stored * row;

@@ -179,12 +179,6 @@ TEST_F(HostWindowTest, StopAnimationStopsPlayback) {
     van.Van_Unlock();
 }
 
-} // namespace
-} // namespace kirrel::test
-
-namespace kirrel::test {
-namespace {
-
 TEST_F(HostWindowTest, ClosingTheHostEndsTheProgramThroughThePanel) {
     int endings = 0;
     setProgramEndHandler([&] { ++endings; });

@@ -29,8 +29,6 @@ class Skin : public HostTest {
 
 TEST_F(Skin, DefaultsApplyWithoutSettings) {
     const panel::SkinSettings s = panel::readSkinSettings();
-    EXPECT_EQ(s.textboxFill, 0x665555u);
-    EXPECT_EQ(s.textboxText, 0x88EEFFu);
     EXPECT_EQ(s.buttonFill, 0xC0C0C0u);
     EXPECT_FALSE(s.borderlessButtons);
     // Packed red-low: 0x665555 is red 0x55, green 0x55, blue 0x66.

@@ -47,16 +47,13 @@ class DiskFault : public HostTest {
     HostSnapshot before{};
 };
 
-TEST_F(DiskFault, SlotSaveOnAFullDiskIsReportedAndTheAnimationStays) {
-    fullDiskAt("/AnimSlot 0.dat");
-    expectError([] { stored::SaveAnimToSlot(0); }, "AnimSlot 0.dat could not be written (is the disk full?)");
-    EXPECT_EQ(HostSnapshot::of(host()).pictures, before.pictures);
-}
-
-TEST_F(DiskFault, UndoSaveOnAFullDiskIsReportedAndTheAnimationStays) {
+TEST_F(DiskFault, SlotAndUndoSavesOnAFullDiskAreReportedAndTheAnimationStays) {
     fullDiskAt(stored::kAnimUndoName);
     expectError([] { stored::QuickSave(); }, "AnimUndo.dat could not be written (is the disk full?)");
     EXPECT_EQ(HostSnapshot::of(host()), before);
+    fullDiskAt("/AnimSlot 0.dat");
+    expectError([] { stored::SaveAnimToSlot(0); }, "AnimSlot 0.dat could not be written (is the disk full?)");
+    EXPECT_EQ(HostSnapshot::of(host()).pictures, before.pictures);
 }
 
 TEST_F(DiskFault, ATemporaryFolderThatIsAFileRefusesEverySave) {

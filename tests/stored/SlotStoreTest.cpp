@@ -6,8 +6,6 @@
 #include "stored/StoredSupport.h"
 #include "stored/Thumbnail.h"
 
-#include <QFile>
-
 namespace kirrel::test {
 namespace {
 
@@ -61,13 +59,6 @@ TEST_F(SlotStore, ShorterSaveLeavesTheOldTailAndReadersStopAtTheHeader) {
     host().loadAnimation(patternFrames(7, 2, 2, 1));
     LoadAnimFromSlot(1);
     EXPECT_EQ(HostSnapshot::of(host()).pictures, shorter);
-}
-
-TEST_F(SlotStore, SaveWithoutAnimationIsRefusedAndTouchesNoFile) {
-    host().loadStill(patternPicture(4, 4, 0));
-    SaveAnimToSlot(0);
-    EXPECT_EQ(trace, seq("Van_GetTotalFrames(); Van_MessageBox(\"No Animation in memory!\")"));
-    EXPECT_FALSE(QFile::exists(QString::fromStdString(slotPath(0))));
 }
 
 TEST_F(SlotStore, LoadRebuildsTheStoredAnimationAtItsOwnSizeAndLeavesTheSlotAsItWas) {

@@ -21,12 +21,6 @@ class Splice : public FormTest {
         writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), slot)),
                   slotBytes(static_cast<int>(frames.size()), frames));
     }
-    std::vector<host::Picture> frames() const {
-        std::vector<host::Picture> out;
-        for (int i = 0; i < host().totalFrames(); ++i)
-            out.push_back(host().framePicture(i));
-        return out;
-    }
 };
 
 // --- Combine -------------------------------------------------------------------------------------
@@ -79,7 +73,7 @@ TEST_P(CombinePlacement, GivesTheHostsFramesWithTheStoredOnesInTheirPlace) {
     ASSERT_EQ(host().totalFrames(), 15);
     EXPECT_EQ(host().bufferWidth(), 12);
     EXPECT_EQ(host().bufferHeight(), 8);
-    const auto got = frames();
+    const auto got = HostSnapshot::of(host()).pictures;
     for (int i = 0; i < 15; ++i)
         EXPECT_TRUE(got[i] == expected[i]) << "frame " << i;
     auto* list = static_cast<QComboBox*>(form->control("cboSelectFrame"));

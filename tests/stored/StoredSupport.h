@@ -12,7 +12,7 @@
 namespace kirrel::test {
 
 inline std::string le16(int v) {
-    return {static_cast<char>(v & 255), static_cast<char>((v >> 8) & 255)};
+    return int16le({v});
 }
 
 inline std::string bytesOf(const krl::Plane& p) {

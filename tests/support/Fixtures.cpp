@@ -5,14 +5,7 @@
 #include <QDir>
 #include <QJsonArray>
 
-#include <cstdint>
-
 namespace kirrel::test {
-
-int int16At(const std::string& bytes, std::size_t i) {
-    return static_cast<std::int16_t>(static_cast<unsigned char>(bytes.at(i)) |
-                                     (static_cast<unsigned char>(bytes.at(i + 1)) << 8));
-}
 
 std::string flatSlotBytes(int n, int w, int h, char value) {
     std::string bytes = int16le({n, w, h});
@@ -61,12 +54,7 @@ std::vector<host::Picture> ScriptTest::dumped(const QString& dump) const {
 }
 
 int ScriptTest::red(const QString& dump, int f, int x, int y) const {
-    const std::string bytes = readFile(at(dump + "/animation.dat"));
-    const std::size_t w = static_cast<std::size_t>(int16At(bytes, 2)) + 1;
-    const std::size_t h = static_cast<std::size_t>(int16At(bytes, 4)) + 1;
-    return static_cast<unsigned char>(bytes.at(6 + static_cast<std::size_t>(f) * 3 * w * h +
-                                               static_cast<std::size_t>(y) * w +
-                                               static_cast<std::size_t>(x)));
+    return dumped(dump).at(static_cast<std::size_t>(f)).r.at(x, y);
 }
 
 void ScriptTest::writeSlot(int slot, int n, int w, int h) const {

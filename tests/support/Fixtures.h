@@ -15,8 +15,6 @@
 
 namespace kirrel::test {
 
-// The signed little-endian 16-bit number at byte i.
-int int16At(const std::string& bytes, std::size_t i);
 // A slot file of n frames of bounds w x h, every byte `value`.
 std::string flatSlotBytes(int n, int w, int h, char value = '\x40');
 // Copies pixel (sx, sy) of `from` to (x, y) of `to`, all three planes.

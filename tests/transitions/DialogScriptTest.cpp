@@ -2,11 +2,12 @@
 // refusals, the order of an Apply, the lists for a stored source, and every variant of the wipe, fade,
 // moving, pattern, stripe and block dialogs in all four shapes.
 
-#include "support/Support.h"
-#include "transitions/EveryShapeScript.h"
+#include "support/Fixtures.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -187,36 +188,82 @@ const QStringList kPatternSources =
 const QStringList kTwoSources = split(
     "Swap|Primary Color|Stored Animation #1|Stored Animation #2|Stored Animation #3|Stored Animation #4");
 
+QJsonObject setStep(const QString& control, const char* key, const QJsonValue& value) {
+    return QJsonObject{{"set", QJsonObject{{"control", control}, {key, value}}}};
+}
+
+// The session every dialog is put through, on a host of five 16 x 12 frames and a slot of six flat
+// frames: each variant, in each direction, an Apply per plain source, then two with the first slot.
+// When the first splice has lengthened the animation the second Apply only tells so; otherwise it
+// splices once more, to the same length.
 class EveryVariant : public DialogScript, public testing::WithParamInterface<ShapeCase> {};
 
 TEST_P(EveryVariant, RunsInAllFourShapes) {
     const ShapeCase& c = GetParam();
-    QJsonArray emptySlot;
-    if (*c.slotEmpty)
-        emptySlot = {
-            QJsonObject{{"set", QJsonObject{{"control", c.sourceList}, {"text", "Stored Animation #3"}}}},
-            QJsonObject{{"click", "cmd_Run"}}};
-    const EveryShapeRun r = playEveryShape(
-        dir.path(),
-        {c.plugin, c.form, c.variantControl, std::max(c.variants, 1), split(c.plain), c.sourceList}, c.slotW,
-        c.slotH, emptySlot);
-    expectEveryShapeRan(r, *c.slotEmpty ? 1 : 0);
-    if (*c.slotEmpty) {
-        EXPECT_EQ(dialogTexts(r.end).front(), c.slotEmpty);
+    constexpr int kSlotFrames = 6;
+    writeFile(at("tmp/AnimSlot 0.dat"), flatSlotBytes(kSlotFrames, c.slotW, c.slotH));
+    const QJsonObject apply{{"click", "cmd_Run"}};
+    QJsonArray steps{QJsonObject{{"open", c.plugin}}};
+    if (*c.slotEmpty) { // an Apply on an empty slot first, whose words differ between dialogs
+        steps.append(setStep(c.sourceList, "text", "Stored Animation #3"));
+        steps.append(apply);
     }
-    EXPECT_EQ(formCaption(r.end, c.form), c.caption);
-    const QStringList sources = listItems(r.end, c.form, c.sourceList);
+    int total = 5, told = 0;
+    const QString variantControl = c.variantControl;
+    for (int v = 0; v < std::max(c.variants, 1); ++v) {
+        if (variantControl.contains("%1"))
+            steps.append(setStep(variantControl.arg(v), "value", true));
+        else if (!variantControl.isEmpty())
+            steps.append(setStep(variantControl, "index", v));
+        for (int direction = 0; direction < 2; ++direction) {
+            for (const QString& source : split(c.plain)) {
+                steps.append(setStep(c.sourceList, "text", source));
+                steps.append(apply);
+            }
+            steps.append(setStep(c.sourceList, "text", "Stored Animation #1"));
+            steps.append(apply);
+            steps.append(apply);
+            steps.append(QJsonObject{{"click", "lblToggle"}});
+        }
+        // ToStored from the first Start offered (N - 6, or 0 when the slot is longer): Start + 6
+        // frames. FromStored from the first End offered (2): 6 - 3 frames go in front.
+        const int start = std::max(total - kSlotFrames, 0);
+        told += (start + kSlotFrames != total) + 1;
+        total = start + kSlotFrames + (kSlotFrames - 3);
+    }
+    steps.append(QJsonObject{{"dump", "end"}});
+    const QJsonObject script{
+        {"host", QJsonObject{{"temp_dir", "tmp"}, {"size", QJsonArray{16, 12}}, {"frames", 5}}},
+        {"steps", steps}};
+    const RunResult r = run(QJsonDocument(script).toJson().toStdString());
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject end = state("end");
+    EXPECT_EQ(end["total_frames"].toInt(), total);
+    const auto texts = dialogTexts(end);
+    EXPECT_EQ(std::count(texts.begin(), texts.end(), "Animation Size Changed. Settings updated."), told);
+    EXPECT_EQ(texts.size(), static_cast<std::size_t>(told + (*c.slotEmpty ? 1 : 0)))
+        << "no refusal, no error";
+    if (*c.slotEmpty) {
+        EXPECT_EQ(texts.front(), c.slotEmpty);
+    }
+    EXPECT_FALSE(end["locked"].toBool());
+    const auto trace = traceLines();
+    EXPECT_GE(std::count(trace.begin(), trace.end(), "Van_Unlock()"),
+              std::count(trace.begin(), trace.end(), "Van_Lock()"));
+
+    EXPECT_EQ(formCaption(end, c.form), c.caption);
+    const QStringList sources = listItems(end, c.form, c.sourceList);
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");
     if (std::string(c.sourceList) == "cboTransitions") {
         EXPECT_EQ(sources, c.sources == 14 ? kPatternSources : kTwoSources);
     }
     if (*c.variantItems) {
-        EXPECT_EQ(listItems(r.end, c.form, c.variantControl), split(c.variantItems));
-        EXPECT_EQ(formControl(r.end, c.form, c.variantControl)["index"].toInt(), c.variants - 1);
+        EXPECT_EQ(listItems(end, c.form, c.variantControl), split(c.variantItems));
+        EXPECT_EQ(formControl(end, c.form, c.variantControl)["index"].toInt(), c.variants - 1);
     }
     for (const QString& control : split(c.absent))
-        EXPECT_TRUE(formControl(r.end, c.form, control).isEmpty()) << control.toStdString();
+        EXPECT_TRUE(formControl(end, c.form, control).isEmpty()) << control.toStdString();
 }
 
 // The moving dialogs run from a filtered copy of the frame as well, where they offer one.

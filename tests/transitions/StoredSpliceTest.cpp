@@ -32,21 +32,19 @@ TEST_F(StoredSplice, ToStoredInsertsTheRestWithoutProgressAndLetsGoOfTheLock) {
     EXPECT_TRUE(calls("van_status").empty()) << "stored runs show no progress";
 }
 
-TEST_F(StoredSplice, ToStoredWithTheSlotJustCoveringTheTailInsertsNothing) {
+// A slot that just covers the tail (To), or whose frames all meet the animation (From, Extra 0).
+TEST_F(StoredSplice, ASlotThatJustFitsInsertsNothing) {
     load(5, 8, 6);
-    const auto slot = writeSlot(0, 4, 8, 6);
+    const auto tail = writeSlot(0, 4, 8, 6);
     Wipe2RightToStored(1, 0);
     EXPECT_EQ(host().totalFrames(), 5);
-    EXPECT_EQ(frame(4), slot[3]);
+    EXPECT_EQ(frame(4), tail[3]);
     EXPECT_TRUE(calls("Van_InsertFrame").empty());
-}
-
-TEST_F(StoredSplice, FromStoredWithExtraZeroReplacesFrameZero) {
     load(4, 8, 6);
-    const auto slot = writeSlot(3, 3, 8, 6);
+    const auto front = writeSlot(3, 3, 8, 6);
     Wipe2BottomFromStored(2, 3);
     EXPECT_EQ(host().totalFrames(), 4);
-    EXPECT_EQ(frame(0), slot[0]);
+    EXPECT_EQ(frame(0), front[0]);
     EXPECT_EQ(frame(2), original[2]);
     EXPECT_TRUE(calls("Van_InsertFrame").empty());
 }

@@ -1,8 +1,7 @@
 // The stripe dialogs, Threshold Mask and Block Out as a user meets them through session scripts: the
 // stripe sizes and their labels, and the refusals.
 
-#include "support/Support.h"
-#include "transitions/EveryShapeScript.h"
+#include "support/Fixtures.h"
 
 #include <QJsonObject>
 
