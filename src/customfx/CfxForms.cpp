@@ -2,7 +2,6 @@
 
 #include "customfx/CfxFile.h"
 #include "customfx/CustomFX.h"
-#include "panel/ButtonRow.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -120,11 +119,13 @@ frmCFXPlayer::frmCFXPlayer() : FormBase("frmCFXPlayer", "Kirrel - CustomFX Playe
     outer->setSpacing(10);
     Label1_ = helpLabel(makeLabel("Label1", kPlayerHelp));
     outer->addWidget(Label1_);
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
-    cmdRun_ = makeButton("cmd_Run", "Apply CFX", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row = makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
+                                      [this] { closeDialog(); }, "Apply CFX");
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
     setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
 }
 

@@ -64,14 +64,10 @@ FilterForm::FilterForm(const FilterTraits& traits)
     parameters_->setSpacing(6);
     left->addLayout(parameters_);
 
-    auto* direction = new QHBoxLayout;
-    optCurrent_ = makeOption("optDirection(0)", "Current Frame");
-    optMultiple_ = makeOption("optDirection(1)", "Multiple Frames");
-    optCurrent_->setChecked(true);
-    direction->addWidget(optCurrent_);
-    direction->addWidget(optMultiple_);
-    direction->addStretch(1);
-    left->addLayout(direction);
+    const FrameChoice choice = makeFrameChoice();
+    optCurrent_ = choice.optCurrent;
+    optMultiple_ = choice.optMultiple;
+    left->addLayout(choice.layout);
 
     const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
     lblKeyIn_ = range.lblKeyIn;
@@ -86,17 +82,13 @@ FilterForm::FilterForm(const FilterTraits& traits)
     }
     left->addStretch(1);
 
-    auto* buttons = new QHBoxLayout;
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    buttons->addWidget(chkUndoSave_);
-    buttons->addWidget(cmdUndo_);
-    buttons->addStretch(1);
-    buttons->addWidget(cmdRun_);
-    buttons->addWidget(cmdCancel_);
-    left->addLayout(buttons);
+    const ApplyRow row =
+        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    left->addLayout(row.layout);
     outer->addLayout(left, 1);
 
     // The preview: the box is the work surface the planes are drawn into, the image keeps what was

@@ -1,7 +1,6 @@
 #include "generators/FrameToolForms.h"
 
 #include "generators/FrameTools.h"
-#include "panel/ButtonRow.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
@@ -83,11 +82,13 @@ FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
     outer->addLayout(frames);
     resetLabels();
 
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { stored::cmdUndoClick(cmdUndo_); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row = makeApplyRow([this] { stored::cmdUndoClick(cmdUndo_); }, [this] { cmd_Run_Click(); },
+                                      [this] { closeDialog(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 
@@ -154,11 +155,13 @@ frmPingPong::frmPingPong() : FormBase("frmPingPong", "Kirrel-Ping Pong Animation
     description_->setWordWrap(true);
     description_->setMargin(5);
     outer->addWidget(description_);
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { stored::cmdUndoClick(cmdUndo_); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row = makeApplyRow([this] { stored::cmdUndoClick(cmdUndo_); }, [this] { cmd_Run_Click(); },
+                                      [this] { closeDialog(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 

@@ -47,11 +47,13 @@ GeneratorForm::GeneratorForm(const GeneratorTraits& traits)
     outer->addLayout(range.layout);
     outer->addStretch(1);
 
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row =
+        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
 }
 
 void GeneratorForm::finishLayout() {

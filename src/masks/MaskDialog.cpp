@@ -1,6 +1,5 @@
 #include "masks/MaskDialog.h"
 
-#include "panel/ButtonRow.h"
 #include "panel/FrameLists.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
@@ -52,14 +51,10 @@ MaskDialog::MaskDialog(const MaskDialogTraits& traits, const QStringList& source
     outer->addLayout(extra_);
 
     if (traits_.frameChoice) {
-        auto* direction = new QHBoxLayout;
-        optCurrent_ = makeOption("optDirection(0)", "Current Frame");
-        optMultiple_ = makeOption("optDirection(1)", "Multiple Frames");
-        optCurrent_->setChecked(true);
-        direction->addWidget(optCurrent_);
-        direction->addWidget(optMultiple_);
-        direction->addStretch(1);
-        outer->addLayout(direction);
+        const FrameChoice choice = makeFrameChoice();
+        optCurrent_ = choice.optCurrent;
+        optMultiple_ = choice.optMultiple;
+        outer->addLayout(choice.layout);
     }
 
     const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
@@ -70,11 +65,13 @@ MaskDialog::MaskDialog(const MaskDialogTraits& traits, const QStringList& source
     outer->addLayout(range.layout);
     outer->addStretch(1);
 
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row =
+        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
 }
 
 void MaskDialog::finishLayout() {

@@ -1,6 +1,7 @@
 #include "panel/FormBase.h"
 
 #include "host/HostState.h"
+#include "panel/ButtonRow.h"
 #include "panel/EventGuard.h"
 #include "panel/Panel.h"
 
@@ -9,6 +10,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
@@ -242,6 +244,25 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
 
 void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
     validators_[control] = std::move(handler);
+}
+
+FormBase::ApplyRow FormBase::makeApplyRow(std::function<void()> onUndo, std::function<void()> onRun,
+                                          std::function<void()> onDone, const QString& runCaption) {
+    ApplyRow r{makeCheck("chkUndoSave", "Save Undo"), makeButton("cmdUndo", "Undo", std::move(onUndo)),
+               makeButton("cmd_Run", runCaption, std::move(onRun)),
+               makeButton("cmdCancel", "Done", std::move(onDone)), nullptr};
+    r.layout = buttonRow(r.chkUndoSave, r.cmdUndo, r.cmdRun, r.cmdCancel);
+    return r;
+}
+
+FormBase::FrameChoice FormBase::makeFrameChoice() {
+    FrameChoice c{makeOption("optDirection(0)", "Current Frame"),
+                  makeOption("optDirection(1)", "Multiple Frames"), new QHBoxLayout};
+    c.optCurrent->setChecked(true);
+    c.layout->addWidget(c.optCurrent);
+    c.layout->addWidget(c.optMultiple);
+    c.layout->addStretch(1);
+    return c;
 }
 
 FormBase::FrameRange FormBase::makeFrameRange(std::function<void(bool start)> onLeft) {

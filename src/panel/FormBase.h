@@ -15,6 +15,7 @@
 
 class QAbstractSlider;
 class QGridLayout;
+class QHBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -90,6 +91,24 @@ class FormBase : public QWidget {
         QGridLayout* layout;
     };
     FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
+    // The effect dialogs' bottom row: "Save Undo" and "Undo" on the left, the run button and "Done"
+    // on the right.
+    struct ApplyRow {
+        QCheckBox* chkUndoSave;
+        QPushButton* cmdUndo;
+        QPushButton* cmdRun;
+        QPushButton* cmdCancel;
+        QHBoxLayout* layout;
+    };
+    ApplyRow makeApplyRow(std::function<void()> onUndo, std::function<void()> onRun,
+                          std::function<void()> onDone, const QString& runCaption = QStringLiteral("Apply"));
+    // "Current Frame" or "Multiple Frames", the current frame chosen.
+    struct FrameChoice {
+        QRadioButton* optCurrent;
+        QRadioButton* optMultiple;
+        QHBoxLayout* layout;
+    };
+    FrameChoice makeFrameChoice();
     // When Start has passed End, the list just left stays and the other one is pulled along.
     static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
     // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.

@@ -1,6 +1,5 @@
 #include "stored/SpliceDialog.h"
 
-#include "panel/ButtonRow.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -47,11 +46,13 @@ SpliceDialog::SpliceDialog(const QString& name, const QString& caption, const QS
     outer->addLayout(options_);
     outer->addStretch(1);
 
-    chkUndoSave_ = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo_ = makeButton("cmdUndo", "Undo", [this] { cmdUndo_Click(); });
-    cmdRun_ = makeButton("cmd_Run", "Apply", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { cmdCancel_Click(); });
-    outer->addLayout(panel::buttonRow(chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_));
+    const ApplyRow row =
+        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
+    chkUndoSave_ = row.chkUndoSave;
+    cmdUndo_ = row.cmdUndo;
+    cmdRun_ = row.cmdRun;
+    cmdCancel_ = row.cmdCancel;
+    outer->addLayout(row.layout);
 }
 
 void SpliceDialog::finishLayout() {
