@@ -119,13 +119,9 @@ frmCFXPlayer::frmCFXPlayer() : FormBase("frmCFXPlayer", "Kirrel - CustomFX Playe
     outer->setSpacing(10);
     Label1_ = helpLabel(makeLabel("Label1", kPlayerHelp));
     outer->addWidget(Label1_);
-    const ApplyRow row = makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
-                                      [this] { closeDialog(); }, "Apply CFX");
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    outer->addLayout(row.layout);
+    outer->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
+        [this] { closeDialog(); }, "Apply CFX"));
     setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
 }
 

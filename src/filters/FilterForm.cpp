@@ -82,13 +82,9 @@ FilterForm::FilterForm(const FilterTraits& traits)
     }
     left->addStretch(1);
 
-    const ApplyRow row =
-        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    left->addLayout(row.layout);
+    left->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
+        [this] { cmdCancel_Click(); }));
     outer->addLayout(left, 1);
 
     // The preview: the box is the work surface the planes are drawn into, the image keeps what was

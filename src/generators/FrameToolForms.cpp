@@ -82,13 +82,9 @@ FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
     outer->addLayout(frames);
     resetLabels();
 
-    const ApplyRow row = makeApplyRow([this] { stored::cmdUndoClick(cmdUndo_); }, [this] { cmd_Run_Click(); },
-                                      [this] { closeDialog(); });
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    outer->addLayout(row.layout);
+    outer->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { stored::cmdUndoClick(cmdUndo_); },
+        [this] { cmd_Run_Click(); }, [this] { closeDialog(); }));
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 
@@ -155,13 +151,9 @@ frmPingPong::frmPingPong() : FormBase("frmPingPong", "Kirrel-Ping Pong Animation
     description_->setWordWrap(true);
     description_->setMargin(5);
     outer->addWidget(description_);
-    const ApplyRow row = makeApplyRow([this] { stored::cmdUndoClick(cmdUndo_); }, [this] { cmd_Run_Click(); },
-                                      [this] { closeDialog(); });
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    outer->addLayout(row.layout);
+    outer->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { stored::cmdUndoClick(cmdUndo_); },
+        [this] { cmd_Run_Click(); }, [this] { closeDialog(); }));
     setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
 }
 

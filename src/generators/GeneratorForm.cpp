@@ -47,13 +47,9 @@ GeneratorForm::GeneratorForm(const GeneratorTraits& traits)
     outer->addLayout(range.layout);
     outer->addStretch(1);
 
-    const ApplyRow row =
-        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    outer->addLayout(row.layout);
+    outer->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
+        [this] { cmdCancel_Click(); }));
 }
 
 void GeneratorForm::finishLayout() {

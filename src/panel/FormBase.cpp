@@ -246,13 +246,15 @@ void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
     validators_[control] = std::move(handler);
 }
 
-FormBase::ApplyRow FormBase::makeApplyRow(std::function<void()> onUndo, std::function<void()> onRun,
-                                          std::function<void()> onDone, const QString& runCaption) {
-    ApplyRow r{makeCheck("chkUndoSave", "Save Undo"), makeButton("cmdUndo", "Undo", std::move(onUndo)),
-               makeButton("cmd_Run", runCaption, std::move(onRun)),
-               makeButton("cmdCancel", "Done", std::move(onDone)), nullptr};
-    r.layout = buttonRow(r.chkUndoSave, r.cmdUndo, r.cmdRun, r.cmdCancel);
-    return r;
+QHBoxLayout* FormBase::makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
+                                    QPushButton*& cmdCancel, std::function<void()> onUndo,
+                                    std::function<void()> onRun, std::function<void()> onDone,
+                                    const QString& runCaption) {
+    chkUndoSave = makeCheck("chkUndoSave", "Save Undo");
+    cmdUndo = makeButton("cmdUndo", "Undo", std::move(onUndo));
+    cmdRun = makeButton("cmd_Run", runCaption, std::move(onRun));
+    cmdCancel = makeButton("cmdCancel", "Done", std::move(onDone));
+    return buttonRow(chkUndoSave, cmdUndo, cmdRun, cmdCancel);
 }
 
 FormBase::FrameChoice FormBase::makeFrameChoice() {

@@ -92,16 +92,11 @@ class FormBase : public QWidget {
     };
     FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
     // The effect dialogs' bottom row: "Save Undo" and "Undo" on the left, the run button and "Done"
-    // on the right.
-    struct ApplyRow {
-        QCheckBox* chkUndoSave;
-        QPushButton* cmdUndo;
-        QPushButton* cmdRun;
-        QPushButton* cmdCancel;
-        QHBoxLayout* layout;
-    };
-    ApplyRow makeApplyRow(std::function<void()> onUndo, std::function<void()> onRun,
-                          std::function<void()> onDone, const QString& runCaption = QStringLiteral("Apply"));
+    // on the right. The controls are made into the given members; the row is returned.
+    QHBoxLayout* makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
+                              QPushButton*& cmdCancel, std::function<void()> onUndo,
+                              std::function<void()> onRun, std::function<void()> onDone,
+                              const QString& runCaption = QStringLiteral("Apply"));
     // "Current Frame" or "Multiple Frames", the current frame chosen.
     struct FrameChoice {
         QRadioButton* optCurrent;

@@ -124,13 +124,9 @@ TransitionForm::TransitionForm(const TransitionFamily& family)
     storedRow->setFixedHeight(storedPreview_->height());
     outer->addWidget(storedRow);
 
-    const ApplyRow row =
-        makeApplyRow([this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); }, [this] { cmdCancel_Click(); });
-    chkUndoSave_ = row.chkUndoSave;
-    cmdUndo_ = row.cmdUndo;
-    cmdRun_ = row.cmdRun;
-    cmdCancel_ = row.cmdCancel;
-    outer->addLayout(row.layout);
+    outer->addLayout(makeApplyRow(
+        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
+        [this] { cmdCancel_Click(); }));
 
     storedPreview_->hide();
     lblStoredDesc_->hide();
