@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QString>
 
+#include <cstdint>
+#include <string>
 #include <vector>
 
 namespace kirrel::host {
@@ -15,6 +17,22 @@ namespace kirrel::host {
 struct Animation {
     std::vector<Picture> frames; // empty for a still picture
     Picture still;               // the picture when there are no frames
+    // Milliseconds each frame stays on screen, one per frame; 0 where the file gave none (the host
+    // then uses its own rate). Empty when the file holds no timing at all.
+    std::vector<int> delays;
+    // The first frame's (or the still picture's) transparency, 255 opaque and 0 clear, with the
+    // pictures' bounds; empty when the file has no transparency anywhere.
+    krl::Plane alpha;
+    // Set when the file could be read only in part (it ends early or is damaged further on): says how
+    // many frames were read, for a status message. Empty for a whole file.
+    std::string note;
+};
+
+// How an image file's pixels become the host's pictures.
+struct ReadOptions {
+    // Transparent and partly transparent pixels are laid over this colour (packed like the host's
+    // colours), so they show the same in every frame whatever the file did with them.
+    std::uint32_t paper = 0xFFFFFF;
 };
 
 // int16 Frames, int16 W, int16 H, then R, G, B planes per frame; Frames 0 holds one still picture.
@@ -26,8 +44,10 @@ krl::Plane readPlaneDat(const QString& path);
 void writePictureDat(const QString& path, const Picture& p);
 void writePlaneDat(const QString& path, const krl::Plane& p);
 
-// A folder of images (sorted by name), an animated image, or a single image.
-Animation readAnimationFile(const QString& path);
+// A .dat animation, a folder of PNG frames, an animated file (GIF, APNG, WebP, MP4/WebM/MOV and
+// the like) or a single picture. A tool that is needed and missing, or a file that cannot be read,
+// throws std::runtime_error with a message for the user.
+Animation readAnimationFile(const QString& path, const ReadOptions& options = {});
 Picture readPictureFile(const QString& path); // .dat or an image
 krl::Plane readAlphaFile(const QString& path); // .dat or a grey image
 
