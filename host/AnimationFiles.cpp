@@ -278,7 +278,7 @@ QImage imageFromPlane(const krl::Plane& p) {
     return imageFromPicture(grey);
 }
 
-Animation readAnimationFile(const QString& path) {
+Animation readAnimationFile(const QString& path, const ReadOptions& /*options*/) {
     QFileInfo info(path);
     if (!info.exists()) throw fileError(path, "does not exist");
     if (isDat(path)) return readAnimationDat(path);
