@@ -41,16 +41,21 @@ FrameBar::FrameBar(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) 
 
     label_ = new QLabel(this);
     label_->setObjectName("frameLabel");
-    label_->setMinimumWidth(label_->fontMetrics().horizontalAdvance("Frame 00000 of 00000") + 8);
+    label_->setMinimumWidth(label_->fontMetrics().horizontalAdvance("Frame 00000 · 000000 ms") + 8);
     row->addWidget(label_);
+    count_ = new QLabel(this);
+    count_->setObjectName("frameCount");
+    count_->setForegroundRole(QPalette::PlaceholderText);
+    row->addWidget(count_);
 
-    fps_ = new QSpinBox(this);
-    fps_->setObjectName("frameRate");
-    fps_->setRange(1, 60);
-    fps_->setValue(12);
-    fps_->setSuffix(" fps");
-    fps_->setToolTip("Playback rate in frames per second");
-    row->addWidget(fps_);
+    delay_ = new QSpinBox(this);
+    delay_->setObjectName("frameDelay");
+    delay_->setRange(10, 655350);
+    delay_->setSingleStep(10);
+    delay_->setSuffix(" ms");
+    delay_->setKeyboardTracking(false);
+    delay_->setToolTip("How long the frame shown stays on screen when the animation plays");
+    row->addWidget(delay_);
 
     connect(first_, &QToolButton::clicked, this, [this] { emit frameRequested(0); });
     connect(last_, &QToolButton::clicked, this, [this] { emit frameRequested(total_ - 1); });
@@ -61,9 +66,14 @@ FrameBar::FrameBar(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) 
         updateLabel();
         emit frameRequested(v);
     });
-    connect(fps_, &QSpinBox::valueChanged, this, [this](int v) { timer_->setInterval(1000 / v); });
-    connect(timer_, &QTimer::timeout, this, [this] { step(1); });
-    timer_->setInterval(1000 / fps_->value());
+    connect(delay_, &QSpinBox::valueChanged, this, [this](int v) {
+        if (total_ > 0 && v != shownDelay()) emit delayEdited(slider_->value(), v);
+    });
+    timer_->setSingleShot(true);
+    connect(timer_, &QTimer::timeout, this, [this] {
+        step(1);
+        if (playing_) scheduleNext(); // the step may have stopped playback
+    });
     showFrames(0, 0);
 }
 
@@ -75,9 +85,8 @@ void FrameBar::showFrames(int position, int total) {
         slider_->setValue(std::clamp(position, 0, std::max(0, total_ - 1)));
     }
     const bool animated = total_ > 0;
-    for (QWidget* w :
-         {static_cast<QWidget*>(first_), static_cast<QWidget*>(prev_), static_cast<QWidget*>(next_),
-          static_cast<QWidget*>(last_), static_cast<QWidget*>(slider_)})
+    for (QWidget* w : {static_cast<QWidget*>(first_), static_cast<QWidget*>(prev_), static_cast<QWidget*>(next_),
+                       static_cast<QWidget*>(last_), static_cast<QWidget*>(slider_), static_cast<QWidget*>(delay_)})
         w->setEnabled(animated);
     playStop_->setEnabled(total_ > 1);
     if (total_ <= 1) stop();
@@ -88,9 +97,23 @@ int FrameBar::position() const {
     return slider_->value();
 }
 
+int FrameBar::shownDelay() const {
+    return delayOf && total_ > 0 ? delayOf(slider_->value()) : 0;
+}
+
 void FrameBar::updateLabel() {
-    label_->setText(total_ == 0 ? QStringLiteral("Still picture")
-                                : QString("Frame %1  ·  %2 frames").arg(slider_->value()).arg(total_));
+    if (total_ == 0) {
+        label_->setText(QStringLiteral("Still picture"));
+        count_->clear();
+        return;
+    }
+    const int delay = shownDelay();
+    label_->setText(QString("Frame %1 · %2 ms").arg(slider_->value()).arg(delay));
+    count_->setText(QString("of %1").arg(total_));
+    if (!delay_->hasFocus()) {
+        const QSignalBlocker block(delay_);
+        delay_->setValue(delay);
+    }
 }
 
 void FrameBar::step(int delta) {
@@ -98,28 +121,30 @@ void FrameBar::step(int delta) {
     emit frameRequested(((slider_->value() + delta) % total_ + total_) % total_);
 }
 
+// The frame on screen stays for its own delay; the next one is asked for when that has passed.
+void FrameBar::scheduleNext() {
+    if (total_ <= 1) return;
+    timer_->start(std::max(1, static_cast<int>(shownDelay() / speed_)));
+}
+
 void FrameBar::play() {
-    if (total_ <= 1 || timer_->isActive()) return;
-    timer_->start();
+    if (total_ <= 1 || playing_) return;
+    playing_ = true;
+    scheduleNext();
     playStop_->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
     emit playingChanged(true);
 }
 
 void FrameBar::stop() {
-    if (!timer_->isActive()) return;
+    if (!playing_) return;
+    playing_ = false;
     timer_->stop();
     playStop_->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
     emit playingChanged(false);
 }
 
 bool FrameBar::playing() const {
-    return timer_->isActive();
-}
-int FrameBar::framesPerSecond() const {
-    return fps_->value();
-}
-void FrameBar::setFramesPerSecond(int fps) {
-    fps_->setValue(fps);
+    return playing_;
 }
 
 } // namespace kirrel::host

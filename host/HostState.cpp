@@ -91,6 +91,8 @@ void HostState::insertFrame(long long n) {
     const bool append = n == totalFrames() - 1 && validFrame(current_);
     Picture copy = append ? frames_[static_cast<std::size_t>(current_)] : frames_[at];
     frames_.insert(frames_.begin() + static_cast<std::ptrdiff_t>(at) + 1, std::move(copy));
+    const int delay = delays_[append ? static_cast<std::size_t>(current_) : at];
+    delays_.insert(delays_.begin() + static_cast<std::ptrdiff_t>(at) + 1, delay);
     if (current_ > n) ++current_;
     changed();
 }
@@ -99,6 +101,7 @@ void HostState::deleteFrame(long long f) {
     if (!validFrame(f)) return;
     if (frames_.size() == 1) still_ = frames_.front();
     frames_.erase(frames_.begin() + static_cast<std::ptrdiff_t>(f));
+    delays_.erase(delays_.begin() + static_cast<std::ptrdiff_t>(f));
     if (current_ >= totalFrames()) current_ = std::max(0, totalFrames() - 1);
     changed();
 }
@@ -108,6 +111,7 @@ void HostState::createAnim(long long count) {
     count = std::min<long long>(count, kMaxFrames);
     Picture pic = mainPicture();
     frames_.assign(static_cast<std::size_t>(count), pic);
+    delays_.assign(static_cast<std::size_t>(count), kDefaultDelayMs);
     still_ = pic;
     current_ = 0;
     changed();
@@ -117,6 +121,7 @@ void HostState::newBuffer(long long w, long long h) {
     const int nw = static_cast<int>(std::clamp<long long>(w, 0, 32766));
     const int nh = static_cast<int>(std::clamp<long long>(h, 0, 32766));
     frames_.clear();
+    delays_.clear();
     current_ = 0;
     still_ = Picture::filled(nw, nh, 0xFFFFFF);
     fitExtrasToBuffer();
@@ -197,6 +202,24 @@ krl::Plane HostState::getLayer(Channel c, long long layer) const {
                     bufferHeight());
 }
 
+// --- timing ------------------------------------------------------------------------------------
+
+int HostState::frameDelay(int f) const {
+    return validFrame(f) ? delays_[static_cast<std::size_t>(f)] : kDefaultDelayMs;
+}
+
+void HostState::setFrameDelay(long long f, int ms) {
+    if (!validFrame(f)) return;
+    delays_[static_cast<std::size_t>(f)] = ms > 0 ? std::min(ms, kMaxDelayMs) : kDefaultDelayMs;
+    changed();
+}
+
+void HostState::setFrameDelays(const std::vector<int>& ms) {
+    for (std::size_t f = 0; f < delays_.size(); ++f)
+        delays_[f] = f < ms.size() && ms[f] > 0 ? std::min(ms[f], kMaxDelayMs) : kDefaultDelayMs;
+    changed();
+}
+
 // --- undo, progress ----------------------------------------------------------------------------
 
 void HostState::saveUndo() {
@@ -269,6 +292,15 @@ std::string HostState::requestFileSave(const std::string& title, const std::stri
     return f;
 }
 
+int HostState::confirmDiscard() {
+    if (!hasUnsavedChanges || !hasUnsavedChanges()) return 1;
+    const std::string text = "The animation has changes that have not been saved.\nDiscard them?";
+    dialogs_.push_back({"question", text, kBoxTitle, "null"});
+    const int a = answerer().discard(text, kBoxTitle);
+    dialogs_.back().answer = std::to_string(a);
+    return a;
+}
+
 std::optional<std::string> HostState::inputBox(const std::string& prompt, const std::string& title,
                                                const std::string& def) {
     dialogs_.push_back({"input", prompt, title, "null"});
@@ -293,13 +325,15 @@ void HostState::forgetForm(QWidget* form) {
 
 // --- set-up --------------------------------------------------------------------------------------
 
-void HostState::loadAnimation(std::vector<Picture> frames, int current) {
+void HostState::loadAnimation(std::vector<Picture> frames, int current, const std::vector<int>& delays) {
     if (frames.empty()) return;
     const int w = frames.front().width();
     const int h = frames.front().height();
     for (auto& f : frames)
         if (f.width() != w || f.height() != h) f = scalePicture(f, w, h);
     frames_ = std::move(frames);
+    delays_.assign(frames_.size(), kDefaultDelayMs);
+    setFrameDelays(delays);
     current_ = std::clamp(current, 0, totalFrames() - 1);
     still_ = frames_[static_cast<std::size_t>(current_)];
     fitExtrasToBuffer();
@@ -308,6 +342,7 @@ void HostState::loadAnimation(std::vector<Picture> frames, int current) {
 
 void HostState::loadStill(Picture p) {
     frames_.clear();
+    delays_.clear();
     current_ = 0;
     still_ = std::move(p);
     fitExtrasToBuffer();

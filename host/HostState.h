@@ -17,6 +17,9 @@
 // - Frame numbers outside 0..Total-1 are ignored by the writers; readers give a black plane.
 // - A plane of the wrong size handed to a Set call is cropped or padded with black to fit.
 // - Fresh alpha is fully opaque (255 everywhere).
+// - Every frame has a delay, the milliseconds it stays on screen when the animation plays. Frames the
+//   host makes itself (CreateAnim, a new buffer) get the animation's rate; an inserted frame copies
+//   the delay of the frame it copies.
 
 #include "host/DialogLog.h"
 #include "host/Picture.h"
@@ -61,6 +64,15 @@ class HostState {
     krl::Plane getFrame(Channel c, long long f) const;
     void setFrame(Channel c, const krl::Plane& p, long long f);
     krl::Plane getLayer(Channel c, long long layer) const;
+
+    // --- timing ---
+    static constexpr int kDefaultDelayMs = 100; // the animation's rate where nothing else is said
+    static constexpr int kMaxDelayMs = 655350;  // what a GIF's delay can hold
+    int frameDelay(int f) const;
+    const std::vector<int>& frameDelays() const { return delays_; }
+    void setFrameDelay(long long f, int ms);
+    // One delay per frame; missing entries, and 0 (no delay given), become the animation's rate.
+    void setFrameDelays(const std::vector<int>& ms);
     int layerCount() const { return 1 + static_cast<int>(extraLayers_.size()); }
     int currentLayer() const { return currentLayer_; }
     int layerOpacity() const { return layerOpacity_; }
@@ -119,6 +131,9 @@ class HostState {
     double valueBox(const std::string& title, double minimum, double maximum);
     std::string requestFileOpen(const std::string& title, const std::string& def, const std::string& filter);
     std::string requestFileSave(const std::string& title, const std::string& def, const std::string& filter);
+    // When the animation has unsaved changes, asks whether they may go for another animation; 2 means
+    // the user keeps them. Nothing is asked (and 1 returned) when nothing is unsaved.
+    int confirmDiscard();
     std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
                                         const std::string& def);
     void reportError(const std::string& text);
@@ -138,7 +153,7 @@ class HostState {
     void setTempDir(const std::string& d) { tempDir_ = d; }
     void setAppDir(const std::string& d) { appDir_ = d; }
     void setWallpaper(const std::string& f) { wallpaper_ = f; }
-    void loadAnimation(std::vector<Picture> frames, int current = 0);
+    void loadAnimation(std::vector<Picture> frames, int current = 0, const std::vector<int>& delays = {});
     void loadStill(Picture p);
     void loadSwap(const Picture& p);
     void setPrimaryPacked(std::uint32_t c) { primary_ = c; }
@@ -175,6 +190,9 @@ class HostState {
     std::function<void()> onChange;
     std::function<void(QWidget*)> onFormSent;
     std::function<void()> onStopAnimation;
+    // Whether the animation holds changes the user has not saved; set by the window, which keeps the
+    // saved document. Without it (a session script) nothing counts as unsaved.
+    std::function<bool()> hasUnsavedChanges;
 
   private:
     Picture& mainPictureMut();
@@ -187,6 +205,7 @@ class HostState {
 
     Picture still_;               // the main buffer when there is no animation
     std::vector<Picture> frames_; // the animation; the current frame *is* the main buffer
+    std::vector<int> delays_;     // milliseconds, one per frame
     int current_ = 0;
     krl::Plane alpha_;
     Picture swap_;

@@ -46,6 +46,7 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
     host_.onChange = [this] { hostChanged(); };
     host_.onFormSent = [this](QWidget* form) { adoptForm(form); };
     host_.onStopAnimation = [this] { frameBar_->stop(); };
+    host_.hasUnsavedChanges = [this] { return isModified(); };
     for (QWidget* form : host_.forms())
         adoptForm(form);
     adoptCurrentAsDocument("Untitled");
@@ -55,6 +56,7 @@ HostWindow::~HostWindow() {
     host_.onChange = nullptr;
     host_.onFormSent = nullptr;
     host_.onStopAnimation = nullptr;
+    host_.hasUnsavedChanges = nullptr;
     if (waitCursor_) QApplication::restoreOverrideCursor();
 }
 
@@ -129,6 +131,7 @@ void HostWindow::buildActions() {
     makeAction(
         "duplicateFrame", "&Duplicate Frame", [this] { duplicateFrame(); }, QKeySequence("Ctrl+D"));
     makeAction("deleteFrame", "De&lete Frame…", [this] { deleteFrame(); });
+    makeAction("delayAllFrames", "Set Delay of &All Frames…", [this] { setDelayOfAllFrames(); });
 
     makeAction(
         "swapMainAndSwap", "&Swap Main and Swap", [this] { swapMainAndSwap(); },
@@ -165,7 +168,8 @@ void HostWindow::buildMenus() {
     add(menuBar()->addMenu("&View"),
         {"zoomFit", "zoomActual", "zoomIn", "zoomOut", "-", "showAlpha", "showOutline"});
     add(menuBar()->addMenu("F&rame"), {"playStop", "-", "firstFrame", "previousFrame", "nextFrame",
-                                       "lastFrame", "-", "duplicateFrame", "deleteFrame"});
+                                       "lastFrame", "-", "duplicateFrame", "deleteFrame", "-",
+                                       "delayAllFrames"});
     add(menuBar()->addMenu("&Swap"), {"swapMainAndSwap", "copyFrameToSwap", "loadSwap"});
     add(menuBar()->addMenu("&Alpha"), {"alphaFromImage", "clearAlpha", "fillAlpha", "-", "showAlpha"});
     add(menuBar()->addMenu("&Window"), {"showPanel"});
@@ -245,6 +249,10 @@ void HostWindow::buildCentre() {
 
     frameBar_ = new FrameBar(centre);
     connect(frameBar_, &FrameBar::frameRequested, this, &HostWindow::goToFrame);
+    frameBar_->delayOf = [this](int f) { return host_.frameDelay(f); };
+    connect(frameBar_, &FrameBar::delayEdited, this, [this](int f, int ms) {
+        if (!host_.locked()) host_.setFrameDelay(f, ms);
+    });
     column->addWidget(frameBar_);
     setCentralWidget(centre);
     lockable_ << canvasArea_ << frameBar_;

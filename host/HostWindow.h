@@ -105,6 +105,7 @@ class HostWindow : public QMainWindow {
     void goToFrame(int frame);
     void duplicateFrame();
     void deleteFrame();
+    void setDelayOfAllFrames();
     void showPanel();
     void tryWipe();
     void gettingStarted();
@@ -152,6 +153,9 @@ class HostWindow : public QMainWindow {
     std::vector<Picture> savedFrames_;
     Picture savedStill_;
     QString documentTitle_, documentPath_;
+    // The file name the host last recorded: a new one (the panel's imports name the animation after
+    // the file they read) makes the animation on screen the saved document.
+    std::string shownFilename_;
 
     std::vector<QPointer<QWidget>> placedForms_;
 };

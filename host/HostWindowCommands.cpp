@@ -21,6 +21,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImageReader>
+#include <QInputDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
@@ -38,17 +39,24 @@ namespace {
 constexpr int kMessageMs = 6000;
 constexpr double kMaxNewAnimationBytes = 8.0 * 1024 * 1024 * 1024;
 
+// Every pattern once, whatever the image plug-ins list twice (jpg and jpeg, tif and tiff are fine;
+// the same name in two cases is not).
 QString pictureGlobs() {
     QStringList globs;
     for (const QByteArray& f : QImageReader::supportedImageFormats())
-        globs << "*." + QString::fromLatin1(f);
+        globs << "*." + QString::fromLatin1(f).toLower();
+    globs.removeDuplicates();
     return globs.join(' ');
 }
 
 QString openFilter() {
-    return QString("Animations and pictures (*.gif *.dat %1);;Animated GIF (*.gif);;Kirrel data (*.dat);;"
-                   "Pictures (%1);;All files (*)")
-        .arg(pictureGlobs());
+    const QString animations = "*.gif *.png *.apng *.webp *.mp4 *.m4v *.mov *.webm *.mkv *.avi *.dat";
+    QStringList all = (animations + " " + pictureGlobs()).split(' ');
+    all.removeDuplicates();
+    return QString("Animations and pictures (%1);;Animated GIF (*.gif);;Animated PNG (*.png *.apng);;"
+                   "Animated WebP (*.webp);;Video (*.mp4 *.m4v *.mov *.webm *.mkv *.avi);;"
+                   "Kirrel data (*.dat);;Pictures (%2);;All files (*)")
+        .arg(all.join(' '), pictureGlobs());
 }
 
 QString pictureFilter() {
@@ -106,7 +114,7 @@ bool HostWindow::openAnimation(const QString& path) {
     Animation a;
     try {
         WaitPointer wait;
-        a = readAnimationFile(path);
+        a = readAnimationFile(path, ReadOptions{host_.secondaryColor()});
     } catch (const std::exception& e) {
         warn("Open",
              QString("Kirrel could not open “%1”.\n\n%2").arg(QDir::toNativeSeparators(path), e.what()));
@@ -120,8 +128,13 @@ bool HostWindow::openAnimation(const QString& path) {
     if (a.frames.empty())
         host_.loadStill(std::move(a.still));
     else
-        host_.loadAnimation(std::move(a.frames));
-    host_.fillAlpha(255);
+        host_.loadAnimation(std::move(a.frames), 0, a.delays);
+    // The file's transparency becomes the alpha channel, so alpha-aware effects and transparent
+    // exports work on it; the pictures themselves show the paper colour there.
+    if (a.alpha.empty())
+        host_.fillAlpha(255);
+    else
+        host_.setAlpha(a.alpha);
     host_.renameBuffer(name.toStdString());
     host_.newFilename(QDir::toNativeSeparators(path).toStdString());
     canvas_->setOutline({});
@@ -129,13 +142,13 @@ bool HostWindow::openAnimation(const QString& path) {
     rebuildRecentMenu();
     rememberFolder(path);
     adoptCurrentAsDocument(name, path);
-    statusBar()->showMessage(QString("Opened %1: %2, %3 × %4")
-                                 .arg(name)
-                                 .arg(host_.totalFrames() ? QString("%1 frames").arg(host_.totalFrames())
-                                                          : QString("a still picture"))
-                                 .arg(host_.bufferWidth())
-                                 .arg(host_.bufferHeight()),
-                             kMessageMs);
+    const QString what = QString("%1: %2, %3 × %4")
+                             .arg(name)
+                             .arg(host_.totalFrames() ? QString("%1 frames").arg(host_.totalFrames())
+                                                      : QString("a still picture"))
+                             .arg(host_.bufferWidth())
+                             .arg(host_.bufferHeight());
+    statusBar()->showMessage(a.note.empty() ? "Opened " + what : QString::fromStdString(a.note), kMessageMs);
     return true;
 }
 
@@ -346,6 +359,17 @@ void HostWindow::duplicateFrame() {
     const int f = host_.currentFrame();
     host_.insertFrame(f);
     host_.gotoFrame(f + 1);
+}
+
+void HostWindow::setDelayOfAllFrames() {
+    if (host_.locked() || host_.totalFrames() == 0) return;
+    bool ok = false;
+    const int ms = QInputDialog::getInt(this, "Set Delay of All Frames",
+                                        "How long every frame stays on screen (milliseconds):",
+                                        host_.frameDelay(host_.currentFrame()), 10, HostState::kMaxDelayMs, 10, &ok);
+    if (!ok) return;
+    host_.setFrameDelays(std::vector<int>(static_cast<std::size_t>(host_.totalFrames()), ms));
+    statusBar()->showMessage(QString("Every frame now stays %1 ms").arg(ms), kMessageMs);
 }
 
 void HostWindow::deleteFrame() {

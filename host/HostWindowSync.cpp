@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -93,6 +94,13 @@ void HostWindow::applyRunState() {
 
 void HostWindow::refreshFromHost() {
     syncTimer_->stop();
+    if (host_.filename() != shownFilename_ && !host_.filename().empty() && !host_.locked()) {
+        shownFilename_ = host_.filename();
+        const QString path = QString::fromStdString(shownFilename_);
+        setWelcomeVisible(false);
+        adoptCurrentAsDocument(QFileInfo(path).fileName(), path);
+        return;
+    }
     applyRunState();
     syncPictures();
     syncScrubber();
@@ -178,7 +186,8 @@ void HostWindow::updateActions() {
 }
 
 void HostWindow::updateTitle() {
-    QString name = QString::fromStdString(host_.bufferName());
+    // The panel names the buffer after a whole path; the title shows the file's name.
+    QString name = QFileInfo(QString::fromStdString(host_.bufferName())).fileName();
     if (name.isEmpty()) name = documentTitle_;
     setWindowTitle(name + "[*] — Kirrel");
     setWindowModified(isModified());

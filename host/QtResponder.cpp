@@ -60,6 +60,12 @@ int QtResponder::question(const std::string& text, const std::string& title) {
     return answer == QMessageBox::Yes ? kYes : kNo;
 }
 
+int QtResponder::discard(const std::string& text, const std::string& title) {
+    const auto answer = QMessageBox::question(parent(), boxTitle(title), boxText(text),
+                                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    return answer == QMessageBox::Yes ? kYes : kNo;
+}
+
 double QtResponder::value(const std::string& title, double minimum, double maximum) {
     // The box opens on the minimum it is given but lets the user go down to 0 as well: the panel
     // passes a current value there (the stripe sizes), and a size must be able to shrink again.

@@ -19,6 +19,7 @@ class QtResponder final : public Responder {
 
     void message(const std::string& text, const std::string& title) override;
     int question(const std::string& text, const std::string& title) override;
+    int discard(const std::string& text, const std::string& title) override;
     double value(const std::string& title, double minimum, double maximum) override;
     std::string fileOpen(const std::string& title, const std::string& defaultFile,
                          const std::string& filter) override;

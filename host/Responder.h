@@ -13,6 +13,8 @@ class Responder {
     virtual void message(const std::string& text, const std::string& title) = 0;
     // 2 means no; anything else yes.
     virtual int question(const std::string& text, const std::string& title) = 0;
+    // A question whose yes throws work away: 2 keeps it. A person gets "no" as the safe default.
+    virtual int discard(const std::string& text, const std::string& title) { return question(text, title); }
     // A negative result means the user backed out.
     virtual double value(const std::string& title, double minimum, double maximum) = 0;
     // The empty string when cancelled.

@@ -73,6 +73,25 @@ std::uint32_t colourOf(const QJsonValue& v, const char* key) {
     return packColor(a[0].toInt(), a[1].toInt(), a[2].toInt());
 }
 
+// "delays": one number of milliseconds per frame, or one number for every frame.
+std::vector<int> delaysOf(const QJsonValue& v, int frames) {
+    auto one = [](const QJsonValue& d) {
+        const double ms = d.toDouble(-1);
+        if (!d.isDouble() || ms < 1 || ms > HostState::kMaxDelayMs)
+            throw ScriptError("a delay is a number of milliseconds from 1 to " +
+                              std::to_string(HostState::kMaxDelayMs));
+        return static_cast<int>(ms);
+    };
+    if (v.isDouble()) return std::vector<int>(static_cast<std::size_t>(frames), one(v));
+    const QJsonArray a = v.toArray();
+    if (!v.isArray() || a.size() != frames)
+        throw ScriptError("\"delays\" must hold one delay per frame (" + std::to_string(frames) + ")");
+    std::vector<int> out;
+    for (const auto& d : a)
+        out.push_back(one(d));
+    return out;
+}
+
 class Runner {
   public:
     Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
@@ -83,7 +102,8 @@ class Runner {
         // A misspelt setting would otherwise leave the host as it was without a word.
         static const QStringList known = {"temp_dir",  "app_dir",       "animation",     "size",
                                           "frames",    "swap",          "alpha",         "primary",
-                                          "secondary", "current_frame", "layer_opacity", "settings"};
+                                          "secondary", "current_frame", "layer_opacity", "settings",
+                                          "delays"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -93,12 +113,16 @@ class Runner {
             throw ScriptError("cannot create the temporary folder " + temp.toStdString());
         host.setTempDir(temp.toStdString());
         if (h.contains("app_dir")) host.setAppDir(path(h["app_dir"].toString()).toStdString());
+        // The paper colour comes first: an animation's transparent pixels are laid over it.
+        if (h.contains("primary")) host.setPrimaryPacked(colourOf(h["primary"], "primary"));
+        if (h.contains("secondary")) host.setSecondaryPacked(colourOf(h["secondary"], "secondary"));
         if (h.contains("animation")) {
-            Animation a = readAnimationFile(path(h["animation"].toString()));
+            Animation a = readAnimationFile(path(h["animation"].toString()), ReadOptions{host.secondaryColor()});
             if (a.frames.empty())
                 host.loadStill(a.still);
             else
-                host.loadAnimation(std::move(a.frames));
+                host.loadAnimation(std::move(a.frames), 0, a.delays);
+            if (!a.alpha.empty()) host.setAlpha(a.alpha);
         } else if (h.contains("size")) {
             const QJsonArray s = h["size"].toArray();
             if (s.size() != 2) throw ScriptError("\"size\" must be [W, H]");
@@ -113,8 +137,7 @@ class Runner {
             const krl::Plane a = readAlphaFile(path(h["alpha"].toString()));
             host.setAlpha(scalePlane(a, host.bufferWidth(), host.bufferHeight()));
         }
-        if (h.contains("primary")) host.setPrimaryPacked(colourOf(h["primary"], "primary"));
-        if (h.contains("secondary")) host.setSecondaryPacked(colourOf(h["secondary"], "secondary"));
+        if (h.contains("delays")) host.setFrameDelays(delaysOf(h["delays"], host.totalFrames()));
         if (h.contains("current_frame")) host.gotoFrame(h["current_frame"].toInt());
         if (h.contains("layer_opacity")) host.setLayerOpacity(h["layer_opacity"].toInt());
         if (h.contains("settings")) {
@@ -393,18 +416,20 @@ const char* sessionScriptHelp() {
     return R"HELP(Usage: kirrel [ANIMATION]
        kirrel --script SESSION.json [--trace TRACE.txt]
 
-Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PNG frames, a .gif or an
-image) or a built-in sample animation.
+Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PNG frames, an animated
+GIF, PNG or WebP, a video, or a picture) or a built-in sample animation.
 
 --script plays a session script headless and exits 0 when every step ran (or the program ended
 itself), 2 with one line on stderr for a malformed script or a box that had no queued answer.
 Relative paths are relative to the script's folder.
 
 { "host": { "temp_dir": "tmp", "app_dir": "app",
-            "animation": "anim.dat" | "frames/" | "anim.gif" | "picture.png",
+            "animation": "anim.dat" | "frames/" | "anim.gif" | "anim.png" (APNG) | "anim.webp" |
+                         "clip.mp4" (or .webm, .mov, .mkv) | "picture.png",
             "size": [W, H], "frames": N,            (instead of "animation")
             "swap": "swap.dat" | "picture.png", "alpha": "alpha.dat" | "grey.png",
             "primary": [r,g,b], "secondary": [r,g,b], "current_frame": 0, "layer_opacity": 255,
+            "delays": [120, 80, ...] | 100,        milliseconds per frame, or one for every frame
             "settings": { "Textbox_Fill_Color": "6706517" } },
   "steps": [
     {"open": "Wipes"}                      select the category and double-click the plug-in

@@ -108,6 +108,10 @@ QString stateJson(const HostState& h) {
     s += "  \"pointer\": " + std::to_string(h.pointer()) + ",\n";
     s += "  \"progress\": " + jsonNumber(h.progress()) + ",\n";
     s += std::string("  \"status_open\": ") + (h.statusOpen() ? "true" : "false") + ",\n";
+    s += "  \"delays\": [";
+    for (int f = 0; f < h.totalFrames(); ++f)
+        s += (f ? ", " : "") + std::to_string(h.frameDelay(f));
+    s += "],\n";
     s += "  \"scrub\": [" + std::to_string(h.scrubPosition()) + ", " + std::to_string(h.scrubTotal()) + "],\n";
     s += "  \"layers\": " + std::to_string(h.layerCount()) + ",\n";
     s += "  \"layer_opacity\": " + std::to_string(h.layerOpacity()) + ",\n";

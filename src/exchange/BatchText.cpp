@@ -91,7 +91,9 @@ std::vector<BatchLine> gifSingleCommandBatch(const std::string& temp, const std:
 
 std::vector<BatchLine> gifImportDirectBatch(const std::string& app, const std::string& temp,
                                             const std::string& in) {
-    return {{quoted(app + "/convert.exe") + " " + " -coalesce +repage +adjoin -depth 24 " + quoted(in) + " " +
+    // The input is named before -coalesce: written after it, as the line once stood, today's
+    // converter reads the option before any picture is loaded and leaves partial frames uncoalesced.
+    return {{quoted(app + "/convert.exe") + " " + quoted(in) + " " + " -coalesce +repage +adjoin -depth 24 " +
              quoted(temp + "/gif_frame.gif")},
             {"del " + quoted(temp + "/" + kGifImport01Bat)}};
 }

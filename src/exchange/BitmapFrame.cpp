@@ -5,7 +5,7 @@
 
 namespace kirrel::exchange {
 
-void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame) {
+void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame, std::uint32_t paper) {
     if (path.empty()) return;
     const BitmapFile f = ReadBitmapFile(path);
     if (f.result == -1) return;
@@ -13,7 +13,7 @@ void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int fra
     van.Van_RenameBuffer(path);
     van.Van_NewFilename(path);
     krl::Plane r, g, b;
-    bitmapPlanes(f, r, g, b);
+    bitmapPlanes(f, r, g, b, paper);
     if (frame < 1) {
         van.Van_SetRbuffer(r);
         van.Van_SetGbuffer(g);

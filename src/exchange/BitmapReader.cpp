@@ -26,6 +26,39 @@ std::uint16_t get16(const std::vector<std::uint8_t>& b, std::size_t at) {
     return static_cast<std::uint16_t>(b[at] | (b[at + 1] << 8));
 }
 
+constexpr int kBitFields = 3;
+
+// The byte (0..3) of a 32-bit pixel that a channel mask selects; -1 for no mask, -2 for a mask that
+// is not one whole byte.
+int maskByte(std::uint32_t mask) {
+    if (mask == 0) return -1;
+    for (int i = 0; i < 4; ++i)
+        if (mask == 0xFFu << (8 * i)) return i;
+    return -2;
+}
+
+// The channel masks of a bit-field bitmap: in the larger headers they stand inside the header, in
+// the 40-byte one just after it (without an alpha mask). False for masks other than whole bytes.
+bool readChannelBytes(const std::vector<std::uint8_t>& b, std::uint32_t headerSize, BitmapFile& f) {
+    const std::size_t at = 14 + 40;
+    const int red = maskByte(get32(b, at)), green = maskByte(get32(b, at + 4)), blue = maskByte(get32(b, at + 8));
+    const int alpha = headerSize >= 56 ? maskByte(get32(b, at + 12)) : -1;
+    if (red < 0 || green < 0 || blue < 0 || alpha == -2) return false;
+    f.redByte = red;
+    f.greenByte = green;
+    f.blueByte = blue;
+    f.alphaByte = alpha;
+    return true;
+}
+
+// A plain 32-bit bitmap's fourth byte is unused by the rules, and many writers leave it 0; it counts
+// as alpha only when some pixel sets it.
+int fourthByteIfUsed(const std::vector<std::uint8_t>& rows) {
+    for (std::size_t i = 3; i < rows.size(); i += 4)
+        if (rows[i] != 0) return 3;
+    return -1;
+}
+
 } // namespace
 
 BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
@@ -50,6 +83,9 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
     } else {
         badFormat();
     }
+    const bool bitFields = f.compression == kBitFields && f.bitCount == 32;
+    if (bitFields && !readChannelBytes(bytes, headerSize, f)) f.result = -3;
+
     // A negative height marks rows stored from the top; they are turned to the usual order below.
     const bool topDown = height < 0;
     if (topDown) height = -height;
@@ -59,7 +95,7 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
     // An uncompressed file must hold the rows its header promises at whatever depth, even one whose
     // pixels are not read: the picture is made in the file's size all the same, and a few bytes must
     // not claim a picture of gigabytes. Without compression a bit count of 0 holds no pixels at all.
-    if (f.compression == 0) {
+    if (f.compression == 0 || bitFields) {
         const long long stored = (static_cast<long long>(f.width) * f.bitCount + 31) / 32 * 4;
         if (f.bitCount == 0 || offset > bytes.size() ||
             static_cast<long long>(bytes.size() - offset) / f.height < stored)
@@ -70,7 +106,7 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
         f.result = -2;
         return f;
     }
-    if (f.compression != 0) {
+    if ((f.compression != 0 && !bitFields) || f.result == -3) {
         f.result = -3;
         return f;
     }
@@ -87,7 +123,9 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
             f.table.push_back(get32(bytes, tableAt + 4 * i));
     }
 
-    if (f.bitCount == 24)
+    if (f.bitCount == 32)
+        f.rowLength = f.width * 4;
+    else if (f.bitCount == 24)
         f.rowLength = (f.width * 3 + 3) / 4 * 4;
     else if (f.bitCount == 8)
         f.rowLength = (f.width + 3) / 4 * 4;
@@ -101,6 +139,7 @@ BitmapFile readBitmapBytes(const std::vector<std::uint8_t>& bytes) {
         std::copy_n(bytes.begin() + offset + static_cast<std::size_t>(from) * f.rowLength, f.rowLength,
                     f.rows.begin() + static_cast<std::size_t>(r) * f.rowLength);
     }
+    if (f.bitCount == 32 && !bitFields) f.alphaByte = fourthByteIfUsed(f.rows);
     return f;
 }
 
@@ -119,30 +158,39 @@ BitmapFile ReadBitmapFile(const std::string& path) {
     return readBitmapBytes(bytes);
 }
 
-void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane& b) {
+void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane& b, std::uint32_t paper) {
     r = krl::Plane(f.width, f.height);
     g = krl::Plane(f.width, f.height);
     b = krl::Plane(f.width, f.height);
+    if (f.rows.empty()) return;
     std::uint8_t* rp = r.data();
     std::uint8_t* gp = g.data();
     std::uint8_t* bp = b.data();
+    const int paperR = static_cast<int>(paper & 255), paperG = static_cast<int>((paper >> 8) & 255),
+              paperB = static_cast<int>((paper >> 16) & 255);
+    // A transparent pixel shows the paper; a partly transparent one is blended with it.
+    auto over = [](int c, int a, int p) { return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255); };
     const std::size_t stride = static_cast<std::size_t>(f.width) + 1;
-    if (!f.rows.empty()) {
-        for (int row = 0; row < f.height; ++row) {
-            const int y = f.height - row - 1; // the first stored row is the picture's bottom
-            const std::uint8_t* src = f.rows.data() + static_cast<std::size_t>(row) * f.rowLength;
-            for (int x = 0; x < f.width; ++x) {
-                const std::size_t at = static_cast<std::size_t>(y) * stride + x;
-                if (f.bitCount == 24) {
-                    bp[at] = src[static_cast<std::size_t>(x) * 3];
-                    gp[at] = src[static_cast<std::size_t>(x) * 3 + 1];
-                    rp[at] = src[static_cast<std::size_t>(x) * 3 + 2];
-                } else {
-                    const std::uint32_t e = src[x] < f.table.size() ? f.table[src[x]] : 0;
-                    rp[at] = static_cast<std::uint8_t>(e & 255);
-                    gp[at] = static_cast<std::uint8_t>((e >> 8) & 255);
-                    bp[at] = static_cast<std::uint8_t>((e >> 16) & 255);
-                }
+    for (int row = 0; row < f.height; ++row) {
+        const int y = f.height - row - 1; // the first stored row is the picture's bottom
+        const std::uint8_t* src = f.rows.data() + static_cast<std::size_t>(row) * f.rowLength;
+        for (int x = 0; x < f.width; ++x) {
+            const std::size_t at = static_cast<std::size_t>(y) * stride + x;
+            if (f.bitCount == 32) {
+                const std::uint8_t* px = src + static_cast<std::size_t>(x) * 4;
+                const int a = f.alphaByte < 0 ? 255 : px[f.alphaByte];
+                rp[at] = over(px[f.redByte], a, paperR);
+                gp[at] = over(px[f.greenByte], a, paperG);
+                bp[at] = over(px[f.blueByte], a, paperB);
+            } else if (f.bitCount == 24) {
+                bp[at] = src[static_cast<std::size_t>(x) * 3];
+                gp[at] = src[static_cast<std::size_t>(x) * 3 + 1];
+                rp[at] = src[static_cast<std::size_t>(x) * 3 + 2];
+            } else {
+                const std::uint32_t e = src[x] < f.table.size() ? f.table[src[x]] : 0;
+                rp[at] = static_cast<std::uint8_t>(e & 255);
+                gp[at] = static_cast<std::uint8_t>((e >> 8) & 255);
+                bp[at] = static_cast<std::uint8_t>((e >> 16) & 255);
             }
         }
     }

@@ -45,7 +45,9 @@ void failImport(Vantry::Vantry_Class& van, const std::string& temp) {
     van.Van_MessageBox(kImportFailed);
 }
 
-// Requester and the readings that go before it; the values are not used.
+// Requester and the readings that go before it; the values are not used. An import replaces the
+// animation, so unsaved work is the host's to ask about before anything runs; keeping it ends the
+// import as a cancelled requester does.
 std::string askGif(Vantry::Vantry_Class& van) {
     van.Van_GetRBuffer();
     van.Van_GetGBuffer();
@@ -53,7 +55,20 @@ std::string askGif(Vantry::Vantry_Class& van) {
     van.Van_BufferHeight();
     van.Van_BufferWidth();
     van.Van_GetTotalFrames();
-    return van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
+    const std::string in = van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
+    if (in.empty() || van.Van_ConfirmDiscard() == 2) return {};
+    return in;
+}
+
+// The paper colour every transparent pixel shows, in every way in.
+std::uint32_t paperColour(Vantry::Vantry_Class& van) {
+    return static_cast<std::uint32_t>(van.Van_getSecondaryColor());
+}
+
+// The animation is named after the file the user chose, never after a working file.
+void nameAfter(Vantry::Vantry_Class& van, const std::string& in) {
+    van.Van_RenameBuffer(in);
+    van.Van_NewFilename(in);
 }
 
 void runBatch(ConverterRun& run, const std::string& temp, const char* name,
@@ -69,29 +84,34 @@ void runBatch(ConverterRun& run, const std::string& temp, const char* name,
     run.waitGone(name);
 }
 
-// The exact pixel rectangle of a frame file as three planes with the host's bounds.
-void readFramePicture(const QString& path, int w, int h, krl::Plane& r, krl::Plane& g, krl::Plane& b) {
+// The exact pixel rectangle of a frame file as three planes with the host's bounds; transparent
+// pixels show the paper colour, as they do in the other ways in.
+void readFramePicture(const QString& path, int w, int h, std::uint32_t paper, krl::Plane& r, krl::Plane& g,
+                      krl::Plane& b) {
     QImageReader reader(path);
     reader.setAutoTransform(false);
     QImage image = reader.read();
     if (image.isNull()) throw std::runtime_error("Invalid picture: " + path.toStdString());
-    image = image.convertToFormat(QImage::Format_RGB888);
+    image = image.convertToFormat(QImage::Format_RGBA8888);
     r = krl::Plane(w, h);
     g = krl::Plane(w, h);
     b = krl::Plane(w, h);
     std::uint8_t* rp = r.data();
     std::uint8_t* gp = g.data();
     std::uint8_t* bp = b.data();
+    const int paperRgb[3] = {static_cast<int>(paper & 255), static_cast<int>((paper >> 8) & 255),
+                             static_cast<int>((paper >> 16) & 255)};
+    auto over = [](int c, int a, int p) { return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255); };
     const int cw = std::min(w, image.width());
     const int ch = std::min(h, image.height());
     for (int y = 0; y < ch; ++y) {
         const uchar* src = image.constScanLine(y);
         const std::size_t row = static_cast<std::size_t>(y) * r.cols();
         for (int x = 0; x < cw; ++x) {
-            const uchar* px = src + 3 * static_cast<std::size_t>(x);
-            rp[row + x] = px[0];
-            gp[row + x] = px[1];
-            bp[row + x] = px[2];
+            const uchar* px = src + 4 * static_cast<std::size_t>(x);
+            rp[row + x] = over(px[0], px[3], paperRgb[0]);
+            gp[row + x] = over(px[1], px[3], paperRgb[1]);
+            bp[row + x] = over(px[2], px[3], paperRgb[2]);
         }
     }
 }
@@ -117,6 +137,7 @@ void ignoringErrors(const std::function<void()>& statement) {
 void ImportGifDirect(Vantry::Vantry_Class& van) {
     const std::string in = askGif(van);
     if (in.empty()) return;
+    const std::uint32_t paper = paperColour(van);
     const std::string temp = van.Van_GetTempDir();
     const std::string app = van.Van_GetAppDir();
     {
@@ -136,7 +157,7 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         const int w = van.Van_BufferWidth();
         const int h = van.Van_BufferHeight();
         krl::Plane r, g, b;
-        readFramePicture(first, w, h, r, g, b);
+        readFramePicture(first, w, h, paper, r, g, b);
         van.Van_GotoFrame(0);
         van.Van_SetRbuffer(r);
         van.Van_SetGbuffer(g);
@@ -144,7 +165,7 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         removeIfThere(first);
         for (int i = 1; i < count; ++i) {
             const QString path = at(temp, "/gif_frame-" + std::to_string(i) + ".gif");
-            readFramePicture(path, w, h, r, g, b);
+            readFramePicture(path, w, h, paper, r, g, b);
             van.Van_SetRFrame(r, i);
             van.Van_SetGFrame(g, i);
             van.Van_SetBFrame(b, i);
@@ -153,13 +174,17 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         }
     }
     van.Van_SetProgress(0);
-    if (count > 0) van.Van_ShowScrub(0, count);
+    if (count > 0) {
+        van.Van_ShowScrub(0, count);
+        nameAfter(van, in);
+    }
     van.Van_Refresh();
 }
 
 void ImportGifViaPNG(Vantry::Vantry_Class& van) {
     const std::string in = askGif(van);
     if (in.empty()) return;
+    const std::uint32_t paper = paperColour(van);
     const std::string temp = van.Van_GetTempDir();
     const std::string app = van.Van_GetAppDir();
     {
@@ -190,18 +215,21 @@ void ImportGifViaPNG(Vantry::Vantry_Class& van) {
         ignoringErrors([&] { failImport(van, temp); });
     } else {
         const std::string first = temp + "/gif_frame-0.bmp";
-        ignoringErrors([&] { LoadBitmapFrame(van, first, 0); });
+        ignoringErrors([&] { LoadBitmapFrame(van, first, 0, paper); });
         ignoringErrors([&] { van.Van_CreateAnimAdv(count, 2); });
         ignoringErrors([&] { removeIfThere(QString::fromStdString(first)); });
         for (int i = 1; i < count; ++i) {
             const std::string path = temp + "/gif_frame-" + std::to_string(i) + ".bmp";
-            ignoringErrors([&] { LoadBitmapFrame(van, path, i); });
+            ignoringErrors([&] { LoadBitmapFrame(van, path, i, paper); });
             ignoringErrors([&] { van.Van_SetProgress(divide(i, count) * 70 + 30); });
             ignoringErrors([&] { removeIfThere(QString::fromStdString(path)); });
         }
     }
     ignoringErrors([&] { van.Van_SetProgress(0); });
-    if (count > 0) ignoringErrors([&] { van.Van_ShowScrub(0, count); });
+    if (count > 0) ignoringErrors([&] {
+        van.Van_ShowScrub(0, count);
+        nameAfter(van, in);
+    });
     ignoringErrors([&] { van.Van_Refresh(); });
 }
 

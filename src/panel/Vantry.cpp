@@ -253,5 +253,9 @@ void Vantry_Class::Van_NewFilename(const std::string& path) {
     traceCall("Van_NewFilename", path);
     host_.newFilename(path);
 }
+int Vantry_Class::Van_ConfirmDiscard() {
+    traceCall("Van_ConfirmDiscard");
+    return host_.confirmDiscard();
+}
 
 } // namespace Vantry

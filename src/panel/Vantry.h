@@ -97,6 +97,9 @@ class Vantry_Class {
     void Van_SendFormObject(QWidget*& form, int flags);
     void Van_RenameBuffer(const std::string& name);
     void Van_NewFilename(const std::string& path);
+    // Asks, when the host's animation holds unsaved changes, whether they may go; 2 means no. Called
+    // before an import replaces the animation. Returns 1 without asking when nothing is unsaved.
+    int Van_ConfirmDiscard();
 
   private:
     kirrel::host::HostState& host_;

@@ -51,7 +51,7 @@ TEST(BatchText, FramePatternClassesKeepNumericOrder) {
 
 TEST(BatchText, ImportBatchesBothWays) {
     EXPECT_EQ(batchBytes(gifImportDirectBatch(A, T, "/in/x.gif")),
-              "\"/opt/van/convert.exe\"  -coalesce +repage +adjoin -depth 24 \"/in/x.gif\" \"/tmp/k "
+              "\"/opt/van/convert.exe\" \"/in/x.gif\"  -coalesce +repage +adjoin -depth 24 \"/tmp/k "
               "t/gif_frame.gif\"" +
                   S + "del \"/tmp/k t/GifImport01.bat\"" + S);
     EXPECT_EQ(batchBytes(gifImportPngBatch(A, T, "/in/x.gif")),

@@ -199,14 +199,48 @@ TEST_F(BitmapReader, ResultCodesAndOtherDepths) {
     EXPECT_EQ(code(notBm), -1);
     EXPECT_EQ(code(bitmap(40, 2, 2, 4, {}, rows)), -2);
     EXPECT_EQ(code(bitmap(40, 2, 2, 24, {}, rows, 1)), -3);
-    const BitmapFile deep = exchange::readBitmapBytes(bitmap(40, 2, 2, 32, {}, rows));
-    EXPECT_EQ(deep.result, 32);
+    const BitmapFile deep = exchange::readBitmapBytes(bitmap(40, 2, 2, 16, {}, rows));
+    EXPECT_EQ(deep.result, 16);
     EXPECT_TRUE(deep.rows.empty()) << "other depths are not read";
 
     const std::string path = write("d.bmp", bitmap(40, 2, 2, 16, {}, rows));
     Vantry::Vantry_Class van;
     exchange::LoadBitmapFrame(van, path, 0);
     EXPECT_EQ(van.Van_GetRBuffer().at(0, 0), 0) << "their planes stay at zero";
+}
+
+// The converter writes frames that carry transparency as 32-bit bitmaps with channel masks in a
+// 124-byte header; transparent pixels show the paper colour, partly transparent ones blend with it.
+TEST_F(BitmapReader, ThirtyTwoBitFramesShowTheirTransparencyOnThePaper) {
+    // Two pixels, bottom row first: opaque (10, 20, 30), clear, half over the paper, and a fourth.
+    const std::vector<std::uint8_t> bgra = {30, 20, 10, 255, 9, 9, 9, 0, 0, 0, 200, 128, 1, 2, 3, 255};
+    std::vector<std::uint8_t> v5 = bitmap(124, 2, 2, 32, {}, bgra, 3);
+    put(v5, 54, 0x00FF0000u); // red, green, blue and alpha masks
+    put(v5, 58, 0x0000FF00u);
+    put(v5, 62, 0x000000FFu);
+    put(v5, 66, 0xFF000000u);
+    const std::uint32_t paper = host::packColor(0, 100, 250);
+    krl::Plane r, g, b;
+    const BitmapFile f = exchange::readBitmapBytes(v5);
+    ASSERT_EQ(f.result, 32);
+    exchange::bitmapPlanes(f, r, g, b, paper);
+    const int want[4][3] = {{10, 20, 30}, {0, 100, 250}, {100, 50, 125}, {3, 2, 1}};
+    const int at[4][2] = {{0, 1}, {1, 1}, {0, 0}, {1, 0}};
+    for (int i = 0; i < 4; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(r.at(at[i][0], at[i][1]), want[i][0]);
+        EXPECT_EQ(g.at(at[i][0], at[i][1]), want[i][1]);
+        EXPECT_EQ(b.at(at[i][0], at[i][1]), want[i][2]);
+    }
+
+    // A plain 32-bit file whose fourth byte nobody set is opaque; masks that are not whole bytes are
+    // a layout this reader does not take.
+    const BitmapFile plain = exchange::readBitmapBytes(bitmap(40, 1, 1, 32, {}, {7, 8, 9, 0}));
+    exchange::bitmapPlanes(plain, r, g, b, paper);
+    EXPECT_EQ(r.at(0, 0), 9);
+    EXPECT_EQ(b.at(0, 0), 7);
+    put(v5, 54, 0x00FFF000u);
+    EXPECT_EQ(exchange::readBitmapBytes(v5).result, -3);
 }
 
 TEST_F(BitmapReader, DamagedFilesAreRefusedWithoutReadingPastTheirEnd) {
