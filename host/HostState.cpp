@@ -220,6 +220,66 @@ void HostState::setFrameDelays(const std::vector<int>& ms) {
     changed();
 }
 
+// --- the undo history ----------------------------------------------------------------------------
+
+// An animation's still picture is only a stale copy of a frame: it is not kept, so that it neither
+// costs the history memory nor hides a replaced frame's planes from its count.
+HostSnapshot HostState::snapshot() const {
+    return {frames_, delays_, frames_.empty() ? still_ : Picture(), alpha_, swap_, current_};
+}
+
+void HostState::restore(const HostSnapshot& s) {
+    frames_ = s.frames;
+    delays_ = s.delays;
+    delays_.resize(frames_.size(), kDefaultDelayMs);
+    still_ = frames_.empty() ? s.still : frames_[static_cast<std::size_t>(std::clamp(s.current, 0, totalFrames() - 1))];
+    alpha_ = s.alpha;
+    swap_ = s.swap;
+    current_ = frames_.empty() ? 0 : std::clamp(s.current, 0, totalFrames() - 1);
+    changed();
+}
+
+void HostState::beginAction() {
+    actionStart_ = snapshot();
+    historyMoved_ = false;
+}
+
+void HostState::endAction(const std::string& label) {
+    if (!actionStart_) return;
+    HostSnapshot before = std::move(*actionStart_);
+    actionStart_.reset();
+    if (historyMoved_) return;
+    HostSnapshot after = snapshot();
+    if (!contentDiffers(before, after)) return;
+    // Planes rewritten with the bytes they held cost nothing: the host shares the old buffers again.
+    shareUnchangedPlanes(before, after);
+    frames_ = after.frames;
+    if (frames_.empty()) still_ = after.still;
+    alpha_ = after.alpha;
+    swap_ = after.swap;
+    const StepSummary summary = summarize(label, before, after);
+    history_.push(label, std::move(before), after, after);
+    if (onStepAdded) onStepAdded(summary);
+}
+
+bool HostState::undo() {
+    if (locked_) return false;
+    auto s = history_.undo();
+    if (!s) return false;
+    historyMoved_ = true;
+    restore(*s);
+    return true;
+}
+
+bool HostState::redo() {
+    if (locked_) return false;
+    auto s = history_.redo();
+    if (!s) return false;
+    historyMoved_ = true;
+    restore(*s);
+    return true;
+}
+
 // --- undo, progress ----------------------------------------------------------------------------
 
 void HostState::saveUndo() {

@@ -22,11 +22,13 @@
 //   the delay of the frame it copies.
 
 #include "host/DialogLog.h"
+#include "host/History.h"
 #include "host/Picture.h"
 #include "host/Responder.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -103,6 +105,21 @@ class HostState {
     void saveUndo();
     bool restoreUndo(); // the host's own undo of one picture; false when there is none
     bool hasUndo() const { return hasUndo_; }
+
+    // --- the undo history ---
+    // A user action begins and ends (the event boundary brackets every action); a change of the
+    // content between the two becomes one undo step under the label. Undo and redo inside an action
+    // move in the history instead.
+    void beginAction();
+    void endAction(const std::string& label);
+    bool undo();
+    bool redo();
+    History& history() { return history_; }
+    const History& history() const { return history_; }
+    HostSnapshot snapshot() const;
+    void restore(const HostSnapshot& s);
+    // A step was added: what it changed.
+    std::function<void(const StepSummary&)> onStepAdded;
 
     // --- run bracket and progress ---
     void lock() {
@@ -229,6 +246,9 @@ class HostState {
     bool hasUndo_ = false;
     std::string tempDir_, appDir_, wallpaper_, bufferName_, filename_;
     DialogLog dialogs_;
+    History history_;
+    std::optional<HostSnapshot> actionStart_;
+    bool historyMoved_ = false;
     std::vector<QWidget*> forms_;
     Responder* responder_ = nullptr;
 };

@@ -5,6 +5,7 @@
 #include "host/ColourSwatches.h"
 #include "host/FrameBar.h"
 #include "host/HostState.h"
+#include "panel/EventGuard.h"
 
 #include <QAction>
 #include <QApplication>
@@ -47,6 +48,7 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
     host_.onFormSent = [this](QWidget* form) { adoptForm(form); };
     host_.onStopAnimation = [this] { frameBar_->stop(); };
     host_.hasUnsavedChanges = [this] { return isModified(); };
+    host_.onStepAdded = [this](const StepSummary& step) { stepAdded(step); };
     for (QWidget* form : host_.forms())
         adoptForm(form);
     adoptCurrentAsDocument("Untitled");
@@ -57,6 +59,7 @@ HostWindow::~HostWindow() {
     host_.onFormSent = nullptr;
     host_.onStopAnimation = nullptr;
     host_.hasUnsavedChanges = nullptr;
+    host_.onStepAdded = nullptr;
     if (waitCursor_) QApplication::restoreOverrideCursor();
 }
 
@@ -65,7 +68,11 @@ QAction* HostWindow::makeAction(const char* name, const QString& text, std::func
     auto* a = new QAction(text, this);
     a->setObjectName(name);
     if (!key.isEmpty()) a->setShortcut(key);
-    connect(a, &QAction::triggered, this, [run = std::move(run)] { run(); });
+    // Every command is one user action: what it changes is one step of the undo history.
+    QString label = text;
+    label.remove('&').remove(QString::fromUtf8("…"));
+    connect(a, &QAction::triggered, this,
+            [run = std::move(run), label = label.toStdString()] { runGuarded(run, label); });
     actions_.push_back(a);
     return a;
 }
@@ -96,6 +103,10 @@ void HostWindow::buildActions() {
     makeAction(
         "undo", "&Undo", [this] { undo(); }, QKeySequence::Undo)
         ->setIcon(s->standardIcon(QStyle::SP_ArrowBack));
+    makeAction(
+        "redo", "&Redo", [this] { redo(); }, QKeySequence("Ctrl+Shift+Z"))
+        ->setIcon(s->standardIcon(QStyle::SP_ArrowForward));
+    action("redo")->setShortcuts({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")});
 
     makeAction(
         "zoomFit", "&Fit to Window", [this] { canvas_->setFit(); }, QKeySequence("Ctrl+0"));
@@ -164,7 +175,7 @@ void HostWindow::buildMenus() {
     recentMenu_ = file->addMenu("Open &Recent");
     recentMenu_->setObjectName("recentMenu");
     add(file, {"-", "saveFrames", "-", "quit"});
-    add(menuBar()->addMenu("&Edit"), {"undo"});
+    add(menuBar()->addMenu("&Edit"), {"undo", "redo"});
     add(menuBar()->addMenu("&View"),
         {"zoomFit", "zoomActual", "zoomIn", "zoomOut", "-", "showAlpha", "showOutline"});
     add(menuBar()->addMenu("F&rame"), {"playStop", "-", "firstFrame", "previousFrame", "nextFrame",
@@ -187,6 +198,7 @@ void HostWindow::buildToolBar() {
         bar->addAction(action(n));
     bar->addSeparator();
     bar->addAction(action("undo"));
+    bar->addAction(action("redo"));
     bar->addSeparator();
     // Toolbar buttons show the actions' short icon texts.
     auto textAction = [&](const char* name, const QString& text, const QString& tip) {
@@ -251,7 +263,11 @@ void HostWindow::buildCentre() {
     connect(frameBar_, &FrameBar::frameRequested, this, &HostWindow::goToFrame);
     frameBar_->delayOf = [this](int f) { return host_.frameDelay(f); };
     connect(frameBar_, &FrameBar::delayEdited, this, [this](int f, int ms) {
-        if (!host_.locked()) host_.setFrameDelay(f, ms);
+        runGuarded(
+            [&] {
+                if (!host_.locked()) host_.setFrameDelay(f, ms);
+            },
+            "Frame Delay");
     });
     column->addWidget(frameBar_);
     setCentralWidget(centre);

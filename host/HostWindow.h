@@ -9,6 +9,7 @@
 // user sees the run advance.
 
 #include "host/AnimationFiles.h"
+#include "host/History.h"
 #include "host/RecentFiles.h"
 
 #include <QElapsedTimer>
@@ -95,6 +96,8 @@ class HostWindow : public QMainWindow {
     void rebuildRecentMenu();
     bool confirmDiscard();
     void undo();
+    void redo();
+    void stepAdded(const StepSummary& step);
     void swapMainAndSwap();
     void copyFrameToSwap();
     void loadImageIntoSwap();
@@ -151,6 +154,7 @@ class HostWindow : public QMainWindow {
 
     // The document as last opened or saved, for the unsaved-changes question.
     std::vector<Picture> savedFrames_;
+    std::vector<int> savedDelays_;
     Picture savedStill_;
     QString documentTitle_, documentPath_;
     // The file name the host last recorded: a new one (the panel's imports name the animation after

@@ -111,6 +111,7 @@ bool HostWindow::confirmDiscard() {
 bool HostWindow::openAnimation(const QString& path) {
     if (host_.locked() || !confirmDiscard()) return false;
     const QString name = QFileInfo(path).fileName();
+    nameAction("Open " + name.toStdString());
     Animation a;
     try {
         WaitPointer wait;
@@ -173,7 +174,7 @@ void HostWindow::rebuildRecentMenu() {
         QAction* a = recentMenu_->addAction(QString("&%1  %2").arg(n).arg(QFileInfo(f).fileName()));
         a->setToolTip(QDir::toNativeSeparators(f));
         a->setStatusTip(QDir::toNativeSeparators(f));
-        connect(a, &QAction::triggered, this, [this, f] { openAnimation(f); });
+        connect(a, &QAction::triggered, this, [this, f] { runGuarded([&] { openAnimation(f); }); });
     }
     if (files.isEmpty()) recentMenu_->addAction("No recent files")->setEnabled(false);
     recentMenu_->addSeparator();
@@ -278,7 +279,27 @@ bool HostWindow::saveFramesAsPng(const QString& chosenFile, bool withAlpha) {
 // --- pictures ----------------------------------------------------------------------------------
 
 void HostWindow::undo() {
-    if (!host_.restoreUndo()) statusBar()->showMessage("Nothing to undo", kMessageMs);
+    const std::string label = host_.history().undoLabel();
+    if (host_.undo())
+        statusBar()->showMessage(QString("Undone: %1").arg(QString::fromStdString(label)), kMessageMs);
+    else
+        statusBar()->showMessage("Nothing to undo", kMessageMs);
+}
+
+void HostWindow::redo() {
+    const std::string label = host_.history().redoLabel();
+    if (host_.redo())
+        statusBar()->showMessage(QString("Redone: %1").arg(QString::fromStdString(label)), kMessageMs);
+    else
+        statusBar()->showMessage("Nothing to redo", kMessageMs);
+}
+
+// After every change the status bar says what changed, and the canvas shows the first frame that
+// did (the dialog has put the current frame back by now, as it always does).
+void HostWindow::stepAdded(const StepSummary& step) {
+    statusBar()->showMessage(QString::fromStdString(describe(step)), kMessageMs);
+    if (step.frames && step.frames->first != host_.currentFrame() && host_.totalFrames() > 0)
+        host_.gotoFrame(step.frames->first);
 }
 
 void HostWindow::swapMainAndSwap() {
@@ -491,7 +512,7 @@ void HostWindow::dropEvent(QDropEvent* event) {
     for (const QUrl& url : event->mimeData()->urls())
         if (url.isLocalFile()) {
             event->acceptProposedAction();
-            openAnimation(url.toLocalFile());
+            runGuarded([&] { openAnimation(url.toLocalFile()); });
             return;
         }
 }

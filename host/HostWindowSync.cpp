@@ -176,7 +176,11 @@ void HostWindow::updateActions() {
     const bool animated = host_.totalFrames() > 0;
     for (QAction* a : actions_)
         a->setEnabled(free);
-    action("undo")->setEnabled(free && host_.hasUndo());
+    const History& history = host_.history();
+    action("undo")->setEnabled(free && history.canUndo());
+    action("undo")->setText(history.canUndo() ? "&Undo " + QString::fromStdString(history.undoLabel()) : "&Undo");
+    action("redo")->setEnabled(free && history.canRedo());
+    action("redo")->setText(history.canRedo() ? "&Redo " + QString::fromStdString(history.redoLabel()) : "&Redo");
     for (const char* n : {"playStop", "firstFrame", "previousFrame", "nextFrame", "lastFrame",
                           "duplicateFrame", "deleteFrame"})
         action(n)->setEnabled(free && animated);
@@ -195,6 +199,7 @@ void HostWindow::updateTitle() {
 
 bool HostWindow::isModified() const {
     if (static_cast<int>(savedFrames_.size()) != host_.totalFrames()) return true;
+    if (savedDelays_ != host_.frameDelays()) return true;
     auto same = [](const Picture& a, const Picture& b) {
         return samePicture(a.r, b.r) && samePicture(a.g, b.g) && samePicture(a.b, b.b);
     };
@@ -209,6 +214,7 @@ void HostWindow::adoptCurrentAsDocument(const QString& title, const QString& pat
     for (int f = 0; f < host_.totalFrames(); ++f)
         savedFrames_.push_back(host_.framePicture(f));
     savedStill_ = host_.mainPicture();
+    savedDelays_ = host_.frameDelays();
     documentTitle_ = title;
     documentPath_ = path;
     refreshFromHost();

@@ -295,6 +295,17 @@ class Runner {
         f->closeByUser();
     }
 
+    // The host window's own commands, as its menus give them.
+    static void windowCommand(const QString& command) {
+        HostState& host = runningHost();
+        if (command == "undo")
+            host.undo();
+        else if (command == "redo")
+            host.redo();
+        else
+            throw ScriptError("unknown window command \"" + command.toStdString() + "\" (undo, redo)");
+    }
+
     void screenshot(const QJsonObject& step) {
         panel::FormBase* f = formFor(step);
         const QString file = path(step["screenshot"].toString());
@@ -337,6 +348,8 @@ class Runner {
             screenshot(step);
         else if (step.contains("close"))
             user([&] { closeForm(step["close"].toString()); });
+        else if (step.contains("window"))
+            user([&] { windowCommand(step["window"].toString()); });
         else
             throw ScriptError("unknown step " +
                               QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
@@ -441,11 +454,17 @@ Relative paths are relative to the script's folder.
     {"host": "Van_GotoFrame", "args": [3]} a host operation, as if the user acted in the host
     {"dump": "out"}                        animation.dat, swap.dat, alpha.dat, state.json, frames/
     {"screenshot": "form.png"}             the form in front
-    {"close": "frmWipes"} ] }              its "Done"; "Mainfrm" closes the panel
+    {"close": "frmWipes"}                  its "Done"; "Mainfrm" closes the panel
+    {"window": "undo"}                     Edit > Undo in the host window; "redo" for Edit > Redo ] }
 Add "form": "frmX" to a step to address a form that is not in front.
 .dat layouts (little-endian int16): animation: Frames, W, H, then R, G, B planes per frame (Frames 0:
 one still picture); swap: W, H, R, G, B; alpha: W, H, one plane. W and H are upper bounds: a plane
 holds (W+1) x (H+1) bytes, x fastest.
+state.json holds the host's state: frames, size, colours, "delays" (milliseconds per frame), "history"
+({"undo": labels of the steps Edit > Undo takes back, oldest first, "redo": those Edit > Redo brings
+again, the next first}), the boxes shown ("dialogs") and the open forms with their controls.
+Every step that changes the animation, its delays, the alpha channel or the swap picture is one undo
+step, named after the form or command ("Wipes", "Open AnimGif").
 --trace writes one line per host call: Name(arg, ...).
 )HELP";
 }

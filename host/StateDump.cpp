@@ -112,6 +112,14 @@ QString stateJson(const HostState& h) {
     for (int f = 0; f < h.totalFrames(); ++f)
         s += (f ? ", " : "") + std::to_string(h.frameDelay(f));
     s += "],\n";
+    auto labels = [](const std::vector<std::string>& l) {
+        std::string out = "[";
+        for (std::size_t i = 0; i < l.size(); ++i)
+            out += (i ? ", " : "") + jsonQuote(l[i]);
+        return out + "]";
+    };
+    s += "  \"history\": {\"undo\": " + labels(h.history().undoLabels()) +
+         ", \"redo\": " + labels(h.history().redoLabels()) + "},\n";
     s += "  \"scrub\": [" + std::to_string(h.scrubPosition()) + ", " + std::to_string(h.scrubTotal()) + "],\n";
     s += "  \"layers\": " + std::to_string(h.layerCount()) + ",\n";
     s += "  \"layer_opacity\": " + std::to_string(h.layerOpacity()) + ",\n";

@@ -13,6 +13,8 @@ bool ended = false;
 std::optional<std::string> pendingAbort;
 std::function<void()> endHandler;
 int depth = 0;
+std::string actionLabel;  // named inside the action
+std::string defaultLabel_; // the first default of the action's boundaries
 
 std::string describe(const std::exception& e) {
     if (dynamic_cast<const std::bad_alloc*>(&e)) return "Out of memory";
@@ -40,10 +42,15 @@ std::optional<std::string> takeScriptAbort() {
     return a;
 }
 
-void runGuarded(const std::function<void()>& action) {
+void nameAction(const std::string& label) {
+    if (depth > 0 && actionLabel.empty()) actionLabel = label;
+}
+
+void runGuarded(const std::function<void()>& action, const std::string& defaultLabel) {
     // A handler may raise another event synchronously (a list click filling another list): only the
     // outermost boundary catches, so the inner failure unwinds the whole user action.
     if (depth > 0) {
+        if (defaultLabel_.empty()) defaultLabel_ = defaultLabel;
         action();
         return;
     }
@@ -51,6 +58,17 @@ void runGuarded(const std::function<void()>& action) {
         Depth() { ++depth; }
         ~Depth() { --depth; }
     } guard;
+    // The host is taken now: an action that ends the program may leave no host worth asking later.
+    host::HostState& host = host::runningHost();
+    actionLabel.clear();
+    defaultLabel_ = defaultLabel;
+    host.beginAction();
+    struct Step {
+        host::HostState& host;
+        ~Step() {
+            host.endAction(!actionLabel.empty() ? actionLabel : !defaultLabel_.empty() ? defaultLabel_ : "Change");
+        }
+    } step{host};
     try {
         action();
     } catch (const ProgramEnd&) {

@@ -24,7 +24,11 @@ void setProgramEndHandler(std::function<void()> handler);
 // The abort a responder raised inside the last guarded action, if any; taking it clears it.
 std::optional<std::string> takeScriptAbort();
 
-void runGuarded(const std::function<void()>& action);
+// Every action is one step of the host's undo history when it changed the host's content. The step's
+// label is the one named inside the action, else the default label given here (a form's caption).
+void runGuarded(const std::function<void()>& action, const std::string& defaultLabel = {});
+// Names the step of the action that runs now ("Wipes", "Open AnimGif"); the first name wins.
+void nameAction(const std::string& label);
 
 template <class F> auto guarded(F f) {
     return [f = std::move(f)](auto&&... args) { runGuarded([&] { f(args...); }); };

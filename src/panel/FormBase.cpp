@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QSlider>
 
 #include <algorithm>
@@ -108,12 +109,19 @@ void FormBase::leave(const QString& name) {
     QWidget* c = control(name);
     if (!c) return;
     auto it = validators_.find(c);
-    if (it != validators_.end()) runGuarded(it->second);
+    if (it != validators_.end()) runGuarded(it->second, actionName());
 }
 
 bool FormBase::hasValidate(const QString& name) const {
     QWidget* c = control(name);
     return c && validators_.count(c) > 0;
+}
+
+std::string FormBase::actionName() const {
+    QString name = windowTitle();
+    static const QRegularExpression programPrefix("^Kirrel\\s*-\\s*"), note("\\s*\\(.*\\)\\s*$");
+    name.remove(programPrefix).remove(note);
+    return name.trimmed().toStdString();
 }
 
 FormBase* FormBase::front() {
@@ -157,7 +165,7 @@ QPushButton* FormBase::makeButton(const QString& name, const QString& caption,
                                   std::function<void()> onClick) {
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
-    if (onClick) connect(b, &QPushButton::clicked, this, guarded([f = std::move(onClick)](bool) { f(); }));
+    if (onClick) connect(b, &QPushButton::clicked, this, asAction([f = std::move(onClick)](bool) { f(); }));
     return b;
 }
 
@@ -172,7 +180,7 @@ ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption
     auto* l = new ClickLabel(caption, this);
     l->setObjectName(name);
     l->setCursor(Qt::PointingHandCursor);
-    if (onClick) connect(l, &ClickLabel::clicked, this, guarded(std::move(onClick)));
+    if (onClick) connect(l, &ClickLabel::clicked, this, asAction(std::move(onClick)));
     return l;
 }
 
@@ -187,7 +195,7 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     c->setObjectName(name);
     c->installEventFilter(this);
     if (onClick)
-        connect(c, &QComboBox::currentIndexChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+        connect(c, &QComboBox::currentIndexChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
     return c;
 }
 
@@ -197,17 +205,17 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     l->setObjectName(name);
     l->installEventFilter(this);
     if (onClick)
-        connect(l, &QListWidget::currentRowChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+        connect(l, &QListWidget::currentRowChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
     if (onDblClick)
         connect(l, &QListWidget::itemDoubleClicked, this,
-                guarded([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
+                asAction([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
     return l;
 }
 
 QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std::function<void()> onClick) {
     auto* c = new QCheckBox(caption, this);
     c->setObjectName(name);
-    if (onClick) connect(c, &QCheckBox::stateChanged, this, guarded([f = std::move(onClick)](int) { f(); }));
+    if (onClick) connect(c, &QCheckBox::stateChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
     return c;
 }
 
@@ -216,7 +224,7 @@ QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
     auto* o = new QRadioButton(caption, this);
     o->setObjectName(name);
     if (onClick)
-        connect(o, &QRadioButton::toggled, this, guarded([f = std::move(onClick)](bool on) {
+        connect(o, &QRadioButton::toggled, this, asAction([f = std::move(onClick)](bool on) {
                     if (on) f();
                 }));
     return o;
@@ -227,8 +235,8 @@ QSlider* FormBase::makeSlider(const QString& name, int minimum, int maximum, std
     auto* s = new QSlider(Qt::Horizontal, this);
     s->setObjectName(name);
     s->setRange(minimum, maximum);
-    if (onChange) connect(s, &QSlider::valueChanged, this, guarded([f = std::move(onChange)](int) { f(); }));
-    if (onScroll) connect(s, &QSlider::sliderMoved, this, guarded([f = std::move(onScroll)](int) { f(); }));
+    if (onChange) connect(s, &QSlider::valueChanged, this, asAction([f = std::move(onChange)](int) { f(); }));
+    if (onScroll) connect(s, &QSlider::sliderMoved, this, asAction([f = std::move(onScroll)](int) { f(); }));
     return s;
 }
 
@@ -238,7 +246,7 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
     t->installEventFilter(this);
     if (onChange)
         connect(t, &QLineEdit::textChanged, this,
-                guarded([f = std::move(onChange)](const QString&) { f(); }));
+                asAction([f = std::move(onChange)](const QString&) { f(); }));
     return t;
 }
 
@@ -302,7 +310,7 @@ void FormBase::closeDialog() {
 bool FormBase::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut) {
         auto it = validators_.find(watched);
-        if (it != validators_.end()) runGuarded(it->second);
+        if (it != validators_.end()) runGuarded(it->second, actionName());
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -4,6 +4,7 @@
 // text box, the load/activate/unload life, and the platform's input box.
 
 #include "panel/Controls.h"
+#include "panel/EventGuard.h"
 #include "panel/Vantry.h"
 
 #include <QPixmap>
@@ -63,6 +64,15 @@ class FormBase : public QWidget {
     // Form_QueryUnload: false cancels the closing.
     virtual bool queryUnload() { return true; }
     virtual void formUnload() {}
+
+    // A handler behind the event boundary, as one user action of this form: a change it makes to the
+    // host is an undo step named after the form's caption, unless the handler names it otherwise.
+    template <class F> auto asAction(F f) {
+        return [this, f = std::move(f)](auto&&... args) { runGuarded([&] { f(args...); }, actionName()); };
+    }
+    // The caption as a user names the effect: "Kirrel-Alpha Wipes (Requires Alpha Channel)" is
+    // "Alpha Wipes".
+    std::string actionName() const;
 
     // Control factories; every handler runs behind the event boundary.
     QPushButton* makeButton(const QString& name, const QString& caption, std::function<void()> onClick);

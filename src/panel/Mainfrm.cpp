@@ -65,7 +65,10 @@ void Mainfrm::buildMenus() {
     auto entry = [this](QMenu* menu, const char* name, const char* caption, void (Mainfrm::*handler)()) {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
-        connect(a, &QAction::triggered, this, guarded([this, handler](bool) { (this->*handler)(); }));
+        connect(a, &QAction::triggered, this, guarded([this, handler, caption](bool) {
+                    nameAction(caption);
+                    (this->*handler)();
+                }));
         if (menu)
             menu->addAction(a);
         else
@@ -81,7 +84,10 @@ void Mainfrm::buildMenus() {
     auto entryFn = [this](QMenu* menu, const char* name, const char* caption, std::function<void()> fn) {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
-        connect(a, &QAction::triggered, this, guarded([fn = std::move(fn)](bool) { fn(); }));
+        connect(a, &QAction::triggered, this, guarded([fn = std::move(fn), caption](bool) {
+                    nameAction(caption);
+                    fn();
+                }));
         menu->addAction(a);
     };
 
@@ -159,6 +165,7 @@ void Mainfrm::List2_DblClick() {
 void Mainfrm::launchRow(const QString& plugin) {
     for (const auto& row : catalogueRows()) {
         if (plugin != row.plugin) continue;
+        nameAction(plugin.toStdString());
         if (row.needsAnimation && !needAnimation()) return;
         if (row.question && van().Van_QuestionBox(row.question) == 2) return;
         if (row.opensForm) {
