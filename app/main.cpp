@@ -51,14 +51,13 @@ bool hasDisplay() {
     return false;
 }
 
-// The window at the screen's top left, leaving room on the right for the panel where there is some.
+// The window at the screen's top left, with room for the docked panel, the canvas and the buffers.
 void placeWindow(QWidget& window) {
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (!screen) return;
     const QRect room = screen->availableGeometry();
-    constexpr int kPanelRoom = 450;
-    const int width = std::clamp(room.width() - kPanelRoom - 40, 760, 1100);
-    const int height = std::clamp(room.height() - 80, 520, 800);
+    const int width = std::clamp(room.width() - 40, 900, 1560);
+    const int height = std::clamp(room.height() - 80, 560, 940);
     window.resize(std::min(width, room.width()), std::min(height, room.height()));
     window.move(room.left() + 16, room.top() + 16);
 }

@@ -117,6 +117,7 @@ const std::map<QString, std::pair<int, Op>>& table() {
         {"Van_RenameBuffer", {1, [](Vantry_Class& v, const Args& a) { v.Van_RenameBuffer(str(a, 0)); }}},
         {"Van_NewFilename", {1, [](Vantry_Class& v, const Args& a) { v.Van_NewFilename(str(a, 0)); }}},
         {"Van_ConfirmDiscard", {0, [](Vantry_Class& v, const Args&) { v.Van_ConfirmDiscard(); }}},
+        {"Van_ShowStatus", {1, [](Vantry_Class& v, const Args& a) { v.Van_ShowStatus(str(a, 0)); }}},
     };
     return ops;
 }

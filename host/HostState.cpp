@@ -242,15 +242,20 @@ void HostState::restore(const HostSnapshot& s) {
 void HostState::beginAction() {
     actionStart_ = snapshot();
     historyMoved_ = false;
+    actionBoxes_ = dialogs_.size();
+    actionStatus_ = false;
 }
 
-void HostState::endAction(const std::string& label) {
+void HostState::endAction(const std::string& label, bool run) {
     if (!actionStart_) return;
     HostSnapshot before = std::move(*actionStart_);
     actionStart_.reset();
     if (historyMoved_) return;
     HostSnapshot after = snapshot();
-    if (!contentDiffers(before, after)) return;
+    if (!contentDiffers(before, after)) {
+        if (run && dialogs_.size() == actionBoxes_ && !actionStatus_) showStatus(label + ": nothing changed");
+        return;
+    }
     // Planes rewritten with the bytes they held cost nothing: the host shares the old buffers again.
     shareUnchangedPlanes(before, after);
     frames_ = after.frames;
@@ -260,6 +265,11 @@ void HostState::endAction(const std::string& label) {
     const StepSummary summary = summarize(label, before, after);
     history_.push(label, std::move(before), after, after);
     if (onStepAdded) onStepAdded(summary);
+}
+
+void HostState::showStatus(const std::string& text) {
+    actionStatus_ = true;
+    if (onStatus) onStatus(text);
 }
 
 bool HostState::undo() {

@@ -106,12 +106,18 @@ class HostState {
     bool restoreUndo(); // the host's own undo of one picture; false when there is none
     bool hasUndo() const { return hasUndo_; }
 
+    // A short word in the status bar (a refusal that needs no box); nothing to answer.
+    void showStatus(const std::string& text);
+    std::function<void(const std::string&)> onStatus;
+
     // --- the undo history ---
     // A user action begins and ends (the event boundary brackets every action); a change of the
     // content between the two becomes one undo step under the label. Undo and redo inside an action
     // move in the history instead.
     void beginAction();
-    void endAction(const std::string& label);
+    // `run` marks an action of a run button: when it changed nothing and said nothing, the status bar
+    // says so, rather than leaving the user to wonder.
+    void endAction(const std::string& label, bool run = false);
     bool undo();
     bool redo();
     History& history() { return history_; }
@@ -249,6 +255,8 @@ class HostState {
     History history_;
     std::optional<HostSnapshot> actionStart_;
     bool historyMoved_ = false;
+    std::size_t actionBoxes_ = 0;
+    bool actionStatus_ = false;
     std::vector<QWidget*> forms_;
     Responder* responder_ = nullptr;
 };

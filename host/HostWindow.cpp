@@ -5,6 +5,7 @@
 #include "host/ColourSwatches.h"
 #include "host/FrameBar.h"
 #include "host/HostState.h"
+#include "host/PanelDock.h"
 #include "panel/EventGuard.h"
 
 #include <QAction>
@@ -28,6 +29,10 @@
 
 namespace kirrel::host {
 
+namespace {
+constexpr int kStatusMs = 6000;
+}
+
 HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), host_(host) {
     setObjectName("hostWindow");
     setAcceptDrops(true);
@@ -38,6 +43,8 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
     buildCentre();
     buildSidePanel();
     buildStatusBar();
+    panelDock_ = new PanelDock(this);
+    addDockWidget(Qt::LeftDockWidgetArea, panelDock_);
 
     syncTimer_ = new QTimer(this);
     syncTimer_->setSingleShot(true);
@@ -49,6 +56,9 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
     host_.onStopAnimation = [this] { frameBar_->stop(); };
     host_.hasUnsavedChanges = [this] { return isModified(); };
     host_.onStepAdded = [this](const StepSummary& step) { stepAdded(step); };
+    host_.onStatus = [this](const std::string& text) {
+        statusBar()->showMessage(QString::fromStdString(text), kStatusMs);
+    };
     for (QWidget* form : host_.forms())
         adoptForm(form);
     adoptCurrentAsDocument("Untitled");
@@ -60,6 +70,7 @@ HostWindow::~HostWindow() {
     host_.onStopAnimation = nullptr;
     host_.hasUnsavedChanges = nullptr;
     host_.onStepAdded = nullptr;
+    host_.onStatus = nullptr;
     if (waitCursor_) QApplication::restoreOverrideCursor();
 }
 
@@ -132,10 +143,12 @@ void HostWindow::buildActions() {
         "firstFrame", "&First Frame", [this] { goToFrame(0); }, QKeySequence(Qt::Key_Home));
     makeAction(
         "previousFrame", "P&revious Frame", [this] { goToFrame(host_.currentFrame() - 1); },
-        QKeySequence(Qt::Key_Comma));
+        QKeySequence(Qt::Key_Comma))
+        ->setShortcuts({QKeySequence(Qt::Key_Comma), QKeySequence(Qt::Key_Left)});
     makeAction(
         "nextFrame", "&Next Frame", [this] { goToFrame(host_.currentFrame() + 1); },
-        QKeySequence(Qt::Key_Period));
+        QKeySequence(Qt::Key_Period))
+        ->setShortcuts({QKeySequence(Qt::Key_Period), QKeySequence(Qt::Key_Right)});
     makeAction(
         "lastFrame", "&Last Frame", [this] { goToFrame(host_.totalFrames() - 1); },
         QKeySequence(Qt::Key_End));
@@ -271,6 +284,14 @@ void HostWindow::buildCentre() {
     });
     column->addWidget(frameBar_);
     setCentralWidget(centre);
+    // The frame keys belong to the canvas and the frame bar: in the panel's dialogs the same keys
+    // move through lists and text.
+    canvas_->setFocusPolicy(Qt::StrongFocus);
+    for (const char* name : {"firstFrame", "previousFrame", "nextFrame", "lastFrame"}) {
+        QAction* a = action(name);
+        a->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        centre->addAction(a);
+    }
     lockable_ << canvasArea_ << frameBar_;
 }
 

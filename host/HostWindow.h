@@ -2,7 +2,8 @@
 // The stand-in host's main window: a small paint-and-animation viewer around the panel. It shows the
 // main buffer (fitted or zoomed, alpha over a checkerboard, the selection outline), the frame scrubber
 // with playback, the swap picture, the alpha plane and the two paint colours, and it offers the
-// file, swap, alpha and undo commands of a host. The panel's forms become its tool windows.
+// file, swap, alpha and undo commands of a host. The panel and its forms live in a dock beside the
+// canvas, so nothing the panel opens covers the picture.
 //
 // The window follows the host through HostState's hooks: cheap run state (lock, wait pointer,
 // progress) at once, pictures coalesced after the event, and live while a run holds the lock so the
@@ -34,6 +35,7 @@ class ColourSwatches;
 class FrameBar;
 class HostState;
 class BufferThumbnail;
+class PanelDock;
 
 class HostWindow : public QMainWindow {
     Q_OBJECT
@@ -58,13 +60,13 @@ class HostWindow : public QMainWindow {
     FrameBar* frameBar() const { return frameBar_; }
     QProgressBar* progressBar() const { return progress_; }
     BufferThumbnail* swapView() const { return swapView_; }
+    PanelDock* panelDock() const { return panelDock_; }
     QAction* action(const QString& name) const;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     // construction
@@ -85,7 +87,6 @@ class HostWindow : public QMainWindow {
     void updateActions();
     void updateTitle();
     void adoptForm(QWidget* form);
-    void placeForm(QWidget* form);
     void showHover(QPoint pixel);
 
     // commands
@@ -161,7 +162,7 @@ class HostWindow : public QMainWindow {
     // the file they read) makes the animation on screen the saved document.
     std::string shownFilename_;
 
-    std::vector<QPointer<QWidget>> placedForms_;
+    PanelDock* panelDock_ = nullptr;
 };
 
 } // namespace kirrel::host

@@ -7,6 +7,7 @@
 #include "host/HostState.h"
 #include "host/HostWindow.h"
 #include "host/NewAnimationDialog.h"
+#include "host/PanelDock.h"
 #include "host/PngSequence.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
@@ -405,14 +406,11 @@ void HostWindow::deleteFrame() {
 // --- the panel and help ------------------------------------------------------------------------
 
 void HostWindow::showPanel() {
-    panel::FormBase* front = panel::FormBase::front();
-    if (!front) {
+    if (!panel::FormBase::front()) {
         warn("Kirrel", "The Kirrel panel has been closed.");
         return;
     }
-    front->show();
-    front->raise();
-    front->activateWindow();
+    panelDock_->bringForward();
 }
 
 void HostWindow::tryWipe() {

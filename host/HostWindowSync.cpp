@@ -8,6 +8,7 @@
 #include "host/FrameBar.h"
 #include "host/HostState.h"
 #include "host/HostWindow.h"
+#include "host/PanelDock.h"
 #include "host/SelectionOutline.h"
 
 #include <QAction>
@@ -242,47 +243,7 @@ void HostWindow::showHover(QPoint pixel) {
 // --- the panel's forms ------------------------------------------------------------------------------
 
 void HostWindow::adoptForm(QWidget* form) {
-    if (!form || form->parentWidget() == this) return;
-    const bool visible = form->isVisible();
-    Qt::WindowFlags flags = form->windowFlags() & ~Qt::WindowType_Mask;
-    form->setParent(this, flags | Qt::Tool);
-    form->installEventFilter(this);
-    if (visible) form->show();
-}
-
-bool HostWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Show) {
-        auto* form = qobject_cast<QWidget*>(watched);
-        if (form && form->parentWidget() == this) {
-            auto known = std::find(placedForms_.begin(), placedForms_.end(), form);
-            if (known == placedForms_.end()) {
-                placedForms_.emplace_back(form);
-                placeForm(form);
-            }
-        }
-    }
-    return QMainWindow::eventFilter(watched, event);
-}
-
-void HostWindow::placeForm(QWidget* form) {
-    // A dialog opens where the panel stands, since it takes the panel's place; the panel itself
-    // stands beside the window when the screen has room, else over the canvas's top right corner.
-    // Either way the whole form stays on the screen.
-    const QRect frame = frameGeometry();
-    const QScreen* screen = this->screen();
-    const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1400, 900);
-    const QSize size = form->frameGeometry().size();
-    QPoint at(frame.right() + 8, frame.top() + 40);
-    bool besidePanel = false;
-    for (const QPointer<QWidget>& other : placedForms_)
-        if (other && other != form && other->objectName() == "Mainfrm") {
-            at = other->pos();
-            besidePanel = true;
-        }
-    if (!besidePanel && at.x() + size.width() > room.right()) at.setX(frame.right() - size.width() - 250);
-    at.setX(std::clamp(at.x(), room.left(), std::max(room.left(), room.right() - size.width())));
-    at.setY(std::clamp(at.y(), room.top(), std::max(room.top(), room.bottom() - size.height())));
-    form->move(at);
+    panelDock_->adopt(form);
 }
 
 } // namespace kirrel::host

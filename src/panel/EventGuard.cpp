@@ -15,6 +15,7 @@ std::function<void()> endHandler;
 int depth = 0;
 std::string actionLabel;  // named inside the action
 std::string defaultLabel_; // the first default of the action's boundaries
+bool runAction = false;
 
 std::string describe(const std::exception& e) {
     if (dynamic_cast<const std::bad_alloc*>(&e)) return "Out of memory";
@@ -42,6 +43,10 @@ std::optional<std::string> takeScriptAbort() {
     return a;
 }
 
+void markRunAction() {
+    if (depth > 0) runAction = true;
+}
+
 void nameAction(const std::string& label) {
     if (depth > 0 && actionLabel.empty()) actionLabel = label;
 }
@@ -62,11 +67,13 @@ void runGuarded(const std::function<void()>& action, const std::string& defaultL
     host::HostState& host = host::runningHost();
     actionLabel.clear();
     defaultLabel_ = defaultLabel;
+    runAction = false;
     host.beginAction();
     struct Step {
         host::HostState& host;
         ~Step() {
-            host.endAction(!actionLabel.empty() ? actionLabel : !defaultLabel_.empty() ? defaultLabel_ : "Change");
+            host.endAction(!actionLabel.empty() ? actionLabel : !defaultLabel_.empty() ? defaultLabel_ : "Change",
+                           runAction);
         }
     } step{host};
     try {

@@ -29,6 +29,9 @@ std::optional<std::string> takeScriptAbort();
 void runGuarded(const std::function<void()>& action, const std::string& defaultLabel = {});
 // Names the step of the action that runs now ("Wipes", "Open AnimGif"); the first name wins.
 void nameAction(const std::string& label);
+// Marks the action as a run (an effect's Apply): if it changes nothing and says nothing, the host's
+// status bar says that nothing changed.
+void markRunAction();
 
 template <class F> auto guarded(F f) {
     return [f = std::move(f)](auto&&... args) { runGuarded([&] { f(args...); }); };

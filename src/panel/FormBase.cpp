@@ -260,7 +260,10 @@ QHBoxLayout* FormBase::makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUn
                                     const QString& runCaption) {
     chkUndoSave = makeCheck("chkUndoSave", "Save Undo");
     cmdUndo = makeButton("cmdUndo", "Undo", std::move(onUndo));
-    cmdRun = makeButton("cmd_Run", runCaption, std::move(onRun));
+    cmdRun = makeButton("cmd_Run", runCaption, [onRun = std::move(onRun)] {
+        markRunAction();
+        onRun();
+    });
     cmdCancel = makeButton("cmdCancel", "Done", std::move(onDone));
     return buttonRow(chkUndoSave, cmdUndo, cmdRun, cmdCancel);
 }

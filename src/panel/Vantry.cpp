@@ -253,6 +253,10 @@ void Vantry_Class::Van_NewFilename(const std::string& path) {
     traceCall("Van_NewFilename", path);
     host_.newFilename(path);
 }
+void Vantry_Class::Van_ShowStatus(const std::string& text) {
+    traceCall("Van_ShowStatus", text);
+    host_.showStatus(text);
+}
 int Vantry_Class::Van_ConfirmDiscard() {
     traceCall("Van_ConfirmDiscard");
     return host_.confirmDiscard();

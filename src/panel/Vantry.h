@@ -100,6 +100,8 @@ class Vantry_Class {
     // Asks, when the host's animation holds unsaved changes, whether they may go; 2 means no. Called
     // before an import replaces the animation. Returns 1 without asking when nothing is unsaved.
     int Van_ConfirmDiscard();
+    // A short word in the host's status bar, for a refusal that needs no box.
+    void Van_ShowStatus(const std::string& text);
 
   private:
     kirrel::host::HostState& host_;

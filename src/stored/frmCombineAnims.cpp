@@ -68,7 +68,10 @@ void frmCombineAnims::cmd_Run_Click() {
         return;
     }
     Slot = rows().selectedSlot();
-    if (Slot == -1) return;
+    if (Slot == -1) {
+        van().Van_ShowStatus("Combine: choose a stored animation first");
+        return;
+    }
     (void)van().Van_BufferHeight();
     (void)van().Van_BufferWidth();
     const auto header = checkedSlot(Slot);
