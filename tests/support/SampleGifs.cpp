@@ -1,8 +1,11 @@
 #include "support/SampleGifs.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 #include <stdexcept>
 
@@ -95,7 +98,13 @@ QStringList makeSampleGifs(const QString& folder) {
     return paths;
 }
 
-CoalescedGif coalescedGif(const QString& gif) {
+CoalescedGif coalescedGif(const QString& file) {
+    // ImageMagick reads patterns and options in a name ("%d", "[1]", "*", a leading '-'): it is
+    // given a plain-named link instead.
+    QTemporaryDir dir;
+    const QString gif = QDir(dir.path()).filePath("in.gif");
+    if (!QFile::link(QFileInfo(file).absoluteFilePath(), gif))
+        throw std::runtime_error("cannot link " + file.toStdString());
     CoalescedGif out;
     const QStringList info = QString::fromUtf8(runConvert("identify", {"-format", "%T %W %H\n", gif}))
                                  .split('\n', Qt::SkipEmptyParts);
