@@ -39,9 +39,11 @@ struct ProbedStream {
     int rotation = 0;
     std::vector<double> pts; // seconds, in presentation order
     double lastDuration = 0;
+    double duration = 0; // the container's own, when it says
 };
 
-// ffprobe's CSV: "packet,PTS,DURATION" lines, then "stream,W,H[,side_data,ROTATION]".
+// ffprobe's CSV: "packet,PTS,DURATION" lines, then "stream,W,H[,side_data,ROTATION]" and
+// "format,DURATION".
 ProbedStream parseProbe(const QByteArray& csv) {
     ProbedStream s;
     std::vector<std::pair<double, double>> packets;
@@ -51,6 +53,8 @@ ProbedStream parseProbe(const QByteArray& csv) {
             bool ok = false;
             const double pts = v[1].toDouble(&ok);
             if (ok) packets.emplace_back(pts, v[2].toDouble());
+        } else if (v.size() >= 2 && v[0] == "format") {
+            s.duration = v[1].toDouble();
         } else if (v.size() >= 3 && v[0] == "stream") {
             s.width = v[1].toInt();
             s.height = v[2].toInt();
@@ -77,6 +81,15 @@ std::vector<int> delaysOf(const ProbedStream& s) {
     return d;
 }
 
+// A file cut short may still list only whole packets (a WebM has no index to miss); its container
+// then says it lasts longer than the frames that came. More than the longest delay counts as short.
+bool endsBeforeItsDuration(const ProbedStream& s, const std::vector<int>& delays) {
+    if (s.duration <= 0 || s.pts.empty() || delays.empty()) return false;
+    const double longest = *std::max_element(delays.begin(), delays.end()) / 1000.0;
+    const double end = s.pts.back() - s.pts.front() + delays.back() / 1000.0;
+    return s.duration - end > longest + 0.001;
+}
+
 std::runtime_error unreadable(const QString& path, const QString& why) {
     return std::runtime_error(
         (QFileInfo(path).fileName() + " could not be read" + (why.isEmpty() ? "." : ": " + why))
@@ -96,12 +109,14 @@ Animation readWithFfmpeg(const QString& path, FfmpegSource source, const ReadOpt
     const QString input = "file:" + folder.linkTo(path, "input." + suffix);
     const QStringList format = kind.demuxer ? QStringList{"-f", kind.demuxer} : QStringList{};
 
-    ToolRun probe(ffprobe,
-                  QStringList{"-v", "error", "-select_streams", "v:0", "-show_entries",
-                              "stream=width,height:stream_side_data=rotation:packet=pts_time,duration_time",
-                              "-of", "csv"} +
-                      format + QStringList{input},
-                  options.progress);
+    ToolRun probe(
+        ffprobe,
+        QStringList{
+            "-v", "error", "-select_streams", "v:0", "-show_entries",
+            "stream=width,height:stream_side_data=rotation:packet=pts_time,duration_time:format=duration",
+            "-of", "csv"} +
+            format + QStringList{input},
+        options.progress);
     ToolRun decode(ffmpeg,
                    QStringList{"-nostdin", "-v", "error"} + format +
                        QStringList{"-i", input, "-map", "0:v:0", "-fps_mode", "passthrough", "-f", "rawvideo",
@@ -127,8 +142,9 @@ Animation readWithFfmpeg(const QString& path, FfmpegSource source, const ReadOpt
     });
     const int code = decode.finish([&](const char* bytes, qint64 size) { stream.feed(bytes, size); });
     if (builder.frameCount() == 0) throw unreadable(path, decode.complaint());
-    const bool whole =
-        code == 0 && !stream.leftover() && static_cast<std::size_t>(builder.frameCount()) >= s.pts.size();
+    const bool whole = code == 0 && !stream.leftover() &&
+                       static_cast<std::size_t>(builder.frameCount()) >= s.pts.size() &&
+                       !endsBeforeItsDuration(s, delays);
     return builder.finish({whole});
 }
 

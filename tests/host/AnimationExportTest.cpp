@@ -177,7 +177,7 @@ TEST_P(ExportRoundTrip, FramesTimingLoopAndTransparencyComeBack) {
 }
 
 // The paper colour as transparency, and a name every tool could misread: a leading '-', ffmpeg's and
-// ImageMagick's patterns, a quote and spaces.
+// ImageMagick's patterns, a quote and spaces; the file is opened by that name as well.
 TEST_P(ExportRoundTrip, AnAwkwardNameIsWrittenExactlyAndReplacesTheFileBefore) {
     const QString out = target("-it's %d [1] * ?");
     writeFile(out, "the file before");
@@ -188,6 +188,7 @@ TEST_P(ExportRoundTrip, AnAwkwardNameIsWrittenExactlyAndReplacesTheFileBefore) {
     }
     host::exportAnimation(out, s.input(), {.transparency = host::ExportTransparency::Paper});
     EXPECT_EQ(folder(), QStringList{QFileInfo(out).fileName()});
+    EXPECT_EQ(host::readAnimationFile(out).frames.size(), s.frames.size()) << "and it opens by that name too";
     const ExportFormat format = *host::exportFormatFor(out);
     RgbaFrames got;
     std::vector<int> delays;
