@@ -3,6 +3,7 @@
 // for the lossless formats, at least 35 dB for MP4 and WebM).
 
 #include "host/AnimationExport.h"
+#include "host/AnimationFiles.h"
 #include "support/MediaCheck.h"
 #include "support/SampleGifs.h"
 #include "support/Support.h"
