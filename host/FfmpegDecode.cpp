@@ -137,8 +137,9 @@ Animation readWithFfmpeg(const QString& path, FfmpegSource source, const ReadOpt
     RgbaFrameStream stream(std::size_t{4} * w * s.height, [&](const std::uint8_t* rgba) {
         const auto i = static_cast<std::size_t>(builder.frameCount());
         builder.addFrame(rgba, std::ptrdiff_t{4} * w, i < delays.size() ? delays[i] : 0);
-        if (options.progress.report && !delays.empty())
-            options.progress.report(std::min(100.0, 100.0 * (i + 1) / delays.size()));
+        if (options.progress.report && !s.pts.empty())
+            options.progress.report(
+                std::min(100.0, 100.0 * static_cast<double>(i + 1) / static_cast<double>(s.pts.size())));
     });
     const int code = decode.finish([&](const char* bytes, qint64 size) { stream.feed(bytes, size); });
     if (builder.frameCount() == 0) throw unreadable(path, decode.complaint());

@@ -138,6 +138,7 @@ void writeWithFfmpeg(ExportFormat format, const QString& out, const ExportFrames
         if (progress.report) progress.report(percent);
     };
     std::vector<int> delays;
+    delays.reserve(static_cast<std::size_t>(frames.count()));
     for (int i = 0; i < frames.count(); ++i)
         delays.push_back(format == ExportFormat::Gif ? 10 * gifCentiseconds(frames.delayMs(i))
                                                      : frames.delayMs(i));

@@ -94,7 +94,7 @@ QString PrivateFolder::path(const QString& name) const {
 }
 
 QString PrivateFolder::linkTo(const QString& file, const QString& name) const {
-    const QString link = path(name);
+    QString link = path(name);
     const QString target = QFileInfo(file).absoluteFilePath();
     if (!QFile::link(target, link) && !QFile::copy(target, link))
         throw std::runtime_error((QFileInfo(file).fileName() + " could not be opened").toStdString());

@@ -17,7 +17,7 @@ namespace {
 // The GIF, made on first use; empty when ffmpeg is missing or fails.
 QString sampleGif(int frames, int w, int h) {
     static QTemporaryDir dir;
-    const QString gif = QDir(dir.path()).filePath(QString("testsrc2-%1x%2x%3.gif").arg(frames).arg(w).arg(h));
+    QString gif = QDir(dir.path()).filePath(QString("testsrc2-%1x%2x%3.gif").arg(frames).arg(w).arg(h));
     if (QFile::exists(gif)) return gif;
     QProcess p;
     p.start("ffmpeg", {"-v", "error", "-nostdin", "-f", "lavfi", "-i",

@@ -191,16 +191,17 @@ TEST_P(ExportRoundTrip, AnAwkwardNameIsWrittenExactlyAndReplacesTheFileBefore) {
     EXPECT_EQ(folder(), QStringList{QFileInfo(out).fileName()});
     EXPECT_EQ(host::readAnimationFile(out).frames.size(), s.frames.size()) << "and it opens by that name too";
     const ExportFormat format = *host::exportFormatFor(out);
-    RgbaFrames got;
-    std::vector<int> delays;
-    QString info;
-    if (format == ExportFormat::Gif) got = gifFrames(out);
-    if (format == ExportFormat::Apng) got = apngFrames(out, delays);
-    if (format == ExportFormat::WebP) got = webpFrames(out, info);
     if (format == ExportFormat::Mp4 || format == ExportFormat::WebM) {
         EXPECT_EQ(probe(out).startsMs.size(), s.frames.size());
         return;
     }
+    const RgbaFrames got = [&] {
+        std::vector<int> delays;
+        QString info;
+        return format == ExportFormat::Gif    ? gifFrames(out)
+               : format == ExportFormat::Apng ? apngFrames(out, delays)
+                                              : webpFrames(out, info);
+    }();
     ASSERT_EQ(got.frames.size(), s.frames.size());
     for (std::size_t f = 0; f < got.frames.size(); ++f) {
         EXPECT_EQ(got.pixel(f, 3, 4)[3], 0);

@@ -159,6 +159,7 @@ TEST_P(DamagedMedia, OpensInPartWithANoteOrGivesAClearError) {
     QTemporaryDir dir;
     const QString whole = QDir(dir.path()).filePath(QString("whole.") + GetParam());
     std::vector<host::Picture> frames;
+    frames.reserve(12);
     for (int f = 0; f < 12; ++f)
         frames.push_back(patternPicture(40, 30, 17 * f));
     const std::vector<int> delays(frames.size(), 50);

@@ -95,7 +95,7 @@ RgbaFrames webpFrames(const QString& file, QString& info) {
         const bool blend = m.captured(9) == "yes";
         for (int y = 0; y < img.height(); ++y)
             for (int x = 0; x < img.width(); ++x) {
-                const uchar* s = img.constScanLine(y) + 4 * x;
+                const uchar* s = img.constScanLine(y) + std::ptrdiff_t{4} * x;
                 std::uint8_t* d =
                     canvasPixels.data() + 4 * ((static_cast<std::size_t>(y0) + y) * out.width + x0 + x);
                 // Only clear and opaque pixels are written in these tests, so blending is a choice.
@@ -141,7 +141,7 @@ double psnr(const RgbaFrames& got, const std::vector<host::Picture>& want) {
             for (int x = 0; x < want[f].width(); ++x) {
                 const std::uint8_t* p = got.pixel(f, x, y);
                 for (const auto& [plane, c] : {std::pair{&want[f].r, 0}, {&want[f].g, 1}, {&want[f].b, 2}}) {
-                    const double d = double{plane->at(x, y)} - p[c];
+                    const double d = static_cast<double>(plane->at(x, y)) - p[c];
                     squared += d * d;
                     ++n;
                 }
