@@ -35,7 +35,7 @@ struct ReadOptions {
     // colours), so they show the same in every frame whatever the file did with them.
     std::uint32_t paper = 0xFFFFFF;
     // Reports how far a long read has got and lets the user cancel it (then Cancelled is thrown).
-    ToolProgress progress;
+    ToolProgress progress{};
 };
 
 // int16 Frames, int16 W, int16 H, then R, G, B planes per frame; Frames 0 holds one still picture.

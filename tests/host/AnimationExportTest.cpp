@@ -122,8 +122,7 @@ TEST_P(ExportRoundTrip, FramesTimingLoopAndTransparencyComeBack) {
     const bool video = !host::formatHasTransparency(format);
     const Sample s = video ? smooth() : fewColours();
     std::vector<double> progress;
-    host::exportAnimation(out, s.input(), {.loop = 3},
-                          {.report = [&](double p) { progress.push_back(p); }, .cancelled = {}});
+    host::exportAnimation(out, s.input(), {.loop = 3}, {.report = [&](double p) { progress.push_back(p); }});
     EXPECT_EQ(folder(), QStringList{QFileInfo(out).fileName()}) << "nothing else is left behind";
     ASSERT_FALSE(progress.empty());
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
@@ -214,9 +213,8 @@ TEST_P(ExportRoundTrip, ACancelOrAMissingFfmpegLeavesTheFileBeforeAndNothingElse
     writeFile(out, "the file before");
     const Sample s = fewColours();
     int asked = 0;
-    EXPECT_THROW(
-        host::exportAnimation(out, s.input(), {}, {.report = {}, .cancelled = [&] { return ++asked > 2; }}),
-        host::Cancelled);
+    EXPECT_THROW(host::exportAnimation(out, s.input(), {}, {.cancelled = [&] { return ++asked > 2; }}),
+                 host::Cancelled);
     if (*host::exportFormatFor(out) != ExportFormat::WebP) {
         const PathWith noFfmpeg({});
         try {
