@@ -107,6 +107,26 @@ TEST_F(MediaRead, VideosFromFfmpegGiveEveryFrameTheirTimingAndTheirRotation) {
     EXPECT_EQ(turned.frames[0].height(), 48);
 }
 
+// A cancel ends the tools at once and leaves no private folder behind.
+TEST_F(MediaRead, ACancelledReadThrowsCancelledAndLeavesNothing) {
+    need({"ffmpeg", "ffprobe"});
+    ASSERT_EQ(runTool("ffmpeg", {"-v", "error", "-f", "lavfi", "-i", "testsrc2=size=320x240:rate=25",
+                                 "-frames:v", "50", at("long.webm")})
+                  .code,
+              0);
+    auto privateFolders = [] {
+        return QDir(QDir::tempPath()).entryList({"kirrel-media-*"}, QDir::Dirs).size();
+    };
+    const qsizetype before = privateFolders();
+    int reports = 0;
+    host::ReadOptions options;
+    options.progress.report = [&](double) { ++reports; };
+    options.progress.cancelled = [&] { return reports >= 3; };
+    EXPECT_THROW(host::readAnimationFile(at("long.webm"), options), host::Cancelled);
+    EXPECT_EQ(reports, 3);
+    EXPECT_EQ(privateFolders(), before);
+}
+
 TEST_F(MediaRead, AFolderOfFramesIsReadInNaturalOrder) {
     for (const int n : {10, 9, 1, 2}) {
         QImage img(3, 2, QImage::Format_RGB888);
