@@ -1,5 +1,8 @@
 #include "host/AnimationFiles.h"
 
+#include "host/AnimationBuilder.h"
+#include "host/MediaReaders.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -278,34 +281,91 @@ QImage imageFromPlane(const krl::Plane& p) {
     return imageFromPicture(grey);
 }
 
-Animation readAnimationFile(const QString& path, const ReadOptions& /*options*/) {
+namespace {
+
+// frame9.png before frame10.png: runs of digits compare by their value.
+bool naturalLess(const QString& a, const QString& b) {
+    qsizetype i = 0;
+    qsizetype j = 0;
+    while (i < a.size() && j < b.size()) {
+        if (a[i].isDigit() && b[j].isDigit()) {
+            const qsizetype si = i;
+            const qsizetype sj = j;
+            while (i < a.size() && a[i].isDigit())
+                ++i;
+            while (j < b.size() && b[j].isDigit())
+                ++j;
+            // Longer runs, once their leading zeros are set aside, are larger numbers.
+            const QStringView da = QStringView(a).mid(si, i - si);
+            const QStringView db = QStringView(b).mid(sj, j - sj);
+            auto significant = [](QStringView d) {
+                qsizetype k = 0;
+                while (k + 1 < d.size() && d[k] == '0')
+                    ++k;
+                return d.mid(k);
+            };
+            const QStringView va = significant(da);
+            const QStringView vb = significant(db);
+            if (va.size() != vb.size()) return va.size() < vb.size();
+            if (const int c = va.compare(vb); c != 0) return c < 0;
+            if (da.size() != db.size()) return da.size() < db.size();
+            continue;
+        }
+        const QChar ca = a[i].toLower();
+        const QChar cb = b[j].toLower();
+        if (ca != cb) return ca < cb;
+        ++i;
+        ++j;
+    }
+    return a.size() - i < b.size() - j;
+}
+
+void addImage(AnimationBuilder& builder, const QImage& image, const QString& path, int delayMs) {
+    const QImage rgba = checkedImage(image, path).convertToFormat(QImage::Format_RGBA8888);
+    if (!builder.started()) builder.start(rgba.width(), rgba.height());
+    if (rgba.width() != builder.width() || rgba.height() != builder.height())
+        throw fileError(path, "differs in size from the frames before it");
+    builder.addFrame(rgba.constBits(), rgba.bytesPerLine(), delayMs);
+}
+
+Animation readFrameFolder(const QString& path, const ReadOptions& options) {
+    QStringList names = QDir(path).entryList({"*.png", "*.PNG"}, QDir::Files);
+    if (names.isEmpty()) throw fileError(path, "holds no PNG frames");
+    std::sort(names.begin(), names.end(), naturalLess);
+    AnimationBuilder builder(path, options);
+    for (const QString& n : names) {
+        if (options.progress.cancelled && options.progress.cancelled()) throw Cancelled();
+        const QString f = QDir(path).filePath(n);
+        addImage(builder, decodeImage(f), f, 0);
+    }
+    return builder.finish({.whole = true, .timed = false, .stillWhenSingle = false});
+}
+
+// Pictures and the animated formats Qt reads itself.
+Animation readWithQt(const QString& path, const ReadOptions& options) {
+    QuietDecoders quiet;
+    QImageReader reader(path);
+    if (!reader.canRead()) throw fileError(path, "is not a picture Kirrel can read");
+    AnimationBuilder builder(path, options);
+    QImage frame;
+    const bool timed = reader.supportsAnimation();
+    while (reader.read(&frame)) {
+        addImage(builder, frame, path, std::max(0, reader.nextImageDelay()));
+        if (!timed) break;
+    }
+    if (!builder.started()) throw fileError(path, "is not a picture Kirrel can read");
+    return builder.finish({.whole = true, .timed = timed});
+}
+
+} // namespace
+
+Animation readAnimationFile(const QString& path, const ReadOptions& options) {
     QFileInfo info(path);
     if (!info.exists()) throw fileError(path, "does not exist");
     if (isDat(path)) return readAnimationDat(path);
-    Animation a;
-    if (info.isDir()) {
-        const QStringList names = QDir(path).entryList({"*.png", "*.PNG"}, QDir::Files, QDir::Name);
-        if (names.isEmpty()) throw fileError(path, "holds no PNG frames");
-        for (const QString& n : names) {
-            const QString f = QDir(path).filePath(n);
-            a.frames.push_back(pictureFromImage(checkedImage(decodeImage(f), f)));
-        }
-    } else {
-        QuietDecoders quiet;
-        QImageReader reader(path);
-        if (!reader.canRead()) throw fileError(path, "is not a picture Kirrel can read");
-        if (reader.supportsAnimation() && reader.imageCount() != 1) {
-            QImage frame;
-            while (reader.read(&frame))
-                a.frames.push_back(pictureFromImage(checkedImage(frame, path)));
-            if (a.frames.empty()) throw fileError(path, "holds no frames");
-        } else {
-            a.still = pictureFromImage(checkedImage(reader.read(), path));
-            return a;
-        }
-    }
-    a.still = a.frames.front();
-    return a;
+    if (info.isDir()) return readFrameFolder(path, options);
+    if (const MediaReader read = mediaReaderFor(path)) return read(path, options);
+    return readWithQt(path, options);
 }
 
 Picture readPictureFile(const QString& path) {

@@ -3,6 +3,7 @@
 // (little-endian int16 header, planes x fastest) and ordinary image files. Every reader checks its
 // sizes against the file before it allocates, so a damaged file gives a clear error and no crash.
 
+#include "host/MediaTools.h"
 #include "host/Picture.h"
 
 #include <QImage>
@@ -33,6 +34,8 @@ struct ReadOptions {
     // Transparent and partly transparent pixels are laid over this colour (packed like the host's
     // colours), so they show the same in every frame whatever the file did with them.
     std::uint32_t paper = 0xFFFFFF;
+    // Reports how far a long read has got and lets the user cancel it (then Cancelled is thrown).
+    ToolProgress progress{};
 };
 
 // int16 Frames, int16 W, int16 H, then R, G, B planes per frame; Frames 0 holds one still picture.
@@ -48,7 +51,7 @@ void writePlaneDat(const QString& path, const krl::Plane& p);
 // the like) or a single picture. A tool that is needed and missing, or a file that cannot be read,
 // throws std::runtime_error with a message for the user.
 Animation readAnimationFile(const QString& path, const ReadOptions& options = {});
-Picture readPictureFile(const QString& path); // .dat or an image
+Picture readPictureFile(const QString& path);  // .dat or an image
 krl::Plane readAlphaFile(const QString& path); // .dat or a grey image
 
 // An image of W x H pixels becomes a picture with bounds W, H: the extra column and row repeat the

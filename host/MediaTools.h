@@ -12,8 +12,8 @@ namespace kirrel::host {
 
 // A long read or write reports its progress (0..100) and may be cancelled; either may be empty.
 struct ToolProgress {
-    std::function<void(double percent)> report;
-    std::function<bool()> cancelled;
+    std::function<void(double percent)> report{};
+    std::function<bool()> cancelled{};
 };
 
 // A tool the task needs is not installed; the message names the Debian package that brings it.

@@ -1,0 +1,65 @@
+#pragma once
+// Reading animation files back with the tools themselves (ffprobe, ffmpeg, identify, webpmux,
+// dwebp, apngdis), never with Kirrel, to check what Kirrel wrote; and a PATH without some tools.
+
+#include "host/Picture.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <cstdint>
+#include <vector>
+
+namespace kirrel::test {
+
+struct ToolOutput {
+    int code = -1;
+    QByteArray out;
+    QByteArray err;
+};
+ToolOutput runTool(const QString& program, const QStringList& args);
+// The first of `programs` that is not on PATH, or empty when all are.
+QString missingTool(const QStringList& programs);
+
+// RGBA frames of one size, x fastest.
+struct RgbaFrames {
+    int width = 0;
+    int height = 0;
+    std::vector<std::vector<std::uint8_t>> frames;
+    const std::uint8_t* pixel(std::size_t f, int x, int y) const {
+        return frames[f].data() + 4 * (static_cast<std::size_t>(y) * width + x);
+    }
+};
+// ffprobe: the video stream's size and each frame's start in milliseconds, in order.
+struct Probed {
+    int width = 0;
+    int height = 0;
+    std::vector<int> startsMs;
+};
+Probed probe(const QString& file);
+// Every frame as ffmpeg decodes it.
+RgbaFrames ffmpegFrames(const QString& file, int width, int height);
+// An animated WebP composited from webpmux's frames, each decoded by dwebp.
+RgbaFrames webpFrames(const QString& file, QString& info);
+// apngdis: the frames (read from the PNGs it writes) and their delays in milliseconds.
+RgbaFrames apngFrames(const QString& file, std::vector<int>& delaysMs);
+
+// The peak signal-to-noise ratio of the W x H pixels of `got` against the pictures, in dB.
+double psnr(const RgbaFrames& got, const std::vector<host::Picture>& want);
+
+// Runs with only the named programs on PATH (linked into a folder of their own); restores PATH after.
+class PathWith {
+  public:
+    explicit PathWith(const QStringList& programs);
+    ~PathWith();
+    PathWith(const PathWith&) = delete;
+    PathWith& operator=(const PathWith&) = delete;
+
+  private:
+    QTemporaryDir dir_;
+    QByteArray saved_;
+};
+
+} // namespace kirrel::test
