@@ -109,6 +109,8 @@ void HostWindow::buildActions() {
         "saveFrames", "&Save Frames as PNG…", [this] { saveFramesDialog(); }, QKeySequence::Save)
         ->setIcon(s->standardIcon(QStyle::SP_DialogSaveButton));
     makeAction(
+        "exportAnimation", "&Export Animation…", [this] { exportAnimationDialog(); }, QKeySequence("Ctrl+E"));
+    makeAction(
         "quit", "&Quit", [this] { close(); }, QKeySequence::Quit);
 
     makeAction(
@@ -187,7 +189,7 @@ void HostWindow::buildMenus() {
     add(file, {"newAnimation", "open", "openFolder"});
     recentMenu_ = file->addMenu("Open &Recent");
     recentMenu_->setObjectName("recentMenu");
-    add(file, {"-", "saveFrames", "-", "quit"});
+    add(file, {"-", "saveFrames", "exportAnimation", "-", "quit"});
     add(menuBar()->addMenu("&Edit"), {"undo", "redo"});
     add(menuBar()->addMenu("&View"),
         {"zoomFit", "zoomActual", "zoomIn", "zoomOut", "-", "showAlpha", "showOutline"});

@@ -94,6 +94,7 @@ class HostWindow : public QMainWindow {
     void openFileDialog();
     void openFolderDialog();
     void saveFramesDialog();
+    void exportAnimationDialog();
     void rebuildRecentMenu();
     bool confirmDiscard();
     void undo();

@@ -6,6 +6,8 @@
 #include "host/FrameBar.h"
 #include "host/HostState.h"
 #include "host/HostWindow.h"
+#include "host/ExportAnimationDialog.h"
+#include "host/HostExport.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
 #include "host/PngSequence.h"
@@ -27,6 +29,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProgressDialog>
 #include <QSettings>
 #include <QStatusBar>
 #include <QUrl>
@@ -63,6 +66,28 @@ QString openFilter() {
 QString pictureFilter() {
     return QString("Pictures (%1 *.dat);;All files (*)").arg(pictureGlobs());
 }
+
+// A long read or write shows how far it has got, after a moment, with a Cancel button.
+class ProgressBox {
+  public:
+    ProgressBox(QWidget* parent, const QString& text) : box_(text, "Cancel", 0, 100, parent) {
+        box_.setWindowModality(Qt::WindowModal);
+        box_.setMinimumDuration(400);
+    }
+    ToolProgress tool() {
+        ToolProgress p;
+        p.report = [this](double percent) { box_.setValue(static_cast<int>(percent)); };
+        p.cancelled = [this] {
+            QCoreApplication::processEvents();
+            return box_.wasCanceled();
+        };
+        return p;
+    }
+    void close() { box_.reset(); }
+
+  private:
+    QProgressDialog box_;
+};
 
 // Keeps the wait pointer up while a file is read or written.
 struct WaitPointer {
@@ -114,10 +139,15 @@ bool HostWindow::openAnimation(const QString& path) {
     const QString name = QFileInfo(path).fileName();
     nameAction("Open " + name.toStdString());
     Animation a;
+    ProgressBox progress(this, QString("Opening %1…").arg(name));
     try {
         WaitPointer wait;
-        a = readAnimationFile(path, ReadOptions{host_.secondaryColor()});
+        a = readAnimationFile(path, ReadOptions{host_.secondaryColor(), progress.tool()});
+    } catch (const Cancelled&) {
+        statusBar()->showMessage("Opening cancelled: the animation is as it was", kMessageMs);
+        return false;
     } catch (const std::exception& e) {
+        progress.close();
         warn("Open",
              QString("Kirrel could not open “%1”.\n\n%2").arg(QDir::toNativeSeparators(path), e.what()));
         if (!QFileInfo::exists(path)) {
@@ -252,6 +282,46 @@ void HostWindow::saveFramesDialog() {
                             QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return;
     saveFramesAsPng(file, withAlpha);
+}
+
+void HostWindow::exportAnimationDialog() {
+    const QString base = QFileInfo(documentTitle_).completeBaseName();
+    const QSettings settings;
+    const QString extension = settings.value("window/exportExtension", "gif").toString();
+    const QString start =
+        QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
+    ExportAnimationDialog dialog(this, start, anyTransparent(host_.alphaPlane()));
+    if (dialog.exec() != QDialog::Accepted) return;
+    const QString path = dialog.path();
+    if (!exportFormatFor(path)) {
+        warn("Export Animation", "Choose a file name that ends in .gif, .png, .webp, .mp4 or .webm: the "
+                                 "ending says which format to write.");
+        return;
+    }
+    if (QFileInfo::exists(path) &&
+        QMessageBox::question(this, "Export Animation",
+                              QString("“%1” already exists.\nReplace it?").arg(QFileInfo(path).fileName()),
+                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
+        return;
+    rememberFolder(path);
+    QSettings().setValue("window/exportExtension", QFileInfo(path).suffix().toLower());
+    ProgressBox progress(this, QString("Exporting %1…").arg(QFileInfo(path).fileName()));
+    try {
+        WaitPointer wait;
+        exportHostAnimation(host_, path, dialog.options(), progress.tool());
+    } catch (const Cancelled&) {
+        statusBar()->showMessage("Export cancelled: nothing was written", kMessageMs);
+        return;
+    } catch (const std::exception& e) {
+        progress.close();
+        warn("Export Animation", QString("Kirrel could not export the animation to “%1”.\n\n%2")
+                                     .arg(QDir::toNativeSeparators(path), e.what()));
+        return;
+    }
+    statusBar()->showMessage(QString("Exported %1 frame(s) to %2")
+                                 .arg(std::max(1, host_.totalFrames()))
+                                 .arg(QFileInfo(path).fileName()),
+                             kMessageMs);
 }
 
 bool HostWindow::saveFramesAsPng(const QString& chosenFile, bool withAlpha) {

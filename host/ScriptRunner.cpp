@@ -1,6 +1,7 @@
 #include "host/ScriptRunner.h"
 
 #include "host/AnimationFiles.h"
+#include "host/HostExport.h"
 #include "host/HostOperations.h"
 #include "host/HostState.h"
 #include "host/ScriptedResponder.h"
@@ -295,6 +296,38 @@ class Runner {
         f->closeByUser();
     }
 
+    // File > Export Animation: the format from the file's extension, options as keys.
+    void exportAnimation(const QJsonObject& step) const {
+        static const QStringList keys = {"export", "loop", "quality", "transparency"};
+        for (const QString& key : step.keys())
+            if (!keys.contains(key)) throw ScriptError("an export step has no \"" + key.toStdString() + "\"");
+        const QString file = path(step["export"].toString());
+        if (!exportFormatFor(file))
+            throw ScriptError("\"export\" needs a file ending in .gif, .png, .apng, .webp, .mp4 or .webm");
+        ExportOptions o;
+        auto whole = [&](const char* key, int low, int high, int fallback) {
+            if (!step.contains(key)) return fallback;
+            const double v = step[key].toDouble(-1);
+            if (!step[key].isDouble() || v < low || v > high || v != static_cast<int>(v))
+                throw ScriptError(std::string("\"") + key + "\" is a whole number from " + std::to_string(low) +
+                                  " to " + std::to_string(high));
+            return static_cast<int>(v);
+        };
+        o.loop = whole("loop", 0, 65535, 0);
+        o.quality = whole("quality", 0, 100, -1);
+        const QString t = step["transparency"].toString("alpha");
+        if (t == "none")
+            o.transparency = ExportTransparency::None;
+        else if (t == "paper")
+            o.transparency = ExportTransparency::Paper;
+        else if (t == "alpha")
+            o.transparency = ExportTransparency::Alpha;
+        else
+            throw ScriptError("\"transparency\" is \"alpha\", \"paper\" or \"none\"");
+        QDir().mkpath(QFileInfo(file).absolutePath());
+        exportHostAnimation(runningHost(), file, o);
+    }
+
     // The host window's own commands, as its menus give them.
     static void windowCommand(const QString& command) {
         HostState& host = runningHost();
@@ -348,6 +381,8 @@ class Runner {
             screenshot(step);
         else if (step.contains("close"))
             user([&] { closeForm(step["close"].toString()); });
+        else if (step.contains("export"))
+            exportAnimation(step);
         else if (step.contains("window"))
             user([&] { windowCommand(step["window"].toString()); });
         else
@@ -455,7 +490,14 @@ Relative paths are relative to the script's folder.
     {"dump": "out"}                        animation.dat, swap.dat, alpha.dat, state.json, frames/
     {"screenshot": "form.png"}             the form in front
     {"close": "frmWipes"}                  its "Done"; "Mainfrm" closes the panel
-    {"window": "undo"}                     Edit > Undo in the host window; "redo" for Edit > Redo ] }
+    {"window": "undo"}                     Edit > Undo in the host window; "redo" for Edit > Redo
+    {"export": "out.webp", "loop": 0, "quality": 90, "transparency": "alpha"}
+                                           File > Export Animation: the format from the extension
+                                           (.gif, .png or .apng, .webp, .mp4, .webm); "loop" is how
+                                           often it plays (0 for ever), "quality" 0..100 for WebP
+                                           (100 lossless, the default), MP4 and WebM; "transparency"
+                                           "alpha" (the alpha channel), "paper" (the secondary
+                                           colour) or "none" ] }
 Add "form": "frmX" to a step to address a form that is not in front.
 .dat layouts (little-endian int16): animation: Frames, W, H, then R, G, B planes per frame (Frames 0:
 one still picture); swap: W, H, R, G, B; alpha: W, H, one plane. W and H are upper bounds: a plane

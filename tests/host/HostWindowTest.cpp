@@ -1,4 +1,4 @@
-// The host window as the panel drives it: forms become its tool windows, the scrubber follows the
+// The host window as the panel drives it: forms live in its dock, the scrubber follows the
 // frame and Van_ShowScrub, a run's lock keeps the user's hands off, the wait pointer and progress show,
 // and Van_StopAnimation stops playback.
 
@@ -6,6 +6,8 @@
 
 #include "host/CanvasView.h"
 #include "host/FrameBar.h"
+#include "exchange/ImportGif.h"
+#include "host/PanelDock.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/Panel.h"
@@ -24,29 +26,74 @@
 namespace kirrel::test {
 namespace {
 
-TEST_F(HostWindowTest, PanelOpensAsToolWindowOfTheHost) {
+// The panel and every form it opens live in the dock beside the canvas: a dialog takes the panel's
+// place, Escape is its "Done", and at no window size does a form cover the canvas.
+TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
     panel::startPanel();
     panel::FormBase* main = panel::FormBase::find("Mainfrm");
     ASSERT_NE(main, nullptr);
-    EXPECT_EQ(main->parentWidget(), window.get());
-    EXPECT_TRUE(main->isWindow());
-    EXPECT_EQ(main->windowType(), Qt::Tool);
+    host::PanelDock* dock = window->panelDock();
+    EXPECT_TRUE(dock->isAncestorOf(main));
+    EXPECT_FALSE(main->isWindow());
     EXPECT_TRUE(main->isVisible());
 
-    // A dialog of the panel is a tool window too, and takes the panel's place on the screen.
     main->findChild<QAction*>("menuStored")->trigger();
     panel::FormBase* stored = panel::FormBase::find("frmMultiAnims");
     ASSERT_NE(stored, nullptr);
-    EXPECT_EQ(stored->parentWidget(), window.get());
-    EXPECT_EQ(stored->windowType(), Qt::Tool);
+    settle();
+    EXPECT_TRUE(dock->isAncestorOf(stored));
     EXPECT_TRUE(stored->isVisible());
     EXPECT_FALSE(main->isVisible());
-    EXPECT_EQ(stored->pos().y(), main->pos().y());
+    EXPECT_EQ(dock->windowTitle(), stored->windowTitle());
 
-    // Closing the panel's forms leaves the host window standing.
-    delete stored;
+    const QWidget* canvas = window->findChild<QWidget*>("canvasArea");
+    for (QSize size : {QSize(800, 560), QSize(1200, 800), QSize(1700, 1000)}) {
+        window->resize(size);
+        settle();
+        const QRect canvasRect(canvas->mapToGlobal(QPoint(0, 0)), canvas->size());
+        for (panel::FormBase* f : panel::FormBase::openForms()) {
+            if (!f->isVisible()) continue;
+            EXPECT_FALSE(QRect(f->mapToGlobal(QPoint(0, 0)), f->size()).intersects(canvasRect))
+                << f->objectName().toStdString() << " at " << size.width() << "x" << size.height();
+        }
+    }
+
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(stored, &escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    settle();
+    EXPECT_EQ(panel::FormBase::find("frmMultiAnims"), nullptr);
+    EXPECT_TRUE(main->isVisible());
+    QCoreApplication::sendEvent(main, &escape);
+    EXPECT_TRUE(main->isVisible()) << "the panel itself stays";
+
     delete main;
     EXPECT_TRUE(window->isVisible());
+}
+
+// The panel's imports replace the animation: the host asks first about unsaved work, and keeping it
+// ends the import before the converter runs; after an import the window shows the file's name.
+TEST_F(HostWindowTest, PanelImportsAskBeforeReplacingUnsavedWork) {
+    Vantry::Vantry_Class van;
+    van.Van_SetBbuffer(krl::Plane(64, 48));
+    ASSERT_TRUE(window->isModified());
+    const host::Picture before = host().framePicture(0);
+    answerFile("/nowhere/walk.gif");
+    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
+    runGuarded([] {
+        Vantry::Vantry_Class v;
+        exchange::ImportGifDirect(v);
+    });
+    EXPECT_TRUE(calls("Van_GetTempDir").empty()) << "no converter run";
+    EXPECT_EQ(host().framePicture(0).b, before.b);
+    EXPECT_EQ(host().dialogs().back().kind, "question");
+
+    // A named animation becomes the document: its name in the title, nothing unsaved.
+    van.Van_RenameBuffer("/some/where/walk.gif");
+    van.Van_NewFilename("/some/where/walk.gif");
+    settle();
+    EXPECT_FALSE(window->isModified());
+    EXPECT_TRUE(window->windowTitle().startsWith("walk.gif"));
 }
 
 TEST_F(HostWindowTest, ScrubberFollowsGotoFrameAndShowScrub) {

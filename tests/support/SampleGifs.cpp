@@ -1,6 +1,8 @@
 #include "support/SampleGifs.h"
 
 #include <QDir>
+
+#include <algorithm>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -124,6 +126,26 @@ CoalescedGif coalescedGif(const QString& file) {
     for (qsizetype at = 0; at < raw.size(); at += frameBytes)
         out.frames.emplace_back(raw.begin() + at, raw.begin() + at + frameBytes);
     return out;
+}
+
+int pixelsUnlikeCoalesced(const std::vector<host::Picture>& frames, const CoalescedGif& want,
+                          std::uint32_t paper, bool rideAlong) {
+    const int all = static_cast<int>(want.frames.size()) * want.width * want.height;
+    if (frames.size() != want.frames.size()) return all;
+    const int extra = rideAlong ? 1 : 0;
+    int wrong = 0;
+    for (std::size_t f = 0; f < frames.size(); ++f) {
+        const host::Picture& p = frames[f];
+        if (p.width() != want.width || p.height() != want.height) return all;
+        for (int y = 0; y < want.height + extra; ++y)
+            for (int x = 0; x < want.width + extra; ++x) {
+                const std::uint8_t* px = want.pixel(f, std::min(x, want.width - 1), std::min(y, want.height - 1));
+                const std::uint32_t expected =
+                    px[3] == 0 ? paper : px[0] | (std::uint32_t{px[1]} << 8) | (std::uint32_t{px[2]} << 16);
+                wrong += host::packColor(p.r.at(x, y), p.g.at(x, y), p.b.at(x, y)) != expected;
+            }
+    }
+    return wrong;
 }
 
 } // namespace kirrel::test

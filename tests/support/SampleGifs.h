@@ -3,6 +3,8 @@
 // (every disposal, partial frames at offsets, transparency, local palettes, interlace), and
 // ImageMagick's own reading of a GIF to compare an import with.
 
+#include "host/Picture.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -32,5 +34,12 @@ struct CoalescedGif {
 };
 // Throws std::runtime_error when convert fails.
 CoalescedGif coalescedGif(const QString& gif);
+
+// How many pixels of the pictures differ from the coalesced frames, where every opaque pixel must be
+// ImageMagick's and every clear one `paper` (packed, red lowest). With `rideAlong` the pictures'
+// extra column and row count too, as copies of the edge; a frame count or size that differs counts
+// every pixel.
+int pixelsUnlikeCoalesced(const std::vector<host::Picture>& frames, const CoalescedGif& want,
+                          std::uint32_t paper, bool rideAlong);
 
 } // namespace kirrel::test
