@@ -24,6 +24,7 @@
 // found), "failed" (the converter reported an error) or "refused" (the file was not run), and the
 // second line says what happened in words for the user.
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -65,6 +66,10 @@ struct RunOutcome {
     QString kind;     // "", "missing", "failed" or "refused"
     QString message;  // for the user
 };
+
+// The environment the converter runs in: the system's, with the memory settings that spare it most
+// of its time in the kernel.
+QProcessEnvironment converterEnvironment();
 
 // Runs a batch file inside folders.temp. converter is the program that stands for the host's
 // converter; empty when none could be found.
