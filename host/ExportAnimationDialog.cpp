@@ -1,5 +1,7 @@
 #include "host/ExportAnimationDialog.h"
 
+#include "host/FileDialogs.h"
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -118,8 +120,8 @@ ExportOptions ExportAnimationDialog::options() const {
 }
 
 void ExportAnimationDialog::browse() {
-    const QString chosen = QFileDialog::getSaveFileName(this, "Export Animation", path(), filterText(),
-                                                        nullptr, QFileDialog::DontConfirmOverwrite);
+    const QString chosen =
+        chooseFileToSave(this, "Export Animation", path(), filterText(), QFileDialog::DontConfirmOverwrite);
     if (chosen.isEmpty()) return;
     path_->setText(chosen);
     pathEdited();
@@ -153,7 +155,7 @@ void ExportAnimationDialog::updateControls() {
     quality_->setEnabled(formatHasQuality(f));
     transparency_->setEnabled(formatHasTransparency(f));
     const bool lossless = f == ExportFormat::WebP && quality_->value() == 100;
-    qualityText_->setText(!formatHasQuality(f) ? QString("lossless")
+    qualityText_->setText(!formatHasQuality(f) ? QString()
                           : lossless           ? QString("100 (lossless)")
                                                : QString::number(quality_->value()));
 }

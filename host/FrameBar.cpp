@@ -35,6 +35,8 @@ FrameBar::FrameBar(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) 
     slider_->setObjectName("scrubber");
     slider_->setToolTip("Drag to scrub through the frames");
     slider_->setPageStep(5);
+    // The track keeps room to be dragged when the window is at its smallest.
+    slider_->setMinimumWidth(120);
     row->addSpacing(6);
     row->addWidget(slider_, 1);
     row->addSpacing(6);
@@ -42,6 +44,7 @@ FrameBar::FrameBar(QWidget* parent) : QWidget(parent), timer_(new QTimer(this)) 
     label_ = new QLabel(this);
     label_->setObjectName("frameLabel");
     label_->setMinimumWidth(label_->fontMetrics().horizontalAdvance("Frame 00000 · 000000 ms") + 8);
+    label_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     row->addWidget(label_);
     count_ = new QLabel(this);
     count_->setObjectName("frameCount");
@@ -109,7 +112,7 @@ void FrameBar::updateLabel() {
     }
     const int delay = shownDelay();
     label_->setText(QString("Frame %1 · %2 ms").arg(slider_->value()).arg(delay));
-    count_->setText(QString("of %1").arg(total_));
+    count_->setText(QString("(%1 frames)").arg(total_));
     if (!delay_->hasFocus()) {
         const QSignalBlocker block(delay_);
         delay_->setValue(delay);

@@ -7,6 +7,7 @@
 #include "host/HostState.h"
 #include "host/HostWindow.h"
 #include "host/ExportAnimationDialog.h"
+#include "host/FileDialogs.h"
 #include "host/HostExport.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
@@ -120,7 +121,7 @@ void HostWindow::rememberFolder(const QString& file) {
 }
 
 QString HostWindow::pickFile(const QString& title, const QString& filter) {
-    QString file = QFileDialog::getOpenFileName(this, title, lastFolder(), filter);
+    QString file = chooseFileToOpen(this, title, lastFolder(), filter);
     if (!file.isEmpty()) rememberFolder(file);
     return file;
 }
@@ -186,12 +187,12 @@ bool HostWindow::openAnimation(const QString& path) {
 
 void HostWindow::openFileDialog() {
     const QString file =
-        QFileDialog::getOpenFileName(this, "Open Animation or Picture", lastFolder(), openFilter());
+        chooseFileToOpen(this, "Open Animation or Picture", lastFolder(), openFilter());
     if (!file.isEmpty()) openAnimation(file);
 }
 
 void HostWindow::openFolderDialog() {
-    const QString dir = QFileDialog::getExistingDirectory(
+    const QString dir = chooseFolder(
         this, "Open Frame Folder (PNG frames, in name order)", lastFolder());
     if (!dir.isEmpty()) openAnimation(dir);
 }
@@ -257,7 +258,8 @@ void HostWindow::newAnimation() {
 void HostWindow::saveFramesDialog() {
     const QString base = QFileInfo(documentTitle_).completeBaseName();
     const QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("frames") : base) + ".png");
-    QString file = QFileDialog::getSaveFileName(this, "Save Frames as PNG", start, "PNG frames (*.png)");
+    QString file = chooseFileToSave(this, "Save Frames as PNG", start, "PNG frames (*.png)",
+                                    QFileDialog::DontConfirmOverwrite);
     if (file.isEmpty()) return;
     if (QFileInfo(file).suffix().isEmpty()) file += ".png";
     rememberFolder(file);
@@ -288,8 +290,10 @@ void HostWindow::exportAnimationDialog() {
     const QString base = QFileInfo(documentTitle_).completeBaseName();
     const QSettings settings;
     const QString extension = settings.value("window/exportExtension", "gif").toString();
-    const QString start =
-        QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
+    QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
+    // Never the file the animation came from: an export beside it keeps the original.
+    if (QFileInfo(start) == QFileInfo(documentPath_))
+        start = QDir(lastFolder()).filePath(base + "-edited." + extension);
     ExportAnimationDialog dialog(this, start, anyTransparent(host_.alphaPlane()));
     if (dialog.exec() != QDialog::Accepted) return;
     const QString path = dialog.path();

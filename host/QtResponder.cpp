@@ -1,5 +1,7 @@
 #include "host/QtResponder.h"
 
+#include "host/FileDialogs.h"
+
 #include "host/FileFilter.h"
 
 #include <QApplication>
@@ -91,6 +93,7 @@ std::string QtResponder::requestFile(bool save, const std::string& title, const 
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     // A name typed without an extension gets the one the filter asks for.
     if (save) dialog.setDefaultSuffix(QString::fromStdString(filterSuffix(filter)));
+    fitFileDialog(dialog);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     const QString chosen = dialog.selectedFiles().front();
     settings.setValue(kLastFolderKey, QFileInfo(chosen).absolutePath());

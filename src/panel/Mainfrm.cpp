@@ -241,6 +241,8 @@ void Mainfrm::undoCleanUp() {
 }
 
 void Mainfrm::menuQuit_Click() {
+    // Quitting here ends the host too: its unsaved work is asked about as its own Quit would.
+    if (van().Van_ConfirmDiscard() == 2) return;
     undoCleanUp();
     endProgram();
 }

@@ -14,7 +14,7 @@ constexpr short kWaitPointer = 11;
 constexpr short kCreateMode = 2;
 } // namespace
 
-void SaveAnimToSlot(short slot, const std::function<void(const QImage&)>& showThumbnail) {
+void SaveAnimToSlot(short slot, const std::function<void(const QImage&, QSize picture)>& showThumbnail) {
     Vantry::Vantry_Class van;
     const short frames = van.Van_GetTotalFrames();
     if (frames == 0) {
@@ -40,7 +40,7 @@ void SaveAnimToSlot(short slot, const std::function<void(const QImage&)>& showTh
     const krl::Plane g = van.Van_GetGBuffer();
     const krl::Plane b = van.Van_GetBBuffer();
     const QImage thumbnail = plotThumbnail(r, g, b, width, height);
-    if (showThumbnail) showThumbnail(thumbnail);
+    if (showThumbnail) showThumbnail(thumbnail, QSize(width, height));
     saveThumbnail(thumbnail, slotThumbPath(temp, slot));
 
     // Straight from the frame store by index: the current frame doesn't move in this loop.

@@ -15,14 +15,16 @@ panel::PictureBox* makeThumbnailBox(QWidget* form, const QString& name) {
     return box;
 }
 
-void showThumbnail(panel::PictureBox* box, const QImage& thumbnail) {
+void showThumbnail(panel::PictureBox* box, const QImage& thumbnail, QSize pictureSize) {
     if (thumbnail.isNull()) {
         box->setPixmap(QPixmap());
         return;
     }
-    // Each stored pixel becomes a square block: the thumbnail is small enough to read that way.
-    box->setPixmap(QPixmap::fromImage(thumbnail.scaled(kThumbWidth * kThumbZoom, kThumbHeight * kThumbZoom,
-                                                       Qt::IgnoreAspectRatio, Qt::FastTransformation)));
+    QSize shown(kThumbWidth * kThumbZoom, kThumbHeight * kThumbZoom);
+    if (pictureSize.width() > 0 && pictureSize.height() > 0)
+        shown = pictureSize.scaled(shown, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+    // Each stored pixel becomes a block: the thumbnail is small enough to read that way.
+    box->setPixmap(QPixmap::fromImage(thumbnail.scaled(shown, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
 }
 
 } // namespace kirrel::stored

@@ -118,7 +118,8 @@ void frmMultiAnims::ResetSlots() {
         // The caption decides, not the file: a slot whose file vanished while the panel stands open
         // keeps its text, and its thumbnail is then shown empty.
         const bool filled = r.lblSlots->text() != kEmpty;
-        showThumbnail(r.picThumbnail, filled ? loadThumbnail(slotThumbPath(tempDir_, i)) : QImage());
+        showThumbnail(r.picThumbnail, filled ? loadThumbnail(slotThumbPath(tempDir_, i)) : QImage(),
+                      QSize(SlotWidth[at], SlotHeight[at]));
         r.cmdLoad->setEnabled(filled);
         r.cmdClear->setEnabled(filled);
     }
@@ -146,7 +147,8 @@ class SlotButtonsBusy {
 
 void frmMultiAnims::SaveAnimToSlot() {
     panel::PictureBox* box = rows_[static_cast<std::size_t>(CurrentSlot)].picThumbnail;
-    stored::SaveAnimToSlot(CurrentSlot, [box](const QImage& thumbnail) { showThumbnail(box, thumbnail); });
+    stored::SaveAnimToSlot(CurrentSlot,
+                           [box](const QImage& thumbnail, QSize picture) { showThumbnail(box, thumbnail, picture); });
 }
 
 void frmMultiAnims::LoadAnimFromSlot() {

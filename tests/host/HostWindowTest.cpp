@@ -71,9 +71,10 @@ TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
     EXPECT_TRUE(window->isVisible());
 }
 
-// The panel's imports replace the animation: the host asks first about unsaved work, and keeping it
-// ends the import before the converter runs; after an import the window shows the file's name.
-TEST_F(HostWindowTest, PanelImportsAskBeforeReplacingUnsavedWork) {
+// The panel's imports replace the animation and its Quit ends the host: the host asks first about
+// unsaved work, and keeping it ends the import before the converter runs, or keeps the program
+// open; after an import the window shows the file's name.
+TEST_F(HostWindowTest, PanelImportsAndQuitAskAboutUnsavedWork) {
     Vantry::Vantry_Class van;
     van.Van_SetBbuffer(krl::Plane(64, 48));
     ASSERT_TRUE(window->isModified());
@@ -87,6 +88,11 @@ TEST_F(HostWindowTest, PanelImportsAskBeforeReplacingUnsavedWork) {
     EXPECT_TRUE(calls("Van_GetTempDir").empty()) << "no converter run";
     EXPECT_EQ(host().framePicture(0).b, before.b);
     EXPECT_EQ(host().dialogs().back().kind, "question");
+
+    panel::startPanel();
+    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
+    panel::FormBase::find("Mainfrm")->findChild<QAction*>("menuQuit")->trigger();
+    EXPECT_FALSE(programEnded());
 
     // A named animation becomes the document: its name in the title, nothing unsaved.
     van.Van_RenameBuffer("/some/where/walk.gif");
