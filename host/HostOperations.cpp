@@ -20,7 +20,7 @@ using Op = std::function<void(Vantry_Class&, const Args&)>;
 
 double num(const Args& a, int i) {
     if (i >= a.size() || !a[i].isDouble())
-        throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a number");
+        throw HostOperationError("argument " + std::to_string(i + 1) + " must be a number");
     return a[i].toDouble();
 }
 // Whole numbers round half to even, as the panel's conversions do; a script number beyond the
@@ -28,12 +28,12 @@ double num(const Args& a, int i) {
 int integer(const Args& a, int i) {
     const double r = std::nearbyint(num(a, i));
     if (!(r >= -2147483648.0 && r <= 2147483647.0))
-        throw std::invalid_argument("argument " + std::to_string(i + 1) + " is out of range");
+        throw HostOperationError("argument " + std::to_string(i + 1) + " is out of range");
     return static_cast<int>(r);
 }
 std::string str(const Args& a, int i) {
     if (i >= a.size() || !a[i].isString())
-        throw std::invalid_argument("argument " + std::to_string(i + 1) + " must be a string");
+        throw HostOperationError("argument " + std::to_string(i + 1) + " must be a string");
     return a[i].toString().toStdString();
 }
 
@@ -127,10 +127,10 @@ const std::map<QString, std::pair<int, Op>>& table() {
 void callHostOperation(const QString& name, const QJsonArray& args) {
     auto it = table().find(name);
     if (it == table().end())
-        throw std::invalid_argument("\"" + name.toStdString() +
+        throw HostOperationError("\"" + name.toStdString() +
                                     "\" is not a host operation a script can call");
     if (args.size() != it->second.first)
-        throw std::invalid_argument(name.toStdString() + " takes " + std::to_string(it->second.first) +
+        throw HostOperationError(name.toStdString() + " takes " + std::to_string(it->second.first) +
                                     " arguments");
     Vantry_Class van;
     it->second.second(van, args);

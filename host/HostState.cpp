@@ -269,7 +269,14 @@ void HostState::endAction(const std::string& label, bool run) {
 
 void HostState::showStatus(const std::string& text) {
     actionStatus_ = true;
+    lastStatus_ = text;
     if (onStatus) onStatus(text);
+}
+
+void HostState::rollbackAction() {
+    if (!actionStart_) return;
+    restore(*actionStart_);
+    actionStart_.reset();
 }
 
 bool HostState::undo() {

@@ -108,6 +108,7 @@ class HostState {
 
     // A short word in the status bar (a refusal that needs no box); nothing to answer.
     void showStatus(const std::string& text);
+    const std::string& lastStatus() const { return lastStatus_; }
     std::function<void(const std::string&)> onStatus;
 
     // --- the undo history ---
@@ -118,6 +119,9 @@ class HostState {
     // `run` marks an action of a run button: when it changed nothing and said nothing, the status bar
     // says so, rather than leaving the user to wonder.
     void endAction(const std::string& label, bool run = false);
+    // The action failed or was cancelled: the content and the frame shown go back to how the action
+    // found them, and no step is kept.
+    void rollbackAction();
     bool undo();
     bool redo();
     History& history() { return history_; }
@@ -257,6 +261,7 @@ class HostState {
     bool historyMoved_ = false;
     std::size_t actionBoxes_ = 0;
     bool actionStatus_ = false;
+    std::string lastStatus_;
     std::vector<QWidget*> forms_;
     Responder* responder_ = nullptr;
 };

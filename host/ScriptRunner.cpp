@@ -355,7 +355,7 @@ class Runner {
                     action();
                 } catch (const ScriptError& e) {
                     scriptError = e;
-                } catch (const std::invalid_argument& e) {
+                } catch (const HostOperationError& e) {
                     scriptError = ScriptError(e.what());
                 }
             });

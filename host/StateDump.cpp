@@ -120,6 +120,7 @@ QString stateJson(const HostState& h) {
     };
     s += "  \"history\": {\"undo\": " + labels(h.history().undoLabels()) +
          ", \"redo\": " + labels(h.history().redoLabels()) + "},\n";
+    s += "  \"status\": " + jsonQuote(h.lastStatus()) + ",\n";
     s += "  \"scrub\": [" + std::to_string(h.scrubPosition()) + ", " + std::to_string(h.scrubTotal()) + "],\n";
     s += "  \"layers\": " + std::to_string(h.layerCount()) + ",\n";
     s += "  \"layer_opacity\": " + std::to_string(h.layerOpacity()) + ",\n";

@@ -1,6 +1,7 @@
 #include "panel/EventGuard.h"
 
 #include "host/HostState.h"
+#include "host/MediaTools.h"
 
 #include <exception>
 #include <new>
@@ -84,13 +85,20 @@ void runGuarded(const std::function<void()>& action, const std::string& defaultL
     } catch (const host::ScriptAbort& a) {
         pendingAbort = a.reason;
     } catch (const std::exception& e) {
-        host::runningHost().reportError(describe(e));
+        // A failed or cancelled action changes nothing: the host's content and the frame shown go
+        // back to how the action found them, so that no half-done run or half-read file is left.
+        host.rollbackAction();
         // A run that failed midway never reached its own Van_Unlock. The program goes on after the
         // report, so the host is released here as the panel's shutdown would release it; otherwise
         // the user would face a window that takes no input, a wait pointer and a status that never end.
-        host::runningHost().statusClose();
-        host::runningHost().unlock();
-        host::runningHost().restorePointer();
+        host.statusClose();
+        host.unlock();
+        host.restorePointer();
+        host.setProgress(0);
+        if (dynamic_cast<const host::Cancelled*>(&e))
+            host.showStatus(e.what());
+        else
+            host.reportError(describe(e) + "\n\nNothing was changed.");
     }
 }
 

@@ -353,7 +353,7 @@ TEST_F(DialogScript, AnIrisThatOverflowsIsReportedAndTheDialogGoesOn) {
     ASSERT_EQ(boxes.size(), 2) << "each Iris run fails alike; the Diamonds run cleanly";
     for (const auto& box : boxes) {
         EXPECT_EQ(box.toObject()["kind"].toString(), "error");
-        EXPECT_EQ(box.toObject()["text"].toString(), "Overflow");
+        EXPECT_EQ(box.toObject()["text"].toString(), "Overflow\n\nNothing was changed.");
     }
     EXPECT_TRUE(formControl(end, "frmIris", "cmd_Run")["enabled"].toBool()) << "Apply comes back";
     EXPECT_FALSE(end["locked"].toBool());
