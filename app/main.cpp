@@ -7,6 +7,7 @@
 #include "host/SampleAnimation.h"
 #include "host/ScriptRunner.h"
 #include "panel/EventGuard.h"
+#include "panel/Interrupt.h"
 #include "panel/Panel.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -68,6 +70,7 @@ int runWindow(const QString& animation) {
     host.loadSwap(kirrel::host::sampleSwapPicture());
     host.renameBuffer("Sample animation");
 
+    host.setConverterTimeoutSeconds(QSettings().value("converter/timeoutSeconds", 900).toInt());
     kirrel::host::HostWindow window(host);
     window.adoptCurrentAsDocument("Sample animation");
     kirrel::host::QtResponder responder([&window]() -> QWidget* {
@@ -85,6 +88,13 @@ int runWindow(const QString& animation) {
         window.setWelcomeVisible(true);
 
     kirrel::setProgramEndHandler([] { QApplication::exit(0); });
+    // Ctrl+C in the terminal ends the program as its Quit would not: at once, but after the wait in
+    // progress has stopped its converter and cleared its working files.
+    QTimer interruptWatch;
+    QObject::connect(&interruptWatch, &QTimer::timeout, [] {
+        if (kirrel::interrupted()) QApplication::exit(128 + kirrel::interruptSignal());
+    });
+    interruptWatch.start(100);
     kirrel::panel::startPanel();
     int code = 0;
     if (!kirrel::programEnded()) code = QApplication::exec();
@@ -134,6 +144,7 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName("kirrel");
+    kirrel::installInterruptHandlers();
     QApplication::setQuitOnLastWindowClosed(false);
 
     auto& host = kirrel::host::runningHost();

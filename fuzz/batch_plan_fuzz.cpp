@@ -25,7 +25,7 @@ const kirrel::exchange::RunnerFolders& folders() {
         QDir().mkpath(kRoot + "/Temp Files");
         QDir().mkpath(kRoot + "/App");
         QFile::link(kRoot, kRoot + "/Temp Files/up");
-        return kirrel::exchange::RunnerFolders{kRoot + "/Temp Files", kRoot + "/App"};
+        return kirrel::exchange::RunnerFolders{kRoot + "/Temp Files", kRoot + "/App", {}, 15 * 60};
     }();
     return f;
 }

@@ -4,7 +4,7 @@
 // panel's own GIF imports get. ffmpeg stands in only when ImageMagick is missing or gives up.
 
 #include "host/AnimationBuilder.h"
-#include "host/GifBlocks.h"
+#include "exchange/GifBlocks.h"
 #include "host/MediaReaders.h"
 #include "host/ToolRun.h"
 
@@ -15,6 +15,9 @@
 #include <stdexcept>
 
 namespace kirrel::host {
+
+using exchange::GifLayout;
+using exchange::scanGif;
 
 namespace {
 

@@ -240,6 +240,7 @@ void HostState::restore(const HostSnapshot& s) {
 }
 
 void HostState::beginAction() {
+    cancel_ = false;
     actionStart_ = snapshot();
     historyMoved_ = false;
     actionBoxes_ = dialogs_.size();

@@ -111,6 +111,15 @@ class HostState {
     const std::string& lastStatus() const { return lastStatus_; }
     std::function<void(const std::string&)> onStatus;
 
+    // --- cancelling a wait ---
+    // The user asked to stop what runs (the Cancel button, Escape); a wait that can stop ends and
+    // the action changes nothing. Every action starts without it.
+    void requestCancel() { cancel_ = true; }
+    bool cancelRequested() const { return cancel_; }
+    // How long one run of the converter may take before it is taken to hang.
+    int converterTimeoutSeconds() const { return converterTimeout_; }
+    void setConverterTimeoutSeconds(int s) { converterTimeout_ = s > 0 ? s : 900; }
+
     // --- the undo history ---
     // A user action begins and ends (the event boundary brackets every action); a change of the
     // content between the two becomes one undo step under the label. Undo and redo inside an action
@@ -262,6 +271,8 @@ class HostState {
     std::size_t actionBoxes_ = 0;
     bool actionStatus_ = false;
     std::string lastStatus_;
+    bool cancel_ = false;
+    int converterTimeout_ = 900;
     std::vector<QWidget*> forms_;
     Responder* responder_ = nullptr;
 };

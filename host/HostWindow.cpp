@@ -7,6 +7,7 @@
 #include "host/HostState.h"
 #include "host/PanelDock.h"
 #include "panel/EventGuard.h"
+#include "panel/WaitEvents.h"
 
 #include <QAction>
 #include <QApplication>
@@ -396,8 +397,18 @@ void HostWindow::buildStatusBar() {
         host_.unlock();
     });
     releaseLock_->hide();
+    // The way out of a long wait for the converter (Escape does the same); the only control that
+    // takes a click while the wait runs.
+    cancelRun_ = new QToolButton(bar);
+    cancelRun_->setObjectName("cancelRun");
+    cancelRun_->setText("Cancel");
+    cancelRun_->setToolTip("Stop what runs now; nothing is changed (Escape)");
+    panel::markUsableWhileWaiting(cancelRun_);
+    connect(cancelRun_, &QToolButton::clicked, this, [this] { host_.requestCancel(); });
+    cancelRun_->hide();
     bar->addPermanentWidget(runLabel_);
     bar->addPermanentWidget(progress_);
+    bar->addPermanentWidget(cancelRun_);
     bar->addPermanentWidget(lockLabel_);
     bar->addPermanentWidget(releaseLock_);
     bar->addPermanentWidget(sizeLabel_);

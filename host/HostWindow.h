@@ -139,6 +139,7 @@ class HostWindow : public QMainWindow {
     QProgressBar* progress_ = nullptr;
     QLabel* lockLabel_ = nullptr;
     QToolButton* releaseLock_ = nullptr;
+    QToolButton* cancelRun_ = nullptr;
     QMenu* recentMenu_ = nullptr;
     QList<QAction*> actions_;
     QList<QWidget*> lockable_;

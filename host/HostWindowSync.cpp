@@ -87,6 +87,7 @@ void HostWindow::applyRunState() {
     const bool shown = status || value > 0;
     progress_->setVisible(shown);
     runLabel_->setVisible(shown);
+    cancelRun_->setVisible(shown);
     if (shown) {
         progress_->setValue(std::clamp(static_cast<int>(std::lround(value)), 0, 100));
         runLabel_->setText(status ? "Running effect:" : "Working:");

@@ -9,6 +9,7 @@
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
+#include "panel/Interrupt.h"
 #include "panel/Panel.h"
 #include "panel/Trace.h"
 
@@ -104,7 +105,7 @@ class Runner {
         static const QStringList known = {"temp_dir",  "app_dir",       "animation",     "size",
                                           "frames",    "swap",          "alpha",         "primary",
                                           "secondary", "current_frame", "layer_opacity", "settings",
-                                          "delays"};
+                                          "delays",    "converter_timeout_s"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -137,6 +138,11 @@ class Runner {
         if (h.contains("alpha")) {
             const krl::Plane a = readAlphaFile(path(h["alpha"].toString()));
             host.setAlpha(scalePlane(a, host.bufferWidth(), host.bufferHeight()));
+        }
+        if (h.contains("converter_timeout_s")) {
+            const double s = h["converter_timeout_s"].toDouble(-1);
+            if (s < 1 || s > 86400) throw ScriptError("\"converter_timeout_s\" is a number of seconds from 1 to 86400");
+            host.setConverterTimeoutSeconds(static_cast<int>(s));
         }
         if (h.contains("delays")) host.setFrameDelays(delaysOf(h["delays"], host.totalFrames()));
         if (h.contains("current_frame")) host.gotoFrame(h["current_frame"].toInt());
@@ -325,7 +331,9 @@ class Runner {
         else
             throw ScriptError("\"transparency\" is \"alpha\", \"paper\" or \"none\"");
         QDir().mkpath(QFileInfo(file).absolutePath());
-        exportHostAnimation(runningHost(), file, o);
+        ToolProgress stop;
+        stop.cancelled = [] { return interrupted(); };
+        exportHostAnimation(runningHost(), file, o, stop);
     }
 
     // The host window's own commands, as its menus give them.
@@ -442,6 +450,12 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             if (!v.isObject()) throw ScriptError("a step must be an object");
             runner.play(v.toObject());
             if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
+            // Ctrl+C or a polite kill: the step in progress has ended its tools and cleaned up.
+            if (interrupted()) {
+                result = {128 + interruptSignal(), "interrupted by a signal; the steps after " +
+                                                       std::to_string(stepNo) + " did not run", {}};
+                break;
+            }
             if (programEnded()) break;
         }
     } catch (const ScriptError& e) {
@@ -468,7 +482,10 @@ Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PN
 GIF, PNG or WebP, a video, or a picture) or a built-in sample animation.
 
 --script plays a session script headless and exits 0 when every step ran (or the program ended
-itself), 2 with one line on stderr for a malformed script or a box that had no queued answer.
+itself), 2 with one line on stderr for a malformed script or a box that had no queued answer, and
+128 + the signal's number after Ctrl+C (SIGINT) or SIGTERM, once the step in progress has stopped its
+converter and removed its working files. An effect's own error is an error box in state.json, as in
+the window, and the script goes on.
 Relative paths are relative to the script's folder.
 
 { "host": { "temp_dir": "tmp", "app_dir": "app",
@@ -478,6 +495,7 @@ Relative paths are relative to the script's folder.
             "swap": "swap.dat" | "picture.png", "alpha": "alpha.dat" | "grey.png",
             "primary": [r,g,b], "secondary": [r,g,b], "current_frame": 0, "layer_opacity": 255,
             "delays": [120, 80, ...] | 100,        milliseconds per frame, or one for every frame
+            "converter_timeout_s": 900,            how long one converter run may take
             "settings": { "Textbox_Fill_Color": "6706517" } },
   "steps": [
     {"open": "Wipes"}                      select the category and double-click the plug-in

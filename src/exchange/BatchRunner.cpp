@@ -6,15 +6,12 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace kirrel::exchange {
 
 namespace {
-
-// A conversion that runs longer than this is taken to hang: it is ended and reported as failed,
-// so that the panel's wait always ends.
-constexpr int kConverterLimitMs = 15 * 60 * 1000;
 
 bool plainCharacter(QChar c) {
     if (c.isLetterOrNumber() && c.unicode() < 128) return true;
@@ -308,22 +305,34 @@ RunOutcome runBatchFile(const QString& givenPath, const RunnerFolders& folders, 
                 proc.setWorkingDirectory(cwd);
                 proc.setProcessEnvironment(converterEnvironment());
                 proc.setProgram(converter);
-                proc.setArguments(cmd.args);
+                QStringList args = cmd.args;
+                for (QString& a : args)
+                    for (const auto& [name, staged] : folders.staged)
+                        if (a == name) a = staged;
+                proc.setArguments(args);
                 proc.setStandardInputFile(QProcess::nullDevice());
                 proc.start();
                 bool ok = proc.waitForStarted(-1);
-                if (ok && !proc.waitForFinished(kConverterLimitMs)) {
+                // A conversion that runs past the limit is taken to hang: it is ended and reported
+                // as failed, so that the panel's wait always ends.
+                bool hung = false;
+                if (ok && !proc.waitForFinished(folders.limitSeconds * 1000)) {
                     proc.kill();
                     proc.waitForFinished(-1);
                     ok = false;
+                    hung = true;
                 }
-                const QString err = firstLine(proc.readAllStandardError());
+                const QString limit = folders.limitSeconds % 60 == 0
+                                          ? QString("%1 minutes").arg(folders.limitSeconds / 60)
+                                          : QString("%1 seconds").arg(folders.limitSeconds);
+                const QString err = hung ? QString() : firstLine(proc.readAllStandardError());
                 if (!ok || proc.exitStatus() != QProcess::NormalExit || proc.exitCode() != 0) {
                     if (outcome.kind.isEmpty()) {
                         outcome.exitCode = 1;
                         outcome.kind = "failed";
                         outcome.message =
-                            "The converter reported an error" + (err.isEmpty() ? QString(".") : ": " + err);
+                            hung ? "The converter did not finish within " + limit + " and was stopped."
+                                 : "The converter reported an error" + (err.isEmpty() ? QString(".") : ": " + err);
                     }
                 }
                 break;
@@ -349,6 +358,12 @@ int batchRunnerMain(const QStringList& arguments) {
         const QString& a = arguments[i];
         if ((a == "--temp" || a == "--app") && i + 1 < arguments.size())
             (a == "--temp" ? folders.temp : folders.app) = arguments[++i];
+        else if (a == "--limit" && i + 1 < arguments.size())
+            folders.limitSeconds = std::max(1, arguments[++i].toInt());
+        else if (a == "--stage" && i + 2 < arguments.size()) {
+            folders.staged.append({arguments[i + 1], arguments[i + 2]});
+            i += 2;
+        }
         else if (batch.isEmpty() && !a.startsWith("--"))
             batch = a;
         else {
@@ -357,7 +372,8 @@ int batchRunnerMain(const QStringList& arguments) {
         }
     }
     if (folders.temp.isEmpty() || folders.app.isEmpty() || batch.isEmpty()) {
-        std::fputs("Usage: kirrel_batch --temp DIR --app DIR BATCHFILE\n", stderr);
+        std::fputs("Usage: kirrel_batch --temp DIR --app DIR [--limit SECONDS] [--stage NAME STAGED]... BATCHFILE\n",
+                   stderr);
         return 2;
     }
     const QString converter = QStandardPaths::findExecutable("convert");

@@ -25,6 +25,8 @@
 // second line says what happened in words for the user.
 
 #include <QProcessEnvironment>
+#include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -35,6 +37,12 @@ namespace kirrel::exchange {
 struct RunnerFolders {
     QString temp; // the only folder the runner deletes in and changes to
     QString app;  // where the batch file expects the converter
+    // Outputs written under another name: every converter argument equal to the first of a pair
+    // becomes the second. The panel has the converter write beside the user's file and renames the
+    // result once it checks out, so that a failed run never leaves a half-written file there.
+    QList<QPair<QString, QString>> staged;
+    // A single conversion running longer than this is taken to hang.
+    int limitSeconds = 15 * 60;
 };
 
 struct BatchCommand {
@@ -75,8 +83,8 @@ QProcessEnvironment converterEnvironment();
 // converter; empty when none could be found.
 RunOutcome runBatchFile(const QString& batchPath, const RunnerFolders& folders, const QString& converter);
 
-// The runner's command line: kirrel_batch --temp DIR --app DIR BATCHFILE. The converter is the first
-// "convert" on PATH.
+// The runner's command line: kirrel_batch --temp DIR --app DIR [--limit SECONDS]
+// [--stage NAME STAGED]... BATCHFILE. The converter is the first "convert" on PATH.
 int batchRunnerMain(const QStringList& arguments);
 
 } // namespace kirrel::exchange

@@ -36,7 +36,12 @@ std::string batchBytes(const std::vector<BatchLine>& lines) {
 std::string framePattern(int total) {
     if (total < 11) return " temp?.bmp ";
     if (total <= 100) return " temp?.bmp temp??.bmp ";
-    return " temp?.bmp temp??.bmp temp???.bmp ";
+    // The classes grow with the count, one digit more for every tenfold, so that every frame is
+    // taken: three classes alone would stop at frame 999 and drop the rest without a word.
+    std::string pattern = " temp?.bmp temp??.bmp temp???.bmp ";
+    for (long long reach = 1000, digits = 4; total > reach; reach *= 10, ++digits)
+        pattern += "temp" + std::string(static_cast<std::size_t>(digits), '?') + ".bmp ";
+    return pattern;
 }
 
 std::string gifConversionLine(const std::string& app, const std::string& temp, int frame,

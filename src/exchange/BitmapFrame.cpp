@@ -7,7 +7,11 @@ namespace kirrel::exchange {
 
 void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame, std::uint32_t paper) {
     if (path.empty()) return;
-    const BitmapFile f = ReadBitmapFile(path);
+    putBitmapFrame(van, ReadBitmapFile(path), path, frame, paper);
+}
+
+void putBitmapFrame(Vantry::Vantry_Class& van, const BitmapFile& f, const std::string& path, int frame,
+                    std::uint32_t paper) {
     if (f.result == -1) return;
     if (frame == 0) van.Van_NewBuffer(f.width, f.height);
     van.Van_RenameBuffer(path);

@@ -47,5 +47,8 @@ void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane&
 // bitmap at all (-1) changes nothing.
 void LoadBitmapFrame(Vantry::Vantry_Class& van, const std::string& path, int frame,
                      std::uint32_t paper = 0xFFFFFF);
+// The same for a file already read.
+void putBitmapFrame(Vantry::Vantry_Class& van, const BitmapFile& f, const std::string& path, int frame,
+                    std::uint32_t paper);
 
 } // namespace kirrel::exchange

@@ -1,15 +1,21 @@
 #include "exchange/ConverterRun.h"
 
 #include "exchange/BatchRunner.h"
+#include "host/HostState.h"
+#include "host/MediaTools.h"
+#include "panel/Interrupt.h"
+#include "panel/WaitEvents.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 
+#include <csignal>
 #include <fstream>
 #include <stdexcept>
+
+#include <unistd.h>
 
 namespace kirrel::exchange {
 
@@ -39,17 +45,18 @@ void writeBatchFile(const std::string& path, const std::string& bytes) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     if (!out) throw std::runtime_error("Path not found: " + path);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
     if (!out) throw std::runtime_error("Disk full: " + path);
 }
 
-ConverterRun::ConverterRun(std::string temp, std::string app)
-    : temp_(std::move(temp)), app_(std::move(app)) {}
+ConverterRun::ConverterRun(std::string temp, std::string app) : temp_(std::move(temp)), app_(std::move(app)) {}
 
 ConverterRun::~ConverterRun() {
-    // A run abandoned by an error is not killed: the runner finishes and removes its own files.
-    if (process_ && process_->state() != QProcess::NotRunning) {
-        process_->waitForFinished(kReapMs);
-    }
+    if (process_ && process_->state() != QProcess::NotRunning) endRunner();
+}
+
+void ConverterRun::redirect(const std::string& inBatch, const std::string& staged) {
+    redirects_.emplace_back(inBatch, staged);
 }
 
 void ConverterRun::start(const QString& batchName) {
@@ -58,20 +65,25 @@ void ConverterRun::start(const QString& batchName) {
     const QString batchPath = temp + "/" + batchName;
     // A marker left by an earlier run says nothing about this one.
     for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files))
-        if (e.fileName().compare(batchName + ".failed", Qt::CaseInsensitive) == 0)
-            QFile::remove(e.filePath());
+        if (e.fileName().compare(batchName + ".failed", Qt::CaseInsensitive) == 0) QFile::remove(e.filePath());
     process_ = std::make_unique<QProcess>();
     process_->setProgram(batchRunnerProgram(app_));
-    process_->setArguments({"--temp", temp, "--app", QString::fromStdString(app_), batchPath});
-    // The runner starts in the temporary folder, where the bare names of the batch files live.
+    QStringList args = {"--temp", temp, "--app", QString::fromStdString(app_), "--limit",
+                        QString::number(host::runningHost().converterTimeoutSeconds())};
+    for (const auto& [from, to] : redirects_)
+        args << "--stage" << QString::fromStdString(from) << QString::fromStdString(to);
+    process_->setArguments(args << batchPath);
+    // The runner starts in the temporary folder, where the bare names of the batch files live, and
+    // leads a process group of its own: ending the group ends every converter it started.
     process_->setWorkingDirectory(temp);
     process_->setStandardInputFile(QProcess::nullDevice());
     process_->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process_->setChildProcessModifier([] { ::setpgid(0, 0); });
+    clock_.start();
     process_->start();
     if (!process_->waitForStarted(30000)) {
-        startFailure_ = ConverterFailure{
-            "runner", "The converter's batch runner could not be started: " + process_->program() + " (" +
-                          process_->errorString() + ")."};
+        startFailure_ = ConverterFailure{"runner", "The converter's batch runner could not be started: " +
+                                                       process_->program() + " (" + process_->errorString() + ")."};
     }
 }
 
@@ -79,9 +91,36 @@ bool ConverterRun::runnerEnded() {
     return !process_ || process_->state() == QProcess::NotRunning;
 }
 
+void ConverterRun::endRunner() {
+    const qint64 pid = process_->processId();
+    if (pid > 0) ::kill(-static_cast<pid_t>(pid), SIGKILL);
+    process_->waitForFinished(kReapMs);
+}
+
+void ConverterRun::stopIfAsked() {
+    if (runnerEnded()) return;
+    const host::HostState& host = host::runningHost();
+    if (host.cancelRequested() || interrupted()) {
+        endRunner();
+        throw host::Cancelled();
+    }
+    // The runner ends a single conversion past the limit and says so; this is the backstop for a run
+    // that hangs anywhere else, given a little more time so that the runner's word comes first.
+    const int limit = host.converterTimeoutSeconds();
+    if (clock_.isValid() && clock_.elapsed() > qint64{limit} * 1000 + 5000) {
+        endRunner();
+        throw std::runtime_error("The converter did not finish within " +
+                                 (limit % 60 == 0 ? std::to_string(limit / 60) + " minutes"
+                                                  : std::to_string(limit) + " seconds") +
+                                 " and was stopped.");
+    }
+}
+
 void ConverterRun::pause() {
+    stopIfAsked();
     if (!runnerEnded()) process_->waitForFinished(kPollMs);
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    panel::processEventsWhileWaiting();
+    stopIfAsked();
 }
 
 void ConverterRun::waitGone(const QString& pattern) {
@@ -93,12 +132,12 @@ void ConverterRun::waitGone(const QString& pattern) {
 }
 
 std::optional<ConverterFailure> ConverterRun::finish() {
-    if (process_ && process_->state() != QProcess::NotRunning) process_->waitForFinished(kReapMs);
+    while (process_ && process_->state() != QProcess::NotRunning)
+        pause();
     const QString temp = QString::fromStdString(temp_);
     // A batch file the runner never took up would otherwise wait there for a later run.
-    if (runnerEnded())
-        for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files))
-            if (e.fileName().compare(batchName_, Qt::CaseInsensitive) == 0) QFile::remove(e.filePath());
+    for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files))
+        if (e.fileName().compare(batchName_, Qt::CaseInsensitive) == 0) QFile::remove(e.filePath());
     if (startFailure_) return startFailure_;
     for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files)) {
         if (e.fileName().compare(batchName_ + ".failed", Qt::CaseInsensitive) != 0) continue;

@@ -69,9 +69,15 @@ void frmSave2MNG::formLoad() {
 void frmSave2MNG::cmdSave_Click() {
     ButtonsBack back(cmdSave_, cmdCancel_);
     // No repair of empty boxes here: an empty box is a type mismatch.
-    const std::int16_t delay = textToInt16(txtDelay_->text().toStdString());
-    const std::int16_t loops = textToInt16(txtLoops_->text().toStdString());
-    ExportGifGlobal(van(), kMng, delay, loops);
+    // An MNG holds its frame delay and loop count in 31 bits; the panel's own fields stop at 65535.
+    constexpr int kMost = 65535;
+    const auto delay = textInRange(txtDelay_->text().toStdString(), 0, kMost);
+    const auto loops = textInRange(txtLoops_->text().toStdString(), 0, kMost);
+    if (!delay || !loops) {
+        van().Van_MessageBox(rangeRefusal(!delay ? "The delay" : "The loop count", 0, kMost));
+        return;
+    }
+    ExportGifGlobal(van(), kMng, *delay, *loops);
     van().Van_SetProgress(0);
 }
 

@@ -7,7 +7,6 @@
 
 #include <QFileInfo>
 
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -15,27 +14,22 @@ namespace kirrel::exchange {
 
 namespace {
 
-// After a failed run the files the batch would have removed are removed here, so that a later
-// export never picks up a stale frame through the wildcards.
-void removeFrameFiles(const std::string& temp, int total, bool gifsToo) {
-    for (int i = 0; i < total; ++i) {
-        std::remove((temp + "/temp" + std::to_string(i) + ".bmp").c_str());
-        if (gifsToo) std::remove((temp + "/temp" + std::to_string(i) + ".gif").c_str());
-    }
-}
-
-void reportFailure(Vantry::Vantry_Class& van, ConverterRun& run, const std::string& temp, int total,
-                   bool gifsToo) {
+// A failed run's message; otherwise the staged file is checked and put under the user's name.
+void finishExport(Vantry::Vantry_Class& van, ConverterRun& run, OutputStage& output, const OutputCheck& check,
+                  const std::string& out) {
     if (const auto failure = run.finish()) {
-        removeFrameFiles(temp, total, gifsToo);
         van.Van_MessageBox(failureText(*failure));
+        return;
     }
+    if (const auto why = output.commit(check))
+        van.Van_MessageBox("The converter's result does not check out: " + *why + ".\n" +
+                           QFileInfo(QString::fromStdString(out)).fileName().toStdString() + " was not written.");
 }
 
 // Both exports take the picture buffers and the frame count, then ask where the GIF goes; with a
 // file chosen they need the temporary and the program folders. No file: nothing more is asked.
 struct ExportStart {
-    int total = 0;
+    int total = 0, width = 0, height = 0;
     std::string out, temp, app;
 };
 
@@ -43,9 +37,9 @@ std::optional<ExportStart> startExport(Vantry::Vantry_Class& van, const SingleCo
     van.Van_GetRBuffer();
     van.Van_GetGBuffer();
     van.Van_GetBBuffer();
-    van.Van_BufferHeight();
-    van.Van_BufferWidth();
     ExportStart start;
+    start.height = van.Van_BufferHeight();
+    start.width = van.Van_BufferWidth();
     start.total = van.Van_GetTotalFrames();
     start.out = van.Van_RequestFile_save(kind.title, "", kind.filter);
     if (start.out.empty()) return std::nullopt;
@@ -56,12 +50,13 @@ std::optional<ExportStart> startExport(Vantry::Vantry_Class& van, const SingleCo
 
 } // namespace
 
-void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind, std::int16_t delay,
-                     std::int16_t loops) {
+void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind, int delay, int loops) {
     const auto start = startExport(van, kind);
     if (!start) return;
-    const auto& [total, out, temp, app] = *start;
-    const std::string command = gifSingleCommandLine(app, out, delay, loops, total);
+    const auto& [total, width, height, out, temp, app] = *start;
+    const WorkingFiles working(temp);
+    OutputStage output(out, kind.kind);
+    const std::string command = gifSingleCommandLine(app, output.inBatch(), delay, loops, total);
 
     filters::SaveFrameBitmap(van, 0);
     for (int i = 1; i < total; ++i) {
@@ -73,20 +68,22 @@ void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind,
 
     van.Van_SetProgress(60);
     ConverterRun run(temp, app);
+    run.redirect(output.inBatch(), output.staged());
     run.start("gifconvert.bat");
     run.waitGone("temp*.bmp");
     van.Van_SetProgress(80);
     run.waitGone("gifconvert.bat");
-    reportFailure(van, run, temp, total, false);
+    finishExport(van, run, output, {kind.kind, width, height, kind.kind == OutputCheck::Kind::Gif ? total : -1}, out);
 }
 
 void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
     const auto start = startExport(van, kGifGlobal);
     if (!start) return;
-    const auto& [total, out, temp, app] = *start;
+    const auto& [total, width, height, out, temp, app] = *start;
+    const WorkingFiles working(temp);
+    OutputStage output(out, OutputCheck::Kind::Gif);
     const auto primary = static_cast<std::uint32_t>(van.Van_getPrimaryColor());
-    const Rgb colour{static_cast<std::uint8_t>(primary & 255),
-                     static_cast<std::uint8_t>((primary >> 8) & 255),
+    const Rgb colour{static_cast<std::uint8_t>(primary & 255), static_cast<std::uint8_t>((primary >> 8) & 255),
                      static_cast<std::uint8_t>((primary >> 16) & 255)};
 
     std::vector<std::string> conversions, appends;
@@ -96,20 +93,20 @@ void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
         conversions.push_back(
             gifConversionLine(app, temp, i, s.transparent ? std::optional<Rgb>(colour) : std::nullopt));
         const long long delay =
-            s.globalDelay ? s.delay
-                          : (static_cast<std::size_t>(i) < s.frameDelays.size() ? s.frameDelays[i] : 0);
-        appends.push_back(gifAppendLine(app, temp, out, i, delay, s.loops));
+            s.globalDelay ? s.delay : (static_cast<std::size_t>(i) < s.frameDelays.size() ? s.frameDelays[i] : 0);
+        appends.push_back(gifAppendLine(app, temp, output.inBatch(), i, delay, s.loops));
     }
     writeBatchFile(temp + "/" + kGifConvertBat, batchBytes(gifPerFrameBatch(temp, conversions, appends)));
 
     ConverterRun run(temp, app);
+    run.redirect(output.inBatch(), output.staged());
     run.start("gifconvert.bat");
     const QString qtemp = QString::fromStdString(temp);
     int counter = 0;
     // The second half of the progress follows the frame GIFs the batch makes.
     while (entryExists(qtemp, "gifconvert.bat") && !run.runnerEnded()) {
-        while (!QFileInfo::exists(qtemp + "/temp" + QString::number(counter) + ".gif") &&
-               counter < total - 1 && !run.runnerEnded())
+        while (!QFileInfo::exists(qtemp + "/temp" + QString::number(counter) + ".gif") && counter < total - 1 &&
+               !run.runnerEnded())
             run.pause();
         if (counter <= total - 1) {
             ++counter;
@@ -117,7 +114,7 @@ void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
         }
         run.pause();
     }
-    reportFailure(van, run, temp, total, true);
+    finishExport(van, run, output, {OutputCheck::Kind::Gif, width, height, total}, out);
 }
 
 } // namespace kirrel::exchange

@@ -2,6 +2,7 @@
 
 #include "exchange/BatchText.h"
 #include "exchange/BitmapReader.h"
+#include "exchange/ConverterFiles.h"
 #include "exchange/ConverterRun.h"
 #include "panel/Numeric.h"
 
@@ -10,7 +11,6 @@
 #include <QImage>
 #include <QImageReader>
 
-#include <functional>
 #include <stdexcept>
 
 namespace kirrel::exchange {
@@ -124,12 +124,19 @@ QSize pictureSize(const QString& path) {
     return size;
 }
 
-// A statement whose failure is passed over: the run goes on with the next one.
-void ignoringErrors(const std::function<void()>& statement) {
-    try {
-        statement();
-    } catch (const std::exception&) {
-    }
+// A frame that cannot be read stops the import with a message naming it; the event boundary then
+// puts the animation back as it was.
+[[noreturn]] void unreadableFrame(int frame, const std::string& in, const std::string& why) {
+    throw std::runtime_error("Frame " + std::to_string(frame) + " of " +
+                             QFileInfo(QString::fromStdString(in)).fileName().toStdString() +
+                             " could not be read (" + why + "); the import was stopped.");
+}
+
+// A GIF cut short comes in with its whole frames, and the user is told so.
+void reportCutShort(Vantry::Vantry_Class& van, const ConverterInput& input, const std::string& in, int count) {
+    if (input.cutShort && count > 0)
+        van.Van_ShowStatus(QFileInfo(QString::fromStdString(in)).fileName().toStdString() + " ends early: " +
+                           std::to_string(count) + " frames could be read.");
 }
 
 } // namespace
@@ -140,9 +147,11 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
     const std::uint32_t paper = paperColour(van);
     const std::string temp = van.Van_GetTempDir();
     const std::string app = van.Van_GetAppDir();
+    const WorkingFiles working(temp);
+    const ConverterInput input = inputForConverter(in, temp);
     {
         ConverterRun run(temp, app);
-        runBatch(run, temp, kGifImport01Bat, gifImportDirectBatch(app, temp, in), van, 10);
+        runBatch(run, temp, kGifImport01Bat, gifImportDirectBatch(app, temp, input.path), van, 10);
         reportRunner(van, run);
     }
     const int count = countFrames(temp, ".gif");
@@ -151,13 +160,25 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         failImport(van, temp);
     } else {
         const QString first = at(temp, "/gif_frame-0.gif");
-        const QSize size = pictureSize(first);
+        QSize size;
+        try {
+            size = pictureSize(first);
+        } catch (const std::exception& e) {
+            unreadableFrame(0, in, e.what());
+        }
         van.Van_NewBuffer(size.width(), size.height());
         van.Van_CreateAnimAdv(count, 2);
         const int w = van.Van_BufferWidth();
         const int h = van.Van_BufferHeight();
         krl::Plane r, g, b;
-        readFramePicture(first, w, h, paper, r, g, b);
+        auto read = [&](const QString& path, int frame) {
+            try {
+                readFramePicture(path, w, h, paper, r, g, b);
+            } catch (const std::exception& e) {
+                unreadableFrame(frame, in, e.what());
+            }
+        };
+        read(first, 0);
         van.Van_GotoFrame(0);
         van.Van_SetRbuffer(r);
         van.Van_SetGbuffer(g);
@@ -165,7 +186,7 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         removeIfThere(first);
         for (int i = 1; i < count; ++i) {
             const QString path = at(temp, "/gif_frame-" + std::to_string(i) + ".gif");
-            readFramePicture(path, w, h, paper, r, g, b);
+            read(path, i);
             van.Van_SetRFrame(r, i);
             van.Van_SetGFrame(g, i);
             van.Van_SetBFrame(b, i);
@@ -179,17 +200,23 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
         nameAfter(van, in);
     }
     van.Van_Refresh();
+    reportCutShort(van, input, in, count);
 }
 
+// Every frame's bitmap is read and checked before it goes into the host: a frame that is not a
+// bitmap of a depth the reader takes stops the import, where this way once passed over every error
+// and left the frame blank.
 void ImportGifViaPNG(Vantry::Vantry_Class& van) {
     const std::string in = askGif(van);
     if (in.empty()) return;
     const std::uint32_t paper = paperColour(van);
     const std::string temp = van.Van_GetTempDir();
     const std::string app = van.Van_GetAppDir();
+    const WorkingFiles working(temp);
+    const ConverterInput input = inputForConverter(in, temp);
     {
         ConverterRun run(temp, app);
-        runBatch(run, temp, kGifImport01Bat, gifImportPngBatch(app, temp, in), van, 10);
+        runBatch(run, temp, kGifImport01Bat, gifImportPngBatch(app, temp, input.path), van, 10);
         reportRunner(van, run);
     }
     const int count = countFrames(temp, ".png");
@@ -212,25 +239,30 @@ void ImportGifViaPNG(Vantry::Vantry_Class& van) {
             run.finish();
     }
     if (count < 1) {
-        ignoringErrors([&] { failImport(van, temp); });
+        failImport(van, temp);
     } else {
-        const std::string first = temp + "/gif_frame-0.bmp";
-        ignoringErrors([&] { LoadBitmapFrame(van, first, 0, paper); });
-        ignoringErrors([&] { van.Van_CreateAnimAdv(count, 2); });
-        ignoringErrors([&] { removeIfThere(QString::fromStdString(first)); });
-        for (int i = 1; i < count; ++i) {
+        for (int i = 0; i < count; ++i) {
             const std::string path = temp + "/gif_frame-" + std::to_string(i) + ".bmp";
-            ignoringErrors([&] { LoadBitmapFrame(van, path, i, paper); });
-            ignoringErrors([&] { van.Van_SetProgress(divide(i, count) * 70 + 30); });
-            ignoringErrors([&] { removeIfThere(QString::fromStdString(path)); });
+            BitmapFile f;
+            try {
+                f = ReadBitmapFile(path);
+            } catch (const std::exception& e) {
+                unreadableFrame(i, in, e.what());
+            }
+            if (f.result < 0) unreadableFrame(i, in, "not a bitmap this import reads");
+            putBitmapFrame(van, f, path, i, paper);
+            if (i == 0) van.Van_CreateAnimAdv(count, 2);
+            if (i > 0) van.Van_SetProgress(divide(i, count) * 70 + 30);
+            removeIfThere(QString::fromStdString(path));
         }
     }
-    ignoringErrors([&] { van.Van_SetProgress(0); });
-    if (count > 0) ignoringErrors([&] {
+    van.Van_SetProgress(0);
+    if (count > 0) {
         van.Van_ShowScrub(0, count);
         nameAfter(van, in);
-    });
-    ignoringErrors([&] { van.Van_Refresh(); });
+    }
+    van.Van_Refresh();
+    reportCutShort(van, input, in, count);
 }
 
 } // namespace kirrel::exchange

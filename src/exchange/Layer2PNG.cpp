@@ -1,6 +1,7 @@
 #include "exchange/Layer2PNG.h"
 
 #include "exchange/BatchText.h"
+#include "exchange/ConverterFiles.h"
 #include "exchange/ConverterRun.h"
 #include "panel/Numeric.h"
 
@@ -100,17 +101,20 @@ void ExportLayerPNG(Vantry::Vantry_Class& van, MaskSource source) {
     van.Van_GetLayerR(layer);
     van.Van_GetLayerG(layer);
     van.Van_GetLayerB(layer);
-    van.Van_BufferHeight();
-    van.Van_BufferWidth();
+    const int height = van.Van_BufferHeight();
+    const int width = van.Van_BufferWidth();
     const std::string out = van.Van_RequestFile_save("Export Layer as PNG", "", "png(*.png)|*.png");
     if (out.empty()) return;
     const std::string temp = van.Van_GetTempDir();
     const std::string app = van.Van_GetAppDir();
+    const WorkingFiles working(temp);
+    OutputStage output(out, OutputCheck::Kind::Png);
     WriteLayerBitmap(van, 0, layer, source);
     WriteLayerBitmap(van, 1, layer, source);
     // The batch's bare names are resolved in the temporary folder: the runner is started there.
-    writeBatchFile(temp + "/" + kPngConvertBat, batchBytes(pngConvertBatch(app, out)));
+    writeBatchFile(temp + "/" + kPngConvertBat, batchBytes(pngConvertBatch(app, output.inBatch())));
     ConverterRun run(temp, app);
+    run.redirect(output.inBatch(), output.staged());
     run.start(kPngConvertBat);
     run.waitGone("png_main.bmp");
     van.Van_SetProgress(70);
@@ -119,10 +123,9 @@ void ExportLayerPNG(Vantry::Vantry_Class& van, MaskSource source) {
     run.waitGone(kPngConvertBat);
     van.Van_SetProgress(0);
     if (const auto failure = run.finish()) {
-        // What the batch would have removed goes, so the next export starts clean.
-        for (const char* name : {"/png_main.bmp", "/png_mask.bmp"})
-            std::remove((temp + name).c_str());
         van.Van_MessageBox(failureText(*failure));
+    } else if (const auto why = output.commit({OutputCheck::Kind::Png, width, height})) {
+        van.Van_MessageBox("The converter's result does not check out: " + *why + ".\nThe PNG was not written.");
     }
 }
 

@@ -29,4 +29,16 @@ std::int16_t textToInt16(const std::string& text) {
     return toInt16(*v);
 }
 
+std::optional<int> textInRange(const std::string& text, int lo, int hi) {
+    const auto v = numericValue(text);
+    if (!v) throw std::invalid_argument("Type mismatch");
+    const double r = std::nearbyint(*v);
+    if (r < lo || r > hi) return std::nullopt;
+    return static_cast<int>(r);
+}
+
+std::string rangeRefusal(const std::string& what, int lo, int hi) {
+    return what + " must be a whole number from " + std::to_string(lo) + " to " + std::to_string(hi) + ".";
+}
+
 } // namespace kirrel::exchange

@@ -15,6 +15,8 @@
 namespace kirrel::exchange {
 
 namespace {
+constexpr int kMostInGif = 65535;
+
 // An empty delay or loop box reads as "0"; nothing else is repaired.
 void zeroIfEmpty(QLineEdit* box) {
     if (box->text().isEmpty()) box->setText("0");
@@ -77,6 +79,10 @@ void frmSave2AnimGif::cmdSetDelay_Click() {
     const std::string answer = askInput("Set Delay for Frame #" + std::to_string(frame), "Kirrel", "");
     const auto number = numericValue(answer);
     const std::int32_t value = number ? toInt32(*number) : -1;
+    if (value > kMostInGif) {
+        van().Van_MessageBox(rangeRefusal("The delay", 0, kMostInGif));
+        return;
+    }
     // A cancelled box or a text that is no number changes nothing; 0 is a valid delay.
     if (value > -1 && frame >= 0 && static_cast<std::size_t>(frame) < FrameDelay.size()) {
         FrameDelay[static_cast<std::size_t>(frame)] = value;
@@ -88,8 +94,16 @@ void frmSave2AnimGif::cmdSave_Click() {
     ButtonsBack back(cmdSave_, cmdCancel_);
     zeroIfEmpty(txtDelay_);
     zeroIfEmpty(txtLoops_);
-    GlobalDelay = textToInt16(txtDelay_->text().toStdString());
-    LoopCount = textToInt16(txtLoops_->text().toStdString());
+    // A GIF holds delays and loop counts from 0 to 65535; a value outside would reach the file as
+    // another number (-1 as 65535), so it is refused before anything is written.
+    const auto delay = textInRange(txtDelay_->text().toStdString(), 0, kMostInGif);
+    const auto loops = textInRange(txtLoops_->text().toStdString(), 0, kMostInGif);
+    if (!delay || !loops) {
+        van().Van_MessageBox(rangeRefusal(!delay ? "The delay" : "The loop count", 0, kMostInGif));
+        return;
+    }
+    GlobalDelay = *delay;
+    LoopCount = *loops;
     if (!chkGifTransparent_->isChecked() && chkGlobalDelay_->isChecked()) {
         ExportGifGlobal(van(), kGifGlobal, GlobalDelay, LoopCount);
     } else {

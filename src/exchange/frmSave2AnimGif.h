@@ -39,8 +39,9 @@ class frmSave2AnimGif : public panel::FormBase {
     QLineEdit* txtLoops_;
     QPushButton* cmdSave_;
     QPushButton* cmdCancel_;
-    std::int16_t GlobalDelay = 0;
-    std::int16_t LoopCount = 0;
+    // Wider than the 16 bits these once had: a GIF holds delays and loop counts up to 65535.
+    int GlobalDelay = 0;
+    int LoopCount = 0;
     std::vector<std::int32_t> FrameDelay;
     std::int32_t Total = 0;
 };

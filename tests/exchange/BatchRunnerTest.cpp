@@ -26,7 +26,7 @@ class BatchRunner : public testing::Test {
         ASSERT_TRUE(root.isValid());
         for (const char* d : {"tmp", "app", "outside"})
             QDir(root.path()).mkpath(d);
-        folders = {at("tmp"), at("app")};
+        folders = {at("tmp"), at("app"), {}, 15 * 60};
         touch(at("outside/keep.bmp"));
     }
     QString at(const QString& rel) const { return QDir(root.path()).filePath(rel); }

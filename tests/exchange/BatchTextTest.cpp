@@ -46,7 +46,9 @@ TEST(BatchText, FramePatternClassesKeepNumericOrder) {
     EXPECT_EQ(framePattern(11), " temp?.bmp temp??.bmp ");
     EXPECT_EQ(framePattern(100), " temp?.bmp temp??.bmp ");
     EXPECT_EQ(framePattern(101), " temp?.bmp temp??.bmp temp???.bmp ");
-    EXPECT_EQ(framePattern(1001), " temp?.bmp temp??.bmp temp???.bmp ");
+    EXPECT_EQ(framePattern(1000), " temp?.bmp temp??.bmp temp???.bmp ");
+    EXPECT_EQ(framePattern(1001), " temp?.bmp temp??.bmp temp???.bmp temp????.bmp ");
+    EXPECT_EQ(framePattern(32767), " temp?.bmp temp??.bmp temp???.bmp temp????.bmp temp?????.bmp ");
 }
 
 TEST(BatchText, ImportBatchesBothWays) {

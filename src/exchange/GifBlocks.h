@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace kirrel::host {
+namespace kirrel::exchange {
 
 struct GifLayout {
     bool isGif = false;
@@ -20,4 +20,4 @@ struct GifLayout {
 
 GifLayout scanGif(const std::uint8_t* data, std::size_t size);
 
-} // namespace kirrel::host
+} // namespace kirrel::exchange

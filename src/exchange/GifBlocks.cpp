@@ -1,8 +1,8 @@
-#include "host/GifBlocks.h"
+#include "exchange/GifBlocks.h"
 
 #include <cstring>
 
-namespace kirrel::host {
+namespace kirrel::exchange {
 
 namespace {
 
@@ -80,4 +80,4 @@ GifLayout scanGif(const std::uint8_t* data, std::size_t size) {
     return g;
 }
 
-} // namespace kirrel::host
+} // namespace kirrel::exchange
