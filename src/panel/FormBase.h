@@ -5,6 +5,7 @@
 
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
+#include "panel/PreviewPlan.h"
 #include "panel/Vantry.h"
 
 #include <QPixmap>
@@ -15,6 +16,7 @@
 #include <optional>
 
 class QAbstractSlider;
+class QBoxLayout;
 class QGridLayout;
 class QHBoxLayout;
 class QCheckBox;
@@ -26,6 +28,8 @@ class QRadioButton;
 class QSlider;
 
 namespace kirrel::panel {
+
+class LivePreview;
 
 class FormBase : public QWidget {
     Q_OBJECT
@@ -57,6 +61,14 @@ class FormBase : public QWidget {
     static FormBase* front();
     static FormBase* find(const QString& name);
     static QList<FormBase*> openForms();
+
+    // Raises controlsChanged; for controls a form makes without the factories below.
+    void noteControlChange() { emit controlsChanged(); }
+
+  signals:
+    // A control the factories made changed its value or was used (a button's action may change what
+    // the next run works on).
+    void controlsChanged();
 
   protected:
     virtual void formLoad() {}
@@ -118,6 +130,9 @@ class FormBase : public QWidget {
     static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
     // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.
     void closeDialog();
+    // A live preview of what the form's run would do, added to the layout at its top; it runs again
+    // whenever controlsChanged is raised.
+    LivePreview* addLivePreview(QBoxLayout& layout, PreviewPlanner planner);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
