@@ -8,6 +8,7 @@
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
+#include "panel/LivePreview.h"
 #include "panel/Panel.h"
 #include "panel/Trace.h"
 
@@ -100,10 +101,9 @@ class Runner {
 
     void setUpHost(const QJsonObject& h) {
         // A misspelt setting would otherwise leave the host as it was without a word.
-        static const QStringList known = {"temp_dir",  "app_dir",       "animation",     "size",
-                                          "frames",    "swap",          "alpha",         "primary",
-                                          "secondary", "current_frame", "layer_opacity", "settings",
-                                          "delays"};
+        static const QStringList known = {
+            "temp_dir", "app_dir",   "animation",     "size",          "frames",   "swap",  "alpha",
+            "primary",  "secondary", "current_frame", "layer_opacity", "settings", "delays"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -117,7 +117,8 @@ class Runner {
         if (h.contains("primary")) host.setPrimaryPacked(colourOf(h["primary"], "primary"));
         if (h.contains("secondary")) host.setSecondaryPacked(colourOf(h["secondary"], "secondary"));
         if (h.contains("animation")) {
-            Animation a = readAnimationFile(path(h["animation"].toString()), ReadOptions{host.secondaryColor()});
+            Animation a =
+                readAnimationFile(path(h["animation"].toString()), ReadOptions{host.secondaryColor()});
             if (a.frames.empty())
                 host.loadStill(a.still);
             else
@@ -394,6 +395,9 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
         });
     }
 
+    // Nobody watches a session's dialogs: their live previews would only cost time, and a preview
+    // that ran whenever a step happened to take long enough would make runs differ.
+    panel::LivePreview::setAllowed(false);
     Runner runner(scriptPath);
     runningHost().setResponder(&runner.responder_);
     int stepNo = 0;

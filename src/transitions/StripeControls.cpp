@@ -54,6 +54,7 @@ StripeControls::StripeControls(panel::FormBase& form, QBoxLayout& layout, Stripe
         auto* o = new QRadioButton(options[i], &form);
         o->setObjectName(QString("optDirection(%1)").arg(i));
         group->addButton(o);
+        QObject::connect(o, &QRadioButton::toggled, &form, &panel::FormBase::noteControlChange);
         choice->addWidget(o);
         options_.push_back(o);
     }
@@ -102,6 +103,7 @@ void StripeControls::askSize(bool horizontal) {
     if (!stored) return;
     field = *stored;
     (horizontal ? lblHSize_ : lblVSize_)->setText(QString::fromStdString(stripeSizeLabel(field, horizontal)));
+    form_.noteControlChange();
 }
 
 int StripeControls::member() const {
