@@ -7,7 +7,9 @@
 #include <QPainter>
 #include <QTimer>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 namespace kirrel::panel {
 
@@ -68,6 +70,11 @@ LivePreview::LivePreview(PreviewPlanner planner, QWidget* parent)
 LivePreview::~LivePreview() = default;
 
 void LivePreview::schedule() {
+    // A hidden preview catches up when it is shown.
+    if (isVisible()) startDebounce();
+}
+
+void LivePreview::startDebounce() {
     if (allowed() && !debounce_->isActive()) debounce_->start();
 }
 
@@ -81,8 +88,9 @@ void LivePreview::refreshNow() {
     }
     showing_ = runner_.run(planOf(planner_));
     images_.clear();
-    for (const host::Picture& p : showing_.frames)
-        images_.push_back(host::imageFromPicture(p));
+    images_.reserve(showing_.frames.size());
+    std::transform(showing_.frames.begin(), showing_.frames.end(), std::back_inserter(images_),
+                   host::imageFromPicture);
     position_ = 0;
     startPlaying();
     update();
@@ -104,7 +112,7 @@ void LivePreview::playNext() {
 
 void LivePreview::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    schedule();
+    startDebounce();
     startPlaying();
 }
 

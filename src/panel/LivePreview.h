@@ -53,6 +53,7 @@ class LivePreview : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void startDebounce();
     void playNext();
     void startPlaying();
 

@@ -71,8 +71,11 @@ PreviewFrames PreviewRunner::runOnScratch(const PreviewPlan& plan) {
         plan.run();
     }
     // A run that refuses says why in a message box and changes nothing.
-    for (auto it = scratch.dialogs().rbegin(); it != scratch.dialogs().rend(); ++it)
-        if (it->kind == "message" || it->kind == "error") return words(it->text);
+    const auto& boxes = scratch.dialogs();
+    const auto said = std::find_if(boxes.rbegin(), boxes.rend(), [](const host::DialogRecord& d) {
+        return d.kind == "message" || d.kind == "error";
+    });
+    if (said != boxes.rend()) return words(said->text);
 
     // Frames the run added next to its range belong to what it shows.
     const int last = std::min(plan.last + scratch.totalFrames() - total, scratch.totalFrames() - 1);

@@ -24,6 +24,7 @@ class ScratchRun : public HostTest {
   protected:
     void loadPatterned(int frames, int w, int h) {
         std::vector<Picture> pictures;
+        pictures.reserve(static_cast<std::size_t>(frames));
         for (int f = 0; f < frames; ++f)
             pictures.push_back(patternPicture(w, h, 11 * f));
         host().loadAnimation(pictures);

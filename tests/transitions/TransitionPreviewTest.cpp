@@ -102,7 +102,8 @@ void PrintTo(const Case& c, std::ostream* os) {
 class PreviewIsApply : public PreviewTest, public ::testing::WithParamInterface<std::tuple<Case, bool>> {};
 
 TEST_P(PreviewIsApply, FrameForFrame) {
-    const auto& [c, toward] = GetParam();
+    const Case& c = std::get<0>(GetParam());
+    const bool toward = std::get<1>(GetParam());
     const TransitionFamily& family = c.family();
     constexpr int kFrames = 9, kSlotFrames = 5;
     load(kFrames, 12, 9);
