@@ -397,6 +397,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
 
     // Nobody watches a session's dialogs: their live previews would only cost time, and a preview
     // that ran whenever a step happened to take long enough would make runs differ.
+    const bool previews = panel::LivePreview::allowed();
     panel::LivePreview::setAllowed(false);
     Runner runner(scriptPath);
     runningHost().setResponder(&runner.responder_);
@@ -426,6 +427,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             result.leftover += "unused answer: " + ScriptedResponder::kindName(a.kind) + "\n";
     runningHost().setResponder(nullptr);
     Vantry::setTraceSink({});
+    panel::LivePreview::setAllowed(previews);
     return result;
 }
 
@@ -470,6 +472,7 @@ again, the next first}), the boxes shown ("dialogs") and the open forms with the
 Every step that changes the animation, its delays, the alpha channel or the swap picture is one undo
 step, named after the form or command ("Wipes", "Open AnimGif").
 --trace writes one line per host call: Name(arg, ...).
+The dialogs' live previews do not run in a session script.
 )HELP";
 }
 
