@@ -6,9 +6,7 @@
 #include "panel/LivePreview.h"
 #include "panel/Registry.h"
 #include "transitions/Families.h"
-#include "transitions/MoveFamilies.h"
 #include "transitions/PatternFamilies.h"
-#include "transitions/StretchFamilies.h"
 #include "transitions/StripeBlockFamilies.h"
 #include "transitions/TransitionSupport.h"
 
@@ -85,11 +83,8 @@ const Case kCases[] = {
     {"AlphaWipe", transitions::alphaWipesFamily, 0, "Swap"},
     {"FadeColour", transitions::fadesFamily, -1, "Primary Color"},
     {"Push", transitions::pushesFamily, 2, "Swap"},
-    {"Door", transitions::doorsFamily, 0, "Swap"},
     {"Diamond", transitions::diamondsFamily, 0, "Swap"},
-    {"Stretch", transitions::stretchesFamily, 1, "Swap"},
     {"StripesOwnSize", transitions::stripesFamily, -1, "Swap", 1, 3},
-    {"SlideStripesNegative", transitions::slideStripesFamily, -1, "Negative", 0},
     {"WipeStored", transitions::wipesFamily, 0, "Stored Animation #1"},
     {"FadeStoredOtherSize", transitions::fadesFamily, -1, "Stored Animation #2"},
     {"StripesStored", transitions::stripesFamily, -1, "Stored Animation #1", 2},
