@@ -1,7 +1,8 @@
 #pragma once
 // What every form of the panel shares: its own automation object, the hand-over to the host, controls
 // found by name (control arrays as "name(i)"), the Validate event when the focus leaves a list or a
-// text box, the load/activate/unload life, and the platform's input box.
+// text box, the load/activate/unload life, the platform's input box, and a live preview of the form's
+// run that follows its controls.
 
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
