@@ -14,8 +14,9 @@ struct PreviewPlan {
     int first = 0, last = -1;
     // The slot (0..3) of a stored animation the run reads, else -1.
     int slot = -1;
-    // The run, made exactly as Apply makes it.
-    std::function<void()> run;
+    // The run, made exactly as Apply makes it. `scale` is the copies' size against the frames' (1 for
+    // an animation that fits the preview): a run that takes sizes in pixels may scale them by it.
+    std::function<void(double scale)> run;
 };
 using PreviewPlanner = std::function<PreviewPlan()>;
 

@@ -66,9 +66,11 @@ PreviewFrames PreviewRunner::runOnScratch(const PreviewPlan& plan) {
     host::HostState scratch;
     copies_.copyInto(scratch, real, plan.first, plan.last, scratchFolder());
     if (plan.slot >= 0) slots_->refresh(real.tempDir(), plan.slot);
+    const double scale =
+        real.bufferWidth() > 0 ? static_cast<double>(scratch.bufferWidth()) / real.bufferWidth() : 1.0;
     {
         host::ScratchHost scope(scratch);
-        plan.run();
+        plan.run(scale);
     }
     // A run that refuses says why in a message box and changes nothing.
     const auto& boxes = scratch.dialogs();

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kirrel::transitions {
@@ -29,6 +30,16 @@ std::string halved(int stored) {
     std::string text = std::to_string(shown);
     text.erase(text.find_last_not_of('0') + 1);
     return text;
+}
+
+// On a preview's small copies the stripes shrink with the picture, so that there are as many of them as
+// Apply lays on the frames; never below one pixel, and a size that is already that stays.
+StripeSizes scaledSizes(StripeSizes s, double scale) {
+    if (scale >= 1) return s;
+    const auto one = [scale](int stored) {
+        return stored <= 2 ? stored : std::max(2, static_cast<int>(std::lround(stored * scale)));
+    };
+    return {one(s.horizontal), one(s.vertical)};
 }
 
 } // namespace
@@ -115,12 +126,13 @@ int StripeControls::member() const {
 bool StripeControls::run(const FamilyRun& r) {
     const int m = member();
     if (m < 0) return true; // no kind of stripes chosen: nothing to run
+    const StripeSizes sizes = scaledSizes(sizes_, r.scale);
     if (r.slot < 0)
-        (r.toward ? runStripesTo : runStripesFrom)(family_, m, sizes_, r.start, r.end, r.source);
+        (r.toward ? runStripesTo : runStripesFrom)(family_, m, sizes, r.start, r.end, r.source);
     else if (r.toward)
-        runStripesToStored(family_, m, sizes_, r.start, r.slot);
+        runStripesToStored(family_, m, sizes, r.start, r.slot);
     else
-        runStripesFromStored(family_, m, sizes_, r.end, r.slot);
+        runStripesFromStored(family_, m, sizes, r.end, r.slot);
     return true;
 }
 

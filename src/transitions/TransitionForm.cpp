@@ -359,8 +359,8 @@ void TransitionForm::dispatch() {
     run(choice());
 }
 
-void TransitionForm::run(const RunChoice& c) {
-    if (familyControls_ && familyControls_->run({c.toward, c.slot, c.start, c.end, c.source})) return;
+void TransitionForm::run(const RunChoice& c, double scale) {
+    if (familyControls_ && familyControls_->run({c.toward, c.slot, c.start, c.end, c.source, scale})) return;
     if (c.slot < 0)
         (c.toward ? family_.to : family_.from)(c.variant, c.start, c.end, c.source);
     else if (c.toward)
@@ -388,7 +388,7 @@ panel::PreviewPlan TransitionForm::previewPlan() {
         // The splices read the animation from Start to its end, or from its start to End.
         plan.first = c.slot < 0 || c.toward ? c.start : 0;
         plan.last = c.slot < 0 || !c.toward ? c.end : total - 1;
-        plan.run = [this, c] { run(c); };
+        plan.run = [this, c](double scale) { run(c, scale); };
     }
     return plan;
 }

@@ -65,7 +65,8 @@ class TransitionForm : public panel::FormBase {
     RunChoice choice() const;
     // False when the variant list points at no variant: Apply then runs nothing.
     bool validVariant() const;
-    void run(const RunChoice& c);
+    // scale: see FamilyRun.
+    void run(const RunChoice& c, double scale = 1.0);
     // Apply's words for a range it will not run on; nullptr when the range will do.
     const char* rangeRefusal() const;
     panel::PreviewPlan previewPlan();

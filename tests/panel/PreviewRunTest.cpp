@@ -70,7 +70,7 @@ TEST_F(ScratchRun, APreviewShowsItsRangeOrWhyItStopped) {
         panel::PreviewPlan p;
         p.first = 1;
         p.last = 3;
-        p.run = std::move(run);
+        p.run = [run = std::move(run)](double) { run(); };
         return p;
     };
 
