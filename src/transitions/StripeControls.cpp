@@ -126,13 +126,13 @@ int StripeControls::member() const {
 bool StripeControls::run(const FamilyRun& r) {
     const int m = member();
     if (m < 0) return true; // no kind of stripes chosen: nothing to run
-    const StripeSizes sizes = scaledSizes(sizes_, r.scale);
+    const StripeSizes fitted = scaledSizes(sizes_, r.scale);
     if (r.slot < 0)
-        (r.toward ? runStripesTo : runStripesFrom)(family_, m, sizes, r.start, r.end, r.source);
+        (r.toward ? runStripesTo : runStripesFrom)(family_, m, fitted, r.start, r.end, r.source);
     else if (r.toward)
-        runStripesToStored(family_, m, sizes, r.start, r.slot);
+        runStripesToStored(family_, m, fitted, r.start, r.slot);
     else
-        runStripesFromStored(family_, m, sizes, r.end, r.slot);
+        runStripesFromStored(family_, m, fitted, r.end, r.slot);
     return true;
 }
 
