@@ -2,6 +2,7 @@
 
 #include "host/JsonText.h"
 #include "host/Resources.h"
+#include "host/ScratchHost.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,6 +52,7 @@ std::string numberText(double v) {
 
 HostState& runningHost() {
     static HostState host;
+    if (HostState* scratch = ScratchHost::current()) return *scratch;
     return host;
 }
 
@@ -232,7 +234,8 @@ void HostState::restore(const HostSnapshot& s) {
     frames_ = s.frames;
     delays_ = s.delays;
     delays_.resize(frames_.size(), kDefaultDelayMs);
-    still_ = frames_.empty() ? s.still : frames_[static_cast<std::size_t>(std::clamp(s.current, 0, totalFrames() - 1))];
+    still_ = frames_.empty() ? s.still
+                             : frames_[static_cast<std::size_t>(std::clamp(s.current, 0, totalFrames() - 1))];
     alpha_ = s.alpha;
     swap_ = s.swap;
     current_ = frames_.empty() ? 0 : std::clamp(s.current, 0, totalFrames() - 1);

@@ -277,7 +277,8 @@ class HostState {
     Responder* responder_ = nullptr;
 };
 
-// The one running host that every Vantry_Class handle reaches.
+// The one running host that every Vantry_Class handle reaches; a scratch host instead while a
+// ScratchHost scope lives.
 HostState& runningHost();
 
 } // namespace kirrel::host

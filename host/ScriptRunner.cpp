@@ -10,6 +10,7 @@
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
 #include "panel/Interrupt.h"
+#include "panel/LivePreview.h"
 #include "panel/Panel.h"
 #include "panel/Trace.h"
 
@@ -102,10 +103,9 @@ class Runner {
 
     void setUpHost(const QJsonObject& h) {
         // A misspelt setting would otherwise leave the host as it was without a word.
-        static const QStringList known = {"temp_dir",  "app_dir",       "animation",     "size",
-                                          "frames",    "swap",          "alpha",         "primary",
-                                          "secondary", "current_frame", "layer_opacity", "settings",
-                                          "delays",    "converter_timeout_s"};
+        static const QStringList known = {
+            "temp_dir", "app_dir",   "animation",     "size",          "frames",   "swap",  "alpha",
+            "primary",  "secondary", "current_frame", "layer_opacity", "settings", "delays", "converter_timeout_s"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -119,7 +119,8 @@ class Runner {
         if (h.contains("primary")) host.setPrimaryPacked(colourOf(h["primary"], "primary"));
         if (h.contains("secondary")) host.setSecondaryPacked(colourOf(h["secondary"], "secondary"));
         if (h.contains("animation")) {
-            Animation a = readAnimationFile(path(h["animation"].toString()), ReadOptions{host.secondaryColor()});
+            Animation a =
+                readAnimationFile(path(h["animation"].toString()), ReadOptions{host.secondaryColor()});
             if (a.frames.empty())
                 host.loadStill(a.still);
             else
@@ -437,6 +438,10 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
         });
     }
 
+    // Nobody watches a session's dialogs: their live previews would only cost time, and a preview
+    // that ran whenever a step happened to take long enough would make runs differ.
+    const bool previews = panel::LivePreview::allowed();
+    panel::LivePreview::setAllowed(false);
     Runner runner(scriptPath);
     runningHost().setResponder(&runner.responder_);
     int stepNo = 0;
@@ -471,6 +476,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             result.leftover += "unused answer: " + ScriptedResponder::kindName(a.kind) + "\n";
     runningHost().setResponder(nullptr);
     Vantry::setTraceSink({});
+    panel::LivePreview::setAllowed(previews);
     return result;
 }
 
@@ -526,6 +532,7 @@ again, the next first}), the boxes shown ("dialogs") and the open forms with the
 Every step that changes the animation, its delays, the alpha channel or the swap picture is one undo
 step, named after the form or command ("Wipes", "Open AnimGif").
 --trace writes one line per host call: Name(arg, ...).
+The dialogs' live previews do not run in a session script.
 )HELP";
 }
 

@@ -3,9 +3,11 @@
 #include "host/HostState.h"
 #include "panel/ButtonRow.h"
 #include "panel/EventGuard.h"
+#include "panel/LivePreview.h"
 #include "panel/Panel.h"
 
 #include <QAction>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -166,6 +168,7 @@ QPushButton* FormBase::makeButton(const QString& name, const QString& caption,
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
     if (onClick) connect(b, &QPushButton::clicked, this, asAction([f = std::move(onClick)](bool) { f(); }));
+    connect(b, &QPushButton::clicked, this, &FormBase::noteControlChange);
     return b;
 }
 
@@ -181,6 +184,7 @@ ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption
     l->setObjectName(name);
     l->setCursor(Qt::PointingHandCursor);
     if (onClick) connect(l, &ClickLabel::clicked, this, asAction(std::move(onClick)));
+    connect(l, &ClickLabel::clicked, this, &FormBase::noteControlChange);
     return l;
 }
 
@@ -196,6 +200,7 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     c->installEventFilter(this);
     if (onClick)
         connect(c, &QComboBox::currentIndexChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QComboBox::currentIndexChanged, this, &FormBase::noteControlChange);
     return c;
 }
 
@@ -209,6 +214,7 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     if (onDblClick)
         connect(l, &QListWidget::itemDoubleClicked, this,
                 asAction([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
+    connect(l, &QListWidget::currentRowChanged, this, &FormBase::noteControlChange);
     return l;
 }
 
@@ -216,6 +222,7 @@ QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std:
     auto* c = new QCheckBox(caption, this);
     c->setObjectName(name);
     if (onClick) connect(c, &QCheckBox::stateChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QCheckBox::stateChanged, this, &FormBase::noteControlChange);
     return c;
 }
 
@@ -227,6 +234,7 @@ QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
         connect(o, &QRadioButton::toggled, this, asAction([f = std::move(onClick)](bool on) {
                     if (on) f();
                 }));
+    connect(o, &QRadioButton::toggled, this, &FormBase::noteControlChange);
     return o;
 }
 
@@ -237,6 +245,7 @@ QSlider* FormBase::makeSlider(const QString& name, int minimum, int maximum, std
     s->setRange(minimum, maximum);
     if (onChange) connect(s, &QSlider::valueChanged, this, asAction([f = std::move(onChange)](int) { f(); }));
     if (onScroll) connect(s, &QSlider::sliderMoved, this, asAction([f = std::move(onScroll)](int) { f(); }));
+    connect(s, &QSlider::valueChanged, this, &FormBase::noteControlChange);
     return s;
 }
 
@@ -247,6 +256,7 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
     if (onChange)
         connect(t, &QLineEdit::textChanged, this,
                 asAction([f = std::move(onChange)](const QString&) { f(); }));
+    connect(t, &QLineEdit::textChanged, this, &FormBase::noteControlChange);
     return t;
 }
 
@@ -302,6 +312,16 @@ void FormBase::pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startL
         end->setCurrentIndex(start->currentIndex());
     else
         start->setCurrentIndex(end->currentIndex());
+}
+
+LivePreview* FormBase::addLivePreview(QBoxLayout& layout, PreviewPlanner planner) {
+    auto* column = new QVBoxLayout;
+    auto* preview = new LivePreview(std::move(planner), this);
+    column->addWidget(preview);
+    column->addStretch(1);
+    layout.addLayout(column);
+    connect(this, &FormBase::controlsChanged, preview, &LivePreview::schedule);
+    return preview;
 }
 
 void FormBase::closeDialog() {

@@ -1,10 +1,12 @@
 #pragma once
 // What every form of the panel shares: its own automation object, the hand-over to the host, controls
 // found by name (control arrays as "name(i)"), the Validate event when the focus leaves a list or a
-// text box, the load/activate/unload life, and the platform's input box.
+// text box, the load/activate/unload life, the platform's input box, and a live preview of the form's
+// run that follows its controls.
 
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
+#include "panel/PreviewPlan.h"
 #include "panel/Vantry.h"
 
 #include <QPixmap>
@@ -15,6 +17,7 @@
 #include <optional>
 
 class QAbstractSlider;
+class QBoxLayout;
 class QGridLayout;
 class QHBoxLayout;
 class QCheckBox;
@@ -26,6 +29,8 @@ class QRadioButton;
 class QSlider;
 
 namespace kirrel::panel {
+
+class LivePreview;
 
 class FormBase : public QWidget {
     Q_OBJECT
@@ -57,6 +62,14 @@ class FormBase : public QWidget {
     static FormBase* front();
     static FormBase* find(const QString& name);
     static QList<FormBase*> openForms();
+
+    // Raises controlsChanged; for controls a form makes without the factories below.
+    void noteControlChange() { emit controlsChanged(); }
+
+  signals:
+    // A control the factories made changed its value or was used (a button's action may change what
+    // the next run works on).
+    void controlsChanged();
 
   protected:
     virtual void formLoad() {}
@@ -118,6 +131,9 @@ class FormBase : public QWidget {
     static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
     // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.
     void closeDialog();
+    // A live preview of what the form's run would do, added to the layout at its top; it runs again
+    // whenever controlsChanged is raised.
+    LivePreview* addLivePreview(QBoxLayout& layout, PreviewPlanner planner);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

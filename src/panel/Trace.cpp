@@ -14,10 +14,21 @@ TraceSink& sink() {
 }
 } // namespace
 
-void setTraceSink(TraceSink s) { sink() = std::move(s); }
-bool tracing() { return static_cast<bool>(sink()); }
+void setTraceSink(TraceSink s) {
+    sink() = std::move(s);
+}
+bool tracing() {
+    return static_cast<bool>(sink());
+}
 void emitTrace(const std::string& line) {
     if (sink()) sink()(line);
+}
+
+TracePause::TracePause() : held_(std::move(sink())) {
+    sink() = {};
+}
+TracePause::~TracePause() {
+    sink() = std::move(held_);
 }
 
 namespace trace_detail {
@@ -43,7 +54,9 @@ std::string text(const krl::Plane& p) {
     return "plane(" + std::to_string(p.width()) + "," + std::to_string(p.height()) + ")";
 }
 
-std::string text(QWidget* form) { return form ? form->objectName().toStdString() : std::string("Nothing"); }
+std::string text(QWidget* form) {
+    return form ? form->objectName().toStdString() : std::string("Nothing");
+}
 
 std::string number(double v) {
     if (!std::isfinite(v)) return std::isnan(v) ? "NaN" : (v > 0 ? "Infinity" : "-Infinity");
@@ -52,7 +65,9 @@ std::string number(double v) {
     return ec == std::errc() ? std::string(buf, end) : std::string("?");
 }
 
-std::string number(long long v) { return std::to_string(v); }
+std::string number(long long v) {
+    return std::to_string(v);
+}
 
 } // namespace trace_detail
 } // namespace Vantry

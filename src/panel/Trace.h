@@ -18,6 +18,19 @@ void setTraceSink(TraceSink sink); // an empty sink switches tracing off
 bool tracing();
 void emitTrace(const std::string& line);
 
+// Holds the sink back while it lives: calls made meanwhile are no calls of the session (work done on
+// a scratch host) and are not traced.
+class TracePause {
+  public:
+    TracePause();
+    ~TracePause();
+    TracePause(const TracePause&) = delete;
+    TracePause& operator=(const TracePause&) = delete;
+
+  private:
+    TraceSink held_;
+};
+
 namespace trace_detail {
 std::string text(std::string_view s);
 std::string text(const krl::Plane& p);

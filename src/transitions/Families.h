@@ -21,6 +21,8 @@ struct FamilyRun {
     int slot;    // 0..3 for a stored source, else -1
     int start, end;
     const std::string& source;
+    // The pictures' size against the animation's: below 1 for a preview's small copies.
+    double scale = 1.0;
 };
 
 // Controls a family adds to the shared dialog (option buttons, size buttons, a warning), kept by the

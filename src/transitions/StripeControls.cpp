@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kirrel::transitions {
@@ -29,6 +30,16 @@ std::string halved(int stored) {
     std::string text = std::to_string(shown);
     text.erase(text.find_last_not_of('0') + 1);
     return text;
+}
+
+// On a preview's small copies the stripes shrink with the picture, so that there are as many of them as
+// Apply lays on the frames; never below one pixel, and a size that is already that stays.
+StripeSizes scaledSizes(StripeSizes s, double scale) {
+    if (scale >= 1) return s;
+    const auto one = [scale](int stored) {
+        return stored <= 2 ? stored : std::max(2, static_cast<int>(std::lround(stored * scale)));
+    };
+    return {one(s.horizontal), one(s.vertical)};
 }
 
 } // namespace
@@ -54,6 +65,7 @@ StripeControls::StripeControls(panel::FormBase& form, QBoxLayout& layout, Stripe
         auto* o = new QRadioButton(options[i], &form);
         o->setObjectName(QString("optDirection(%1)").arg(i));
         group->addButton(o);
+        QObject::connect(o, &QRadioButton::toggled, &form, &panel::FormBase::noteControlChange);
         choice->addWidget(o);
         options_.push_back(o);
     }
@@ -102,6 +114,7 @@ void StripeControls::askSize(bool horizontal) {
     if (!stored) return;
     field = *stored;
     (horizontal ? lblHSize_ : lblVSize_)->setText(QString::fromStdString(stripeSizeLabel(field, horizontal)));
+    form_.noteControlChange();
 }
 
 int StripeControls::member() const {
@@ -113,12 +126,13 @@ int StripeControls::member() const {
 bool StripeControls::run(const FamilyRun& r) {
     const int m = member();
     if (m < 0) return true; // no kind of stripes chosen: nothing to run
+    const StripeSizes fitted = scaledSizes(sizes_, r.scale);
     if (r.slot < 0)
-        (r.toward ? runStripesTo : runStripesFrom)(family_, m, sizes_, r.start, r.end, r.source);
+        (r.toward ? runStripesTo : runStripesFrom)(family_, m, fitted, r.start, r.end, r.source);
     else if (r.toward)
-        runStripesToStored(family_, m, sizes_, r.start, r.slot);
+        runStripesToStored(family_, m, fitted, r.start, r.slot);
     else
-        runStripesFromStored(family_, m, sizes_, r.end, r.slot);
+        runStripesFromStored(family_, m, fitted, r.end, r.slot);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "transitions/TransitionForm.h"
 
+#include "host/HostState.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Numeric.h"
 #include "panel/Panel.h"
@@ -30,6 +31,9 @@ constexpr const char* kBack = "<-----------";
 constexpr const char* kToggleTip = "Click to switch source and destination.";
 constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
 constexpr const char* kEmptySlotDesc = "This Slot Is Empty!";
+constexpr const char* kLengthChanged = "The animation's length changed: Apply updates the frame lists";
+constexpr const char* kNoAnimation = "No animation yet: Apply offers to make one";
+constexpr const char* kNoVariant = "Choose a transition";
 
 // A frame list's text as a number; a text that holds none stops the Apply with an error.
 int frameNumber(const QString& text) {
@@ -66,9 +70,14 @@ class DisabledWhileRunning {
 
 TransitionForm::TransitionForm(const TransitionFamily& family)
     : FormBase(family.formName, family.caption), family_(family) {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
+    // The controls on the left as they always were; the preview beside them.
+    auto* root = new QHBoxLayout(this);
+    root->setContentsMargins(14, 14, 14, 12);
+    root->setSpacing(16);
+    auto* outer = new QVBoxLayout;
     outer->setSpacing(10);
+    outer->addStrut(392);
+    root->addLayout(outer);
 
     if (!family_.variants.empty()) {
         auto* row = new QHBoxLayout;
@@ -130,7 +139,8 @@ TransitionForm::TransitionForm(const TransitionFamily& family)
 
     storedPreview_->hide();
     lblStoredDesc_->hide();
-    setFixedSize(sizeHint().expandedTo(QSize(420, 0)));
+    addLivePreview(*root, [this] { return previewPlan(); });
+    setFixedSize(sizeHint());
 }
 
 void TransitionForm::formLoad() {
@@ -306,44 +316,81 @@ void TransitionForm::cmd_Run_Click() {
         Refresh_Source_Controls();
         return;
     }
-    const std::string source = sourceText();
-    if (!isStoredSource(source) &&
-        cboFrameEnd_->currentIndex() - cboFrameStart_->currentIndex() < family_.fewestFrames - 1) {
-        van().Van_MessageBox(family_.tooFewFramesText);
-        return;
-    }
-    if (cboFrameStart_->currentText().isEmpty() && cboFrameEnd_->currentText().isEmpty()) {
-        van().Van_MessageBox(family_.slotEmptyText);
+    if (const char* refusal = rangeRefusal()) {
+        van().Van_MessageBox(refusal);
         return;
     }
     stored::saveUndoIfChecked(chkUndoSave_);
-    dispatch(source);
+    dispatch();
     van().Van_GotoFrame(saved);
     van().Van_Refresh();
 }
 
-void TransitionForm::dispatch(const std::string& source) {
+const char* TransitionForm::rangeRefusal() const {
+    if (!isStoredSource(sourceText()) &&
+        cboFrameEnd_->currentIndex() - cboFrameStart_->currentIndex() < family_.fewestFrames - 1)
+        return family_.tooFewFramesText;
+    if (cboFrameStart_->currentText().isEmpty() && cboFrameEnd_->currentText().isEmpty())
+        return family_.slotEmptyText;
+    return nullptr;
+}
+
+bool TransitionForm::validVariant() const {
     const int variant = cboTransitions_ ? cboTransitions_->currentIndex() : 0;
-    if (cboTransitions_ && (variant < 0 || variant >= static_cast<int>(family_.variants.size()))) return;
+    return !cboTransitions_ || (variant >= 0 && variant < static_cast<int>(family_.variants.size()));
+}
+
+TransitionForm::RunChoice TransitionForm::choice() const {
+    RunChoice c;
+    c.variant = cboTransitions_ ? cboTransitions_->currentIndex() : 0;
+    c.source = sourceText();
+    c.slot = slotOfSource(c.source);
+    c.toward = towardSource();
+    // A stored shape takes only its own end of the range, from the text of that list; in the plain
+    // case list index and frame number are one.
+    if (c.slot < 0 || c.toward) c.start = frameNumber(cboFrameStart_->currentText());
+    if (c.slot < 0 || !c.toward) c.end = frameNumber(cboFrameEnd_->currentText());
+    return c;
+}
+
+void TransitionForm::dispatch() {
+    if (!validVariant()) return;
     DisabledWhileRunning busy(this, cmdRun_);
-    const int slot = slotOfSource(source);
-    const bool toward = towardSource();
-    if (familyControls_) {
-        // A stored shape takes only its own end of the range, from the text of that list.
-        const int start = slot < 0 || toward ? frameNumber(cboFrameStart_->currentText()) : 0;
-        const int end = slot < 0 || !toward ? frameNumber(cboFrameEnd_->currentText()) : 0;
-        if (familyControls_->run({toward, slot, start, end, source})) return;
-    }
-    if (slot < 0) {
-        // In the plain case list index and frame number are one.
-        const int start = frameNumber(cboFrameStart_->currentText());
-        const int end = frameNumber(cboFrameEnd_->currentText());
-        (toward ? family_.to : family_.from)(variant, start, end, source);
-    } else if (toward) {
-        family_.toStored(variant, frameNumber(cboFrameStart_->currentText()), slot);
+    run(choice());
+}
+
+void TransitionForm::run(const RunChoice& c, double scale) {
+    if (familyControls_ && familyControls_->run({c.toward, c.slot, c.start, c.end, c.source, scale})) return;
+    if (c.slot < 0)
+        (c.toward ? family_.to : family_.from)(c.variant, c.start, c.end, c.source);
+    else if (c.toward)
+        family_.toStored(c.variant, c.start, c.slot);
+    else
+        family_.fromStored(c.variant, c.end, c.slot);
+}
+
+// What Apply would do, read from the controls and the host's state without a call to the host: the
+// preview is no call of the session's. The refusals are Apply's own, in the order Apply meets them.
+panel::PreviewPlan TransitionForm::previewPlan() {
+    panel::PreviewPlan plan;
+    const int total = host::runningHost().totalFrames();
+    if (total != frameCount_) {
+        plan.refusal = kLengthChanged;
+    } else if (total == 0) {
+        plan.refusal = kNoAnimation;
+    } else if (const char* refusal = rangeRefusal()) {
+        plan.refusal = refusal;
+    } else if (!validVariant()) {
+        plan.refusal = kNoVariant;
     } else {
-        family_.fromStored(variant, frameNumber(cboFrameEnd_->currentText()), slot);
+        const RunChoice c = choice();
+        plan.slot = c.slot;
+        // The splices read the animation from Start to its end, or from its start to End.
+        plan.first = c.slot < 0 || c.toward ? c.start : 0;
+        plan.last = c.slot < 0 || !c.toward ? c.end : total - 1;
+        plan.run = [this, c](double scale) { run(c, scale); };
     }
+    return plan;
 }
 
 void TransitionForm::cmdUndo_Click() {

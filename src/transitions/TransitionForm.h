@@ -8,6 +8,7 @@
 // Apply hands the list's text on.
 
 #include "panel/FormBase.h"
+#include "panel/PreviewPlan.h"
 #include "transitions/Families.h"
 
 #include <cstdint>
@@ -50,7 +51,25 @@ class TransitionForm : public panel::FormBase {
 
     bool towardSource() const; // the arrow points from the main buffer to the source
     std::string sourceText() const;
-    void dispatch(const std::string& source);
+    void dispatch();
+
+    // The run the controls choose, read from them once.
+    struct RunChoice {
+        int variant = 0;
+        int slot = -1;
+        bool toward = true;
+        int start = 0, end = 0; // a stored shape reads only its own end of the range
+        std::string source;
+    };
+    // Throws std::invalid_argument when a frame list holds no number.
+    RunChoice choice() const;
+    // False when the variant list points at no variant: Apply then runs nothing.
+    bool validVariant() const;
+    // scale: see FamilyRun.
+    void run(const RunChoice& c, double scale = 1.0);
+    // Apply's words for a range it will not run on; nullptr when the range will do.
+    const char* rangeRefusal() const;
+    panel::PreviewPlan previewPlan();
 
     const TransitionFamily& family_;
     std::int16_t frameCount_ = 0;
