@@ -99,6 +99,7 @@ class HostWindow : public QMainWindow {
     bool confirmDiscard();
     void undo();
     void redo();
+    void moveInHistory(bool back);
     void stepAdded(const StepSummary& step);
     void swapMainAndSwap();
     void copyFrameToSwap();

@@ -354,19 +354,20 @@ bool HostWindow::saveFramesAsPng(const QString& chosenFile, bool withAlpha) {
 // --- pictures ----------------------------------------------------------------------------------
 
 void HostWindow::undo() {
-    const std::string label = host_.history().undoLabel();
-    if (host_.undo())
-        statusBar()->showMessage(QString("Undone: %1").arg(QString::fromStdString(label)), kMessageMs);
-    else
-        statusBar()->showMessage("Nothing to undo", kMessageMs);
+    moveInHistory(true);
 }
 
 void HostWindow::redo() {
-    const std::string label = host_.history().redoLabel();
-    if (host_.redo())
-        statusBar()->showMessage(QString("Redone: %1").arg(QString::fromStdString(label)), kMessageMs);
+    moveInHistory(false);
+}
+
+void HostWindow::moveInHistory(bool back) {
+    const std::string label = back ? host_.history().undoLabel() : host_.history().redoLabel();
+    if (back ? host_.undo() : host_.redo())
+        statusBar()->showMessage(QString(back ? "Undone: %1" : "Redone: %1").arg(QString::fromStdString(label)),
+                                 kMessageMs);
     else
-        statusBar()->showMessage("Nothing to redo", kMessageMs);
+        statusBar()->showMessage(back ? "Nothing to undo" : "Nothing to redo", kMessageMs);
 }
 
 // After every change the status bar says what changed, and the canvas shows the first frame that

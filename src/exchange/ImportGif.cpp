@@ -132,8 +132,15 @@ QSize pictureSize(const QString& path) {
                              " could not be read (" + why + "); the import was stopped.");
 }
 
-// A GIF cut short comes in with its whole frames, and the user is told so.
-void reportCutShort(Vantry::Vantry_Class& van, const ConverterInput& input, const std::string& in, int count) {
+// Both ways end alike: the progress cleared, the new animation shown under the file's name, and a
+// GIF cut short reported with the whole frames it gave.
+void finishImport(Vantry::Vantry_Class& van, const ConverterInput& input, const std::string& in, int count) {
+    van.Van_SetProgress(0);
+    if (count > 0) {
+        van.Van_ShowScrub(0, count);
+        nameAfter(van, in);
+    }
+    van.Van_Refresh();
     if (input.cutShort && count > 0)
         van.Van_ShowStatus(QFileInfo(QString::fromStdString(in)).fileName().toStdString() + " ends early: " +
                            std::to_string(count) + " frames could be read.");
@@ -194,13 +201,7 @@ void ImportGifDirect(Vantry::Vantry_Class& van) {
             removeIfThere(path);
         }
     }
-    van.Van_SetProgress(0);
-    if (count > 0) {
-        van.Van_ShowScrub(0, count);
-        nameAfter(van, in);
-    }
-    van.Van_Refresh();
-    reportCutShort(van, input, in, count);
+    finishImport(van, input, in, count);
 }
 
 // Every frame's bitmap is read and checked before it goes into the host: a frame that is not a
@@ -256,13 +257,7 @@ void ImportGifViaPNG(Vantry::Vantry_Class& van) {
             removeIfThere(QString::fromStdString(path));
         }
     }
-    van.Van_SetProgress(0);
-    if (count > 0) {
-        van.Van_ShowScrub(0, count);
-        nameAfter(van, in);
-    }
-    van.Van_Refresh();
-    reportCutShort(van, input, in, count);
+    finishImport(van, input, in, count);
 }
 
 } // namespace kirrel::exchange
