@@ -1,5 +1,7 @@
 #include "stored/DataFile.h"
 
+#include <cstdio>
+
 namespace kirrel::stored {
 
 namespace {
@@ -55,9 +57,15 @@ void PlaneFileReader::readPlane(krl::Plane& p, int w, int h) {
 
 // --- writing ---------------------------------------------------------------------------------------
 
-PlaneFileWriter::PlaneFileWriter(const std::string& path) : file_(qpath(path)), path_(path) {
-    // ReadWrite is the one mode in which Qt neither truncates nor appends.
-    if (!file_.open(QIODevice::ReadWrite)) throw std::runtime_error(fileNameOf(path) + " cannot be written.");
+PlaneFileWriter::PlaneFileWriter(const std::string& path) : file_(qpath(path + ".partial")), path_(path) {
+    if (!file_.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        throw std::runtime_error(fileNameOf(path) + " cannot be written.");
+}
+
+PlaneFileWriter::~PlaneFileWriter() {
+    if (done_) return;
+    file_.close();
+    QFile::remove(file_.fileName());
 }
 
 void PlaneFileWriter::writeBytes(const void* p, long long n) {
@@ -77,10 +85,25 @@ void PlaneFileWriter::writePlane(const krl::Plane& p) {
 }
 
 void PlaneFileWriter::close() {
-    if (!file_.isOpen()) return;
-    const bool flushed = file_.flush();
+    if (done_) return;
+    const auto fail = [&] {
+        file_.close();
+        QFile::remove(file_.fileName());
+        done_ = true;
+        throw std::runtime_error(fileNameOf(path_) + " could not be written (is the disk full?).");
+    };
+    // The old file's tail beyond the new content stays, as it did when files were written in place.
+    QFile old(qpath(path_));
+    if (old.size() > file_.pos() && old.open(QIODevice::ReadOnly) && old.seek(file_.pos())) {
+        while (!old.atEnd()) {
+            const QByteArray chunk = old.read(qint64{1} << 20);
+            if (chunk.isEmpty() || file_.write(chunk) != chunk.size()) fail();
+        }
+    }
+    if (!file_.flush()) fail();
     file_.close();
-    if (!flushed) throw std::runtime_error(fileNameOf(path_) + " could not be written (is the disk full?).");
+    if (std::rename(file_.fileName().toLocal8Bit().constData(), path_.c_str()) != 0) fail();
+    done_ = true;
 }
 
 } // namespace kirrel::stored

@@ -62,21 +62,28 @@ class PlaneFileReader {
     std::string path_;
 };
 
+// A file written whole or not at all: the bytes go to a file of the same name with ".partial"
+// appended, which takes the real name in one step when everything reached the disk. A failed or
+// interrupted save leaves the file that stood there before as it was. As the panel's files always
+// behaved, a new content shorter than the old one keeps the old one's tail.
 class PlaneFileWriter {
   public:
-    // Opens for writing from the start, creating the file if needed and never truncating it.
-    // Throws std::runtime_error when the file cannot be opened.
+    // Throws std::runtime_error when the file cannot be written.
     explicit PlaneFileWriter(const std::string& path);
+    ~PlaneFileWriter(); // without a close(), the partial file goes and the old file stays
+    PlaneFileWriter(const PlaneFileWriter&) = delete;
+    PlaneFileWriter& operator=(const PlaneFileWriter&) = delete;
 
     void writeInt16(int v);
     void writePlane(const krl::Plane& p);
-    // Throws std::runtime_error when the bytes did not all reach the disk.
+    // Puts the file in place; throws std::runtime_error when the bytes did not all reach the disk.
     void close();
 
   private:
     void writeBytes(const void* p, long long n);
     QFile file_;
     std::string path_;
+    bool done_ = false;
 };
 
 } // namespace kirrel::stored

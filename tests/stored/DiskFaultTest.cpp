@@ -38,9 +38,11 @@ class DiskFault : public HostTest {
         EXPECT_FALSE(host().statusOpen());
         EXPECT_EQ(readFile(otherSlotPath), otherSlot);
     }
-    // Makes the named file in the temporary folder a door to a device that is always full.
+    // Makes the file the save writes first (the named one with ".partial" appended) a door to a
+    // device that is always full, and gives the named file an old content that must survive.
     void fullDiskAt(const std::string& name) {
-        ASSERT_TRUE(QFile::link("/dev/full", QString::fromStdString(tempDir() + name)));
+        ASSERT_TRUE(QFile::link("/dev/full", QString::fromStdString(tempDir() + name + ".partial")));
+        writeFile(QString::fromStdString(tempDir() + name), "the old content");
     }
     std::string otherSlot;
     QString otherSlotPath;
@@ -54,6 +56,11 @@ TEST_F(DiskFault, SlotAndUndoSavesOnAFullDiskAreReportedAndTheAnimationStays) {
     fullDiskAt("/AnimSlot 0.dat");
     expectError([] { stored::SaveAnimToSlot(0); }, "AnimSlot 0.dat could not be written (is the disk full?)");
     EXPECT_EQ(HostSnapshot::of(host()).pictures, before.pictures);
+    // Written whole or not at all: the files that stood there are intact, and nothing partial stays.
+    for (const char* name : {"/AnimUndo.dat", "/AnimSlot 0.dat"}) {
+        EXPECT_EQ(readFile(QString::fromStdString(tempDir() + name)), "the old content") << name;
+        EXPECT_FALSE(QFile::exists(QString::fromStdString(tempDir() + name + ".partial"))) << name;
+    }
 }
 
 TEST_F(DiskFault, ATemporaryFolderThatIsAFileRefusesEverySave) {
