@@ -6,6 +6,7 @@
 
 #include "host/CanvasView.h"
 #include "host/FrameBar.h"
+#include "exchange/GifExport.h"
 #include "exchange/ImportGif.h"
 #include "host/PanelDock.h"
 #include "panel/EventGuard.h"
@@ -14,6 +15,9 @@
 #include "panel/Vantry.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFileInfo>
+#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -100,6 +104,46 @@ TEST_F(HostWindowTest, PanelImportsAndQuitAskAboutUnsavedWork) {
     settle();
     EXPECT_FALSE(window->isModified());
     EXPECT_TRUE(window->windowTitle().startsWith("walk.gif"));
+}
+
+// While the converter runs the window takes no new action, but its Cancel button ends the run at
+// once: the converter's group is ended, nothing changed, nothing is left behind.
+TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThrough) {
+    const QString fake = QString::fromStdString(tempDir()) + "/../fake";
+    QDir().mkpath(fake);
+    writeFile(fake + "/convert", "#!/bin/sh\nexec sleep 600\n");
+    QFile::setPermissions(fake + "/convert", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(fake) + ":" + path);
+    qputenv("KIRREL_BATCH_RUNNER", QFile::encodeName(QFileInfo(KIRREL_EXE).absolutePath() + "/kirrel_batch"));
+    host().setAppDir(QFileInfo(KIRREL_EXE).absolutePath().toStdString());
+    const host::HostSnapshot before = host().snapshot();
+    auto clickLater = [](QWidget* w, int ms) {
+        QTimer::singleShot(ms, w, [w] {
+            const QPointF at(w->width() / 2.0, w->height() / 2.0);
+            for (QEvent::Type t : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+                QCoreApplication::postEvent(w, new QMouseEvent(t, at, w->mapToGlobal(at), Qt::LeftButton,
+                                                               Qt::LeftButton, Qt::NoModifier));
+        });
+    };
+    clickLater(window->findChild<QWidget*>("swapMainAndSwapButton"), 300); // held back
+    clickLater(window->findChild<QWidget*>("cancelRun"), 800);
+    answerFile(QDir(scratch.path()).filePath("out.gif").toStdString());
+    QElapsedTimer clock;
+    clock.start();
+    runGuarded([] {
+        Vantry::Vantry_Class van;
+        exchange::ExportGifGlobal(van, exchange::kGifGlobal, 10, 0);
+    });
+    qputenv("PATH", path);
+    qunsetenv("KIRREL_BATCH_RUNNER");
+    EXPECT_LT(clock.elapsed(), 10000);
+    EXPECT_EQ(host().lastStatus(), "Cancelled: nothing was changed.");
+    EXPECT_FALSE(host::contentDiffers(host().snapshot(), before)) << "the swap click was held back";
+    EXPECT_EQ(host().currentFrame(), before.current);
+    EXPECT_EQ(host().progress(), 0);
+    EXPECT_FALSE(QFileInfo::exists(QDir(scratch.path()).filePath("out.gif")));
+    EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList(QDir::Files).isEmpty());
 }
 
 TEST_F(HostWindowTest, ScrubberFollowsGotoFrameAndShowScrub) {
