@@ -1,10 +1,12 @@
 #include "exchange/BatchRunner.h"
 
+#include "exchange/BatchWorkers.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
@@ -208,21 +210,6 @@ QString failureMarkerPath(const QString& batchPath) {
 
 namespace {
 
-void deleteMatching(const QString& dir, const QString& pattern, const QString& keep) {
-    const QFileInfoList entries =
-        QDir(dir).entryInfoList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    for (const QFileInfo& e : entries) {
-        if (!wildcardMatch(pattern, e.fileName())) continue;
-        if (e.fileName() == keep) continue; // the batch file goes last
-        if (e.isSymLink() || e.isFile()) QFile::remove(e.absoluteFilePath());
-    }
-}
-
-QString firstLine(const QByteArray& text) {
-    const QString s = QString::fromLocal8Bit(text).trimmed();
-    return s.section('\n', 0, 0).trimmed();
-}
-
 // The batch file as named, or its entry of another case (the file system it was made for ignores case).
 QString resolveBatch(const QString& batchPath) {
     if (QFileInfo::exists(batchPath)) return batchPath;
@@ -233,6 +220,12 @@ QString resolveBatch(const QString& batchPath) {
 }
 
 } // namespace
+
+int batchWorkers() {
+    bool ok = false;
+    const int forced = qEnvironmentVariableIntValue("KIRREL_BATCH_WORKERS", &ok);
+    return ok && forced > 0 ? forced : std::max(1, QThread::idealThreadCount());
+}
 
 QProcessEnvironment converterEnvironment() {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -279,65 +272,9 @@ RunOutcome runBatchFile(const QString& givenPath, const RunnerFolders& folders, 
             outcome.exitCode = 3;
             outcome.kind = "refused";
             outcome.message = "The converter was not run: the batch file holds " + plan.refusal + ".";
-        }
-        QString cwd = QDir::currentPath();
-        for (const BatchCommand& cmd : plan.commands) {
-            switch (cmd.kind) {
-            case BatchCommand::Kind::Drive:
-                break;
-            case BatchCommand::Kind::Cd:
-                cwd = folders.temp;
-                break;
-            case BatchCommand::Kind::Del:
-                deleteMatching(cmd.args[0], cmd.args[1], batchInfo.fileName());
-                break;
-            case BatchCommand::Kind::Convert: {
-                if (converter.isEmpty()) {
-                    if (outcome.kind.isEmpty()) {
-                        outcome.exitCode = 4;
-                        outcome.kind = "missing";
-                        outcome.message = "The converter could not be found: ImageMagick's convert is not "
-                                          "installed or not on the search path.";
-                    }
-                    break;
-                }
-                QProcess proc;
-                proc.setWorkingDirectory(cwd);
-                proc.setProcessEnvironment(converterEnvironment());
-                proc.setProgram(converter);
-                QStringList args = cmd.args;
-                for (QString& a : args)
-                    for (const auto& [name, staged] : folders.staged)
-                        if (a == name) a = staged;
-                proc.setArguments(args);
-                proc.setStandardInputFile(QProcess::nullDevice());
-                proc.start();
-                bool ok = proc.waitForStarted(-1);
-                // A conversion that runs past the limit is taken to hang: it is ended and reported
-                // as failed, so that the panel's wait always ends.
-                bool hung = false;
-                if (ok && !proc.waitForFinished(folders.limitSeconds * 1000)) {
-                    proc.kill();
-                    proc.waitForFinished(-1);
-                    ok = false;
-                    hung = true;
-                }
-                const QString limit = folders.limitSeconds % 60 == 0
-                                          ? QString("%1 minutes").arg(folders.limitSeconds / 60)
-                                          : QString("%1 seconds").arg(folders.limitSeconds);
-                const QString err = hung ? QString() : firstLine(proc.readAllStandardError());
-                if (!ok || proc.exitStatus() != QProcess::NormalExit || proc.exitCode() != 0) {
-                    if (outcome.kind.isEmpty()) {
-                        outcome.exitCode = 1;
-                        outcome.kind = "failed";
-                        outcome.message =
-                            hung ? "The converter did not finish within " + limit + " and was stopped."
-                                 : "The converter reported an error" + (err.isEmpty() ? QString(".") : ": " + err);
-                    }
-                }
-                break;
-            }
-            }
+        } else {
+            WorkerSettings settings{converter, converterEnvironment(), batchWorkers(), batchInfo.fileName()};
+            outcome = runPlannedLines(plan.commands, folders, QDir::currentPath(), settings);
         }
     }
 
@@ -363,8 +300,7 @@ int batchRunnerMain(const QStringList& arguments) {
         else if (a == "--stage" && i + 2 < arguments.size()) {
             folders.staged.append({arguments[i + 1], arguments[i + 2]});
             i += 2;
-        }
-        else if (batch.isEmpty() && !a.startsWith("--"))
+        } else if (batch.isEmpty() && !a.startsWith("--"))
             batch = a;
         else {
             std::fprintf(stderr, "kirrel_batch: unknown argument %s\n", qPrintable(a));
@@ -372,8 +308,9 @@ int batchRunnerMain(const QStringList& arguments) {
         }
     }
     if (folders.temp.isEmpty() || folders.app.isEmpty() || batch.isEmpty()) {
-        std::fputs("Usage: kirrel_batch --temp DIR --app DIR [--limit SECONDS] [--stage NAME STAGED]... BATCHFILE\n",
-                   stderr);
+        std::fputs(
+            "Usage: kirrel_batch --temp DIR --app DIR [--limit SECONDS] [--stage NAME STAGED]... BATCHFILE\n",
+            stderr);
         return 2;
     }
     const QString converter = QStandardPaths::findExecutable("convert");

@@ -24,9 +24,9 @@
 // found), "failed" (the converter reported an error) or "refused" (the file was not run), and the
 // second line says what happened in words for the user.
 
-#include <QProcessEnvironment>
 #include <QList>
 #include <QPair>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -78,6 +78,10 @@ struct RunOutcome {
 // The environment the converter runs in: the system's, with the memory settings that spare it most
 // of its time in the kernel.
 QProcessEnvironment converterEnvironment();
+
+// How many converters a batch may run at once: KIRREL_BATCH_WORKERS when set (1 runs the lines one
+// after another), else one for every core.
+int batchWorkers();
 
 // Runs a batch file inside folders.temp. converter is the program that stands for the host's
 // converter; empty when none could be found.
