@@ -76,7 +76,7 @@ struct RunOutcome {
 };
 
 // The environment the converter runs in: the system's, with the memory settings that spare it most
-// of its time in the kernel.
+// of its time in the kernel. None of them changes a byte the converter writes.
 QProcessEnvironment converterEnvironment();
 
 // How many converters a batch may run at once: KIRREL_BATCH_WORKERS when set (1 runs the lines one

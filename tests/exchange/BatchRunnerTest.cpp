@@ -50,15 +50,17 @@ class BatchRunner : public testing::Test {
     BatchPlan plan(const std::string& bytes) const {
         return planBatch(QByteArray::fromStdString(bytes), folders, folders.temp);
     }
-    // Runs the runner program on a batch written into the temporary folder; workers 0 leaves the
-    // runner its own count.
-    int run(const std::string& name, const std::string& bytes, const QString& path = {}, int workers = 0) {
+    // Runs the runner program on a batch written into the temporary folder, with the given PATH and
+    // further settings ("NAME=value").
+    int run(const std::string& name, const std::string& bytes, const QString& path = {},
+            const QStringList& settings = {}) {
         touch(at("tmp/" + QString::fromStdString(name)), QByteArray::fromStdString(bytes));
         QProcess p;
         p.setWorkingDirectory(folders.temp);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         if (!path.isNull()) env.insert("PATH", path);
-        if (workers > 0) env.insert("KIRREL_BATCH_WORKERS", QString::number(workers));
+        for (const QString& s : settings)
+            env.insert(s.section('=', 0, 0), s.section('=', 1));
         p.setProcessEnvironment(env);
         p.start(runnerProgram(),
                 {"--temp", folders.temp, "--app", folders.app, at("tmp/" + QString::fromStdString(name))});
@@ -188,9 +190,9 @@ bool realConverterInstalled() {
     return p.waitForFinished(60000) && p.readAllStandardOutput().contains("ImageMagick");
 }
 
-// One run line after another and one on several converters at once leave the same files, byte for
-// byte, and the same marker: a per-frame export, the same with a broken frame in the middle, and the
-// import's frame-by-frame batch.
+// One run line after another and one on several converters at once, with the converter's memory
+// settings, leave the same files, byte for byte, and the same marker: a per-frame export, the same with a
+// broken frame in the middle, and the import's frame-by-frame batch.
 TEST_F(BatchRunner, LinesRunAtOnceLeaveWhatOneAfterAnotherLeaves) {
     if (!realConverterInstalled()) GTEST_SKIP() << "ImageMagick's convert is not installed";
     constexpr int kFrames = 5;
@@ -229,14 +231,17 @@ TEST_F(BatchRunner, LinesRunAtOnceLeaveWhatOneAfterAnotherLeaves) {
          perFrameExport(app(), temp(), out, kFrames), 1},
         {"import", [&] { frames("PNG", "gif_frame-", "png", -1); }, kGifImport02Bat, batchBytes(import), 0},
     };
+    // One after another with the converter's plain memory settings, and on three converters with all.
+    const QStringList ways[2] = {{"KIRREL_BATCH_WORKERS=1", "KIRREL_CONVERTER_HUGE_PAGES=0"},
+                                 {"KIRREL_BATCH_WORKERS=3"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         QMap<QString, QByteArray> left[2];
-        for (int workers : {1, 3}) {
+        for (int way : {0, 1}) {
             clearFolders();
             c.prepare();
-            EXPECT_EQ(run(c.name, c.bytes, {}, workers), c.code);
-            left[workers > 1] = snapshot();
+            EXPECT_EQ(run(c.name, c.bytes, {}, ways[way]), c.code);
+            left[way] = snapshot();
         }
         EXPECT_EQ(left[0].keys(), left[1].keys());
         EXPECT_TRUE(left[0] == left[1]) << "the files differ";
@@ -282,7 +287,9 @@ TEST_F(BatchRunner, IndependentLinesOverlapYetShowInTheBatchsOrder) {
     for (int workers : {1, 3}) {
         clearFolders();
         QFile::remove(log);
-        EXPECT_EQ(run(kGifConvertBat, batch, at("fake") + ":" + qEnvironmentVariable("PATH"), workers), 1);
+        EXPECT_EQ(run(kGifConvertBat, batch, at("fake") + ":" + qEnvironmentVariable("PATH"),
+                      {"KIRREL_BATCH_WORKERS=" + QString::number(workers)}),
+                  1);
         markers[workers > 1] = marker(kGifConvertBat);
     }
     EXPECT_TRUE(markers[1].startsWith("failed\nThe converter reported an error: boom "))
@@ -364,6 +371,22 @@ TEST_F(BatchRunner, OnlyConversionsThatDependOnNothingPendingRunAhead) {
                conv + q("g.bmp") + " " + q("g%d.gif")});
     for (const RunLine& l : never)
         EXPECT_FALSE(l.mayRunAhead) << l.command.args.join(' ').toStdString();
+}
+
+// The converter's memory settings join the user's own and never override them.
+TEST(ConverterEnvironment, AddsItsSettingsToTheUsersOwn) {
+    const QByteArray saved = qgetenv("GLIBC_TUNABLES");
+    qputenv("GLIBC_TUNABLES", "glibc.malloc.arena_max=2");
+    EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"),
+              "glibc.malloc.arena_max=2:glibc.malloc.hugetlb=1");
+    qputenv("GLIBC_TUNABLES", "glibc.malloc.hugetlb=0");
+    EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"), "glibc.malloc.hugetlb=0");
+    qputenv("KIRREL_CONVERTER_HUGE_PAGES", "0");
+    qunsetenv("GLIBC_TUNABLES");
+    EXPECT_FALSE(converterEnvironment().contains("GLIBC_TUNABLES"));
+    EXPECT_EQ(converterEnvironment().value("MALLOC_MMAP_THRESHOLD_"), QString::number(256 * 1024 * 1024));
+    qunsetenv("KIRREL_CONVERTER_HUGE_PAGES");
+    if (!saved.isNull()) qputenv("GLIBC_TUNABLES", saved);
 }
 
 TEST(BatchWildcards, MatchAsTheCommandProcessorDoes) {
