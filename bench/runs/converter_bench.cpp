@@ -5,7 +5,7 @@
 // testsrc2, made once.
 //
 // The last argument picks the runner's settings: 0 runs the lines one after another with the
-// converter's environment as it was (KIRREL_BATCH_WORKERS=1, KIRREL_CONVERTER_HUGE_PAGES=0); 1 with
+// converter's environment as it was (KIRREL_BATCH_WORKERS=1, KIRREL_CONVERTER_TUNING=0); 1 with
 // every core and every setting. Both write the same bytes.
 // Run with the real ImageMagick first on PATH (PATH=/usr/bin:$PATH) so that no stand-in is timed.
 
@@ -58,10 +58,10 @@ bool prepareRunner(benchmark::State& state, bool after) {
         runningHost().setAppDir(QCoreApplication::applicationDirPath().toStdString());
     if (after) {
         qunsetenv("KIRREL_BATCH_WORKERS");
-        qunsetenv("KIRREL_CONVERTER_HUGE_PAGES");
+        qunsetenv("KIRREL_CONVERTER_TUNING");
     } else {
         qputenv("KIRREL_BATCH_WORKERS", "1");
-        qputenv("KIRREL_CONVERTER_HUGE_PAGES", "0");
+        qputenv("KIRREL_CONVERTER_TUNING", "0");
     }
     state.SetLabel(after ? "after" : "before");
     return true;

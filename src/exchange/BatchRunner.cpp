@@ -235,14 +235,18 @@ QProcessEnvironment converterEnvironment() {
     // setting of either stays.
     for (const char* name : {"MALLOC_MMAP_THRESHOLD_", "MALLOC_TRIM_THRESHOLD_"})
         if (!env.contains(name)) env.insert(name, QString::number(256 * 1024 * 1024));
+    // KIRREL_CONVERTER_TUNING=0 leaves out the two settings below, to compare.
+    if (qEnvironmentVariable("KIRREL_CONVERTER_TUNING") == "0") return env;
     // Each converter then still touches that buffer (its colour cache, filled anew for every picture
     // it quantizes) a 4 KiB page at a time: 32768 page faults per start, half of a frame's conversion.
     // With glibc's hugetlb tunable the heap is advised for transparent huge pages wherever the system
-    // offers them on request, 512 times fewer faults. KIRREL_CONVERTER_HUGE_PAGES=0 leaves it out.
+    // offers them on request, 512 times fewer faults.
     const QString tunables = env.value("GLIBC_TUNABLES");
-    if (qEnvironmentVariable("KIRREL_CONVERTER_HUGE_PAGES") != "0" &&
-        !tunables.contains("glibc.malloc.hugetlb"))
+    if (!tunables.contains("glibc.malloc.hugetlb"))
         env.insert("GLIBC_TUNABLES", (tunables.isEmpty() ? "" : tunables + ":") + "glibc.malloc.hugetlb=1");
+    // The runner keeps every core busy with converters of its own; a converter's OpenMP threads would
+    // only wait for one another on a shared core (its pictures are too small to gain from them).
+    if (!env.contains("MAGICK_THREAD_LIMIT")) env.insert("MAGICK_THREAD_LIMIT", "1");
     return env;
 }
 

@@ -232,7 +232,7 @@ TEST_F(BatchRunner, LinesRunAtOnceLeaveWhatOneAfterAnotherLeaves) {
         {"import", [&] { frames("PNG", "gif_frame-", "png", -1); }, kGifImport02Bat, batchBytes(import), 0},
     };
     // One after another with the converter's plain memory settings, and on three converters with all.
-    const QStringList ways[2] = {{"KIRREL_BATCH_WORKERS=1", "KIRREL_CONVERTER_HUGE_PAGES=0"},
+    const QStringList ways[2] = {{"KIRREL_BATCH_WORKERS=1", "KIRREL_CONVERTER_TUNING=0"},
                                  {"KIRREL_BATCH_WORKERS=3"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -375,18 +375,22 @@ TEST_F(BatchRunner, OnlyConversionsThatDependOnNothingPendingRunAhead) {
 
 // The converter's memory settings join the user's own and never override them.
 TEST(ConverterEnvironment, AddsItsSettingsToTheUsersOwn) {
-    const QByteArray saved = qgetenv("GLIBC_TUNABLES");
+    const QByteArray saved = qgetenv("GLIBC_TUNABLES"), threads = qgetenv("MAGICK_THREAD_LIMIT");
+    qunsetenv("MAGICK_THREAD_LIMIT");
     qputenv("GLIBC_TUNABLES", "glibc.malloc.arena_max=2");
     EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"),
               "glibc.malloc.arena_max=2:glibc.malloc.hugetlb=1");
     qputenv("GLIBC_TUNABLES", "glibc.malloc.hugetlb=0");
     EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"), "glibc.malloc.hugetlb=0");
-    qputenv("KIRREL_CONVERTER_HUGE_PAGES", "0");
+    EXPECT_EQ(converterEnvironment().value("MAGICK_THREAD_LIMIT"), "1");
+    qputenv("KIRREL_CONVERTER_TUNING", "0");
     qunsetenv("GLIBC_TUNABLES");
     EXPECT_FALSE(converterEnvironment().contains("GLIBC_TUNABLES"));
+    EXPECT_FALSE(converterEnvironment().contains("MAGICK_THREAD_LIMIT"));
     EXPECT_EQ(converterEnvironment().value("MALLOC_MMAP_THRESHOLD_"), QString::number(256 * 1024 * 1024));
-    qunsetenv("KIRREL_CONVERTER_HUGE_PAGES");
+    qunsetenv("KIRREL_CONVERTER_TUNING");
     if (!saved.isNull()) qputenv("GLIBC_TUNABLES", saved);
+    if (!threads.isNull()) qputenv("MAGICK_THREAD_LIMIT", threads);
 }
 
 TEST(BatchWildcards, MatchAsTheCommandProcessorDoes) {
