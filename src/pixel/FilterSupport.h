@@ -14,6 +14,10 @@ inline std::uint8_t luma(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
     return static_cast<std::uint8_t>(sum >> 8);
 }
 
+// The grey of each pixel of a row (built for AVX2 as well, like the cell loops).
+void lumaRow(const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
+             std::uint8_t* __restrict out, int n);
+
 // v / 2 rounded half to even, the rounding the dialogs use in their own pixel loops.
 inline unsigned halfEven(unsigned v) {
     const unsigned q = v >> 1;

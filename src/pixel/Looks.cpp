@@ -1,7 +1,7 @@
-// The filters that each stand behind one dialog look: cartoon, pencil sketch, chalk, night vision.
+// The filters that each stand behind one dialog look: pencil sketch, chalk, night vision (the
+// cartoon has a file of its own).
 //
-// Sizes: ToonFilter and ToonFilter2 take upper bounds (a count is clamped to the planes);
-// SketchHard, ChalkFilter and NightVision take counts (W, H leave the last column and row).
+// Sizes: SketchHard, ChalkFilter and NightVision take counts (W, H leave the last column and row).
 // Where a pixel depends on neighbours, the processed extent is treated as the whole picture and its
 // edge is repeated outward, so nothing outside it is read.
 
@@ -35,185 +35,6 @@ struct PlaneOut {
     int stride;
     u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
 };
-
-KRL_CELL_LOOP void lumaRow(const u8* r, const u8* g, const u8* b, u8* __restrict out, int n) {
-    for (int x = 0; x < n; ++x)
-        out[x] = filt::luma(r[x], g[x], b[x]);
-}
-
-// ---- cartoon -------------------------------------------------------------------------------------
-
-struct ToonStyle {
-    int edgeFrom;   // Sobel magnitude (0..2040) where the line starts to darken
-    int edgeGain;   // darkening per unit of magnitude above edgeFrom, out of 256
-    int tones;      // flat colour bands per channel
-    int smoothing;  // a blur change beyond this is a smeared edge and is not taken
-    bool thickLine; // widen lines by one pixel each way
-};
-
-// [1 2 1] smoothing of one row of grey from three rows, edges repeated; keeps grain out of the lines.
-void smoothRow(const u8* a, const u8* b, const u8* c, u8* __restrict out, int n) {
-    auto v = [&](int x) { return a[x] + 2 * b[x] + c[x]; };
-    if (n == 1) {
-        out[0] = static_cast<u8>((4 * v(0) + 8) >> 4);
-        return;
-    }
-    out[0] = static_cast<u8>((3 * v(0) + v(1) + 8) >> 4);
-    for (int x = 1; x < n - 1; ++x)
-        out[x] = static_cast<u8>((v(x - 1) + 2 * v(x) + v(x + 1) + 8) >> 4);
-    out[n - 1] = static_cast<u8>((v(n - 2) + 3 * v(n - 1) + 8) >> 4);
-}
-
-// Line darkness (0 none .. 256 black) of one row from three rows of grey, edges repeated.
-void edgeRow(const u8* a, const u8* b, const u8* c, u16* __restrict out, int n, const ToonStyle& st) {
-    auto edgeAt = [&](int xl, int x, int xr) {
-        const int gx = (a[xr] + 2 * b[xr] + c[xr]) - (a[xl] + 2 * b[xl] + c[xl]);
-        const int gy = (c[xl] + 2 * c[x] + c[xr]) - (a[xl] + 2 * a[x] + a[xr]);
-        const int mag = std::abs(gx) + std::abs(gy);
-        return static_cast<u16>(filt::clampInt((mag - st.edgeFrom) * st.edgeGain, 0, 256));
-    };
-    if (n == 1) {
-        out[0] = edgeAt(0, 0, 0);
-        return;
-    }
-    out[0] = edgeAt(0, 0, 1);
-    for (int x = 1; x < n - 1; ++x)
-        out[x] = edgeAt(x - 1, x, x + 1);
-    out[n - 1] = edgeAt(n - 2, n - 1, n - 1);
-}
-
-// Rows of a per-row stage kept in a small ring, produced in order on demand.
-// The rows live in storage kept per thread and reused from call to call, cleared as a fresh ring
-// would be, so the filter allocates nothing once it has run at a size.
-template <class T> struct RowRing {
-    std::vector<T>& data;
-    std::size_t n;
-    int size;
-    int next = 0;
-    RowRing(std::vector<T>& storage, int ringRows, std::size_t cols)
-        : data(storage), n(cols), size(ringRows) {
-        data.assign(static_cast<std::size_t>(ringRows) * cols, T{});
-    }
-    T* row(int y) { return data.data() + static_cast<std::size_t>(y % size) * n; }
-};
-
-// How far the blur may pull each pixel, by the largest change of its channels between the blurred A
-// and B: fully while the change stays within half of `smoothing`, not at all beyond `smoothing`. The
-// quotient is taken in single precision: its numerator is exact and a quotient short of a whole number
-// misses it by at least 1 / smoothing, so truncation gives the integer division's result.
-KRL_CELL_LOOP void pullRow(const u8* __restrict p0, const u8* __restrict p1, const u8* __restrict p2,
-                           const u8* __restrict q0, const u8* __restrict q1, const u8* __restrict q2,
-                           u16* __restrict pulled, int n, int smoothing) {
-    const auto s = static_cast<float>(smoothing);
-    for (int x = 0; x < n; ++x) {
-        const int moved =
-            std::max({std::abs(p0[x] - q0[x]), std::abs(p1[x] - q1[x]), std::abs(p2[x] - q2[x])});
-        const int share = static_cast<int>(static_cast<float>((smoothing - moved) * 512) / s);
-        pulled[x] = static_cast<u16>(filt::clampInt(share, 0, 256));
-    }
-}
-
-// Each byte to the tone of its band: `tones` bands spread evenly from black to white, rounded to
-// nearest; the quotient in single precision, exact as in pullRow.
-KRL_CELL_LOOP void bandRow(u8* __restrict v, int n, int tones) {
-    const int halfStep = (tones - 1) / 2;
-    const auto step = static_cast<float>(tones - 1);
-    for (int x = 0; x < n; ++x) {
-        const int k = (v[x] * tones) >> 8;
-        v[x] = static_cast<u8>(static_cast<int>(static_cast<float>(k * 255 + halfStep) / step));
-    }
-}
-
-// Flat colour bands with dark lines where the unblurred picture B has edges. The colour is the blurred
-// A where the blur changed the pixel little, B where it changed it much: within an area the blur
-// irons out texture and shading, while near a strong edge, where the blur has smeared one colour into
-// the next, each side keeps its own colour, so heavy blurring flattens without halos. Lines come from B
-// (lightly smoothed against grain) so that they stay crisp however much A was blurred. B is never
-// written.
-void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-          const ToonStyle& st) {
-    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
-    if (e.empty()) return;
-    const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
-    const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
-
-    // Three stages, each a ring of rows: grey of B, smoothed grey, line darkness. Output row y needs
-    // line rows up to y+1 (thick lines), hence smoothed rows up to y+2 and grey rows up to y+3; all
-    // of B that row y depends on is read before row y of A is written. A slice of rows starts its
-    // rings three rows early, so its first row sees the stages exactly as the whole loop would; the
-    // rings hold eight rows, room for that start. Slices need A apart from B: in place, a slice's
-    // first rows would read B rows that the slice above has already written.
-    auto rows = [&](int y0, int y1) {
-        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
-        const int n = e.cols;
-        const std::size_t sn = static_cast<std::size_t>(n);
-        const int last = e.rows - 1;
-        const bool thick = st.thickLine;
-        const int smoothing = st.smoothing, tones = st.tones;
-        auto clampY = [last](int y) { return std::clamp(y, 0, last); };
-        thread_local std::vector<u8> greyRows, smoothRows;
-        thread_local std::vector<u16> edgeRows;
-        RowRing<u8> grey(greyRows, 8, sn), smooth(smoothRows, 8, sn);
-        RowRing<u16> edge(edgeRows, 8, sn);
-        grey.next = clampY(y0 - 3);
-        smooth.next = clampY(y0 - 2);
-        edge.next = clampY(y0 - 1);
-        thread_local std::vector<u16> line;
-        line.resize(sn);
-        thread_local std::vector<u16> pull;
-        pull.resize(sn);
-        thread_local std::vector<u8> flatRow;
-        flatRow.resize(sn);
-        for (int y = y0; y < y1; ++y) {
-            const int needEdge = std::min(y + (thick ? 1 : 0), last);
-            const int needSmooth = std::min(needEdge + 1, last);
-            const int needGrey = std::min(needSmooth + 1, last);
-            for (; grey.next <= needGrey; ++grey.next)
-                lumaRow(in[0].row(grey.next), in[1].row(grey.next), in[2].row(grey.next), grey.row(grey.next),
-                        n);
-            for (int& k = smooth.next; k <= needSmooth; ++k)
-                smoothRow(grey.row(clampY(k - 1)), grey.row(k), grey.row(clampY(k + 1)), smooth.row(k), n);
-            for (int& k = edge.next; k <= needEdge; ++k)
-                edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n,
-                        st);
-            if (thick) {
-                const u16* up = edge.row(clampY(y - 1));
-                const u16* mid = edge.row(y);
-                const u16* down = edge.row(clampY(y + 1));
-                for (int x = 0; x < n; ++x) {
-                    const int xl = std::max(x - 1, 0);
-                    const int xr = std::min(x + 1, n - 1);
-                    line[static_cast<std::size_t>(x)] = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
-                }
-            } else {
-                std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
-            }
-            u16* __restrict pulled = pull.data();
-            pullRow(out[0].row(y), out[1].row(y), out[2].row(y), in[0].row(y), in[1].row(y), in[2].row(y),
-                    pulled, n, smoothing);
-            const u16* __restrict lines = line.data();
-            u8* __restrict flat = flatRow.data();
-            for (int c = 0; c < 3; ++c) {
-                u8* __restrict p = out[c].row(y);
-                const u8* __restrict q = in[c].row(y);
-                // Three passes, each a loop of its own that vectorises.
-                for (int x = 0; x < n; ++x)
-                    flat[x] = static_cast<u8>(q[x] + (((p[x] - q[x]) * pulled[x]) >> 8));
-                bandRow(flat, n, tones);
-                for (int x = 0; x < n; ++x)
-                    p[x] = static_cast<u8>((flat[x] * (256u - lines[x]) + 128u) >> 8);
-            }
-        }
-    };
-    bool apart = true;
-    for (const PlaneOut& o : out)
-        for (const PlaneRef& i : in)
-            apart = apart && o.base != i.base;
-    if (apart)
-        forRowSlices(e.rows, 6LL * e.cols, rows);
-    else
-        rows(0, e.rows);
-}
 
 // ---- night vision --------------------------------------------------------------------------------
 
@@ -266,17 +87,6 @@ KRL_CELL_LOOP void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n)
 }
 
 } // namespace
-
-void ToonFilter(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{112, 3, 6, 40, false});
-}
-
-// "Edge Boost": lines start at weaker edges, darken faster and are a pixel wider each way.
-void ToonFilter2(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                 int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{64, 5, 6, 40, true});
-}
 
 // A holds the blurred negative, B the picture; the line drawing replaces A, B is only read. The
 // dodge gives the pencil line; strength shapes its tone: 128 leaves the plain dodge, higher values
@@ -375,7 +185,7 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         u8* __restrict gr = grey.data();
         for (int y = y0; y < y1; ++y) {
             chalkRow(y, cols, liftBy, skipAbove, wh);
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
+            filt::lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
             for (int c = 0; c < 3; ++c)
                 chalkTone(out[c].row(y), gr, wh, result.data() + static_cast<std::size_t>(c) * n, cols,
                           softBy);
@@ -426,7 +236,7 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
         const u8* const toG = t.g.data();
         const u8* const toB = t.b.data();
         for (int y = y0; y < y1; ++y) {
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
+            filt::lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
             filt::grainRow(static_cast<std::uint32_t>(y), 3, grain, cols);
             const int down = fy[static_cast<std::size_t>(y)];
             for (std::size_t x = 0; x < n; ++x)
