@@ -1,9 +1,7 @@
-// The filters that each stand behind one dialog look: pencil sketch, chalk, night vision (the
-// cartoon has a file of its own).
+// The filters that each stand behind one dialog look: pencil sketch and chalk (the cartoon and the
+// night vision have files of their own).
 //
-// Sizes: SketchHard, ChalkFilter and NightVision take counts (W, H leave the last column and row).
-// Where a pixel depends on neighbours, the processed extent is treated as the whole picture and its
-// edge is repeated outward, so nothing outside it is read.
+// Sizes: SketchHard and ChalkFilter take counts (W, H leave the last column and row).
 
 #include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
@@ -35,43 +33,6 @@ struct PlaneOut {
     int stride;
     u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
 };
-
-// ---- night vision --------------------------------------------------------------------------------
-
-struct NightTables {
-    std::array<u8, 256> gain{}; // lifts the dark the way an image intensifier does
-    std::array<u8, 256> r{}, g{}, b{};
-};
-
-NightTables makeNightTables() {
-    NightTables t;
-    for (int v = 0; v < 256; ++v) {
-        const double f = v / 255.0;
-        t.gain[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * std::pow(f, 0.7)));
-        // Phosphor green: never quite black, highlights bleed toward a pale green-white.
-        t.g[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(18.0 + 237.0 * f));
-        t.r[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * (0.06 * f + 0.5 * f * f * f)));
-        t.b[static_cast<std::size_t>(v)] =
-            static_cast<u8>(std::lround(255.0 * (0.10 * f + 0.35 * f * f * f)));
-    }
-    return t;
-}
-
-const NightTables& nightTables() {
-    static const NightTables t = makeNightTables();
-    return t;
-}
-
-// Distance-squared falloff toward the edge of the extent along one axis: 0 in the centre, `depth` at
-// the edge, out of 256.
-void falloff(int n, int depth, std::vector<u16>& f) {
-    f.assign(static_cast<std::size_t>(n), u16{});
-    const double half = std::max(1.0, (n - 1) / 2.0);
-    for (int i = 0; i < n; ++i) {
-        const double d = (i - (n - 1) / 2.0) / half;
-        f[static_cast<std::size_t>(i)] = static_cast<u16>(std::lround(depth * d * d));
-    }
-}
 
 // ---- sketch --------------------------------------------------------------------------------------
 
@@ -191,66 +152,6 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
                           softBy);
             for (int c = 0; c < 3; ++c)
                 std::memcpy(out[c].row(y), result.data() + static_cast<std::size_t>(c) * n, n);
-        }
-    });
-}
-
-namespace {
-// The lifted grey of a row darkened toward the rim (`across` per column, `down` for the row) and
-// given its grain; the table lookups stay outside so that this vectorises.
-KRL_CELL_LOOP void nightRow(u8* __restrict grey, const u8* __restrict grain, const u16* __restrict across,
-                            int down, int n) {
-    for (int x = 0; x < n; ++x) {
-        const int keep = 256 - across[x] - down;
-        grey[x] = static_cast<u8>(filt::clampInt(((grey[x] * keep) >> 8) + (grain[x] - 128) / 20, 0, 255));
-    }
-}
-} // namespace
-
-// Night-vision goggles: the picture's grey, lifted in the dark, darkened toward the rim of the view
-// like an eyepiece, with a fine fixed grain, shown in phosphor green.
-void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
-    const Extent e = countExtent(w, h, AR, AG, AB);
-    if (e.empty()) return;
-    const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
-    const NightTables& t = nightTables();
-    thread_local std::vector<u16> fxStore, fyStore;
-    falloff(e.cols, 60, fxStore);
-    falloff(e.rows, 60, fyStore);
-    // Named through plain references: a slice on another thread would see its own thread_local.
-    const std::vector<u16>& fx = fxStore;
-    const std::vector<u16>& fy = fyStore;
-    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
-        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
-        const int cols = e.cols;
-        const std::size_t n = static_cast<std::size_t>(cols);
-        const u16* const across = fx.data();
-        const u8* const gain = t.gain.data();
-        thread_local std::vector<u8> grey;
-        grey.resize(n);
-        thread_local std::vector<u8> grainLine;
-        grainLine.resize(n);
-        u8* __restrict gr = grey.data();
-        u8* __restrict grain = grainLine.data();
-        const u8* const toR = t.r.data();
-        const u8* const toG = t.g.data();
-        const u8* const toB = t.b.data();
-        for (int y = y0; y < y1; ++y) {
-            filt::lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
-            filt::grainRow(static_cast<std::uint32_t>(y), 3, grain, cols);
-            const int down = fy[static_cast<std::size_t>(y)];
-            for (std::size_t x = 0; x < n; ++x)
-                gr[x] = gain[gr[x]];
-            nightRow(gr, grain, across, down, cols);
-            u8* __restrict r = out[0].row(y);
-            u8* __restrict g = out[1].row(y);
-            u8* __restrict b = out[2].row(y);
-            for (std::size_t x = 0; x < n; ++x) {
-                const u8 v = gr[x];
-                r[x] = toR[v];
-                g[x] = toG[v];
-                b[x] = toB[v];
-            }
         }
     });
 }
