@@ -5,6 +5,8 @@
 // interpolates linearly between the two nearest cell centres. An axis of equal size is an exact
 // copy. Each target row gathers its source rows into one float row, which is then resampled across.
 
+#include "pixel/CellLoop.h"
+#include "pixel/Kernels.h"
 #include "pixel/MixRows.h"
 #include "pixel/Mixing.h"
 #include "pixel/Slices.h"
@@ -35,11 +37,17 @@ struct Taps {
     std::vector<int> index;
     std::vector<float> byTap;
     // For blocks of eight cells whose taps all lie within 16 source cells: where the 16 start
-    // (blockStart, moved back to end at the row's end) and, per tap, each cell's place in them.
-    // blocksNear counts such blocks from the start of the row; the rest go by gathers.
+    // (blockStart, moved back to end at the row's end), whether the taps lie within the first 8 of
+    // them (narrow), and, per tap, each cell's place in them. blocksNear counts such blocks from the
+    // start of the row; the rest go by gathers.
     int blocksNear = 0;
     std::vector<int> blockStart;
-    std::vector<int> place; // block * taps * 8 + k * 8 + lane
+    std::vector<unsigned char> narrow;
+    // Per block, the first of tapCount taps that hold all that weigh anything in any of its cells: the
+    // others add nothing but zero to a sum that is never negative, which leaves it as it is.
+    std::vector<unsigned char> tapFrom;
+    int tapCount = 0;
+    std::vector<int> place; // block * taps * 8 + k * 8 + lane, in the form the permutes read
 
     const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
 };
@@ -90,6 +98,9 @@ void makeTaps(int dst, int src, Taps& t) {
         }
     t.blocksNear = 0;
     t.blockStart.clear();
+    t.narrow.clear();
+    t.tapFrom.clear();
+    t.tapCount = 0;
     t.place.clear();
     if (src < 16) return;
     for (int b = 0; b < dst / 8; ++b) {
@@ -98,12 +109,30 @@ void makeTaps(int dst, int src, Taps& t) {
         if (hi - lo >= 16) break;
         const int start = std::min(lo, src - 16);
         t.blockStart.push_back(start);
+        t.narrow.push_back(hi - start < 8 ? 1 : 0);
+        int from = t.taps, to = 0;
         for (int k = 0; k < t.taps; ++k)
             for (int lane = 0; lane < 8; ++lane)
-                t.place.push_back(t.first[static_cast<std::size_t>(b) * 8 + static_cast<std::size_t>(lane)] +
-                                  k - start);
+                if (t.byTap[static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(b) * 8 +
+                            static_cast<std::size_t>(lane)] != 0.0f) {
+                    from = std::min(from, k);
+                    to = k + 1;
+                }
+        t.tapFrom.push_back(static_cast<unsigned char>(std::min(from, to)));
+        t.tapCount = std::max(t.tapCount, to - std::min(from, to));
+        for (int k = 0; k < t.taps; ++k)
+            for (int lane = 0; lane < 8; ++lane) {
+                const int at =
+                    t.first[static_cast<std::size_t>(b) * 8 + static_cast<std::size_t>(lane)] + k - start;
+                // The cell among the 8 in the low three bits (all a permute reads), and the 8 it lies in
+                // as the sign (all a blend reads).
+                t.place.push_back(
+                    static_cast<int>(static_cast<unsigned>(at & 7) | static_cast<unsigned>(at & 8) << 28));
+            }
         ++t.blocksNear;
     }
+    for (unsigned char& from : t.tapFrom)
+        from = static_cast<unsigned char>(std::min(static_cast<int>(from), t.taps - t.tapCount));
 }
 
 std::uint8_t toByte(float v) {
@@ -133,39 +162,68 @@ std::uint8_t acrossCell(const float* acc, int x, const Taps& t) {
 }
 
 #ifdef KRL_GATHER_ACROSS
-// Eight sums made bytes as toByte makes them: plus a half, held to 0..255, truncated.
+// Eight sums made bytes as toByte makes them: plus a half, held to 0..255, truncated. The sums are of
+// bytes by weights that add up to one, so they stay far inside the integers, and truncating first
+// and then saturating while packing gives the same bytes as holding first.
 __attribute__((target("avx2"))) void storeEight(__m256 v, std::uint8_t* dst) {
-    v = _mm256_min_ps(_mm256_max_ps(_mm256_add_ps(v, _mm256_set1_ps(0.5f)), _mm256_setzero_ps()),
-                      _mm256_set1_ps(255.0f));
-    const __m256i whole = _mm256_cvttps_epi32(v);
+    const __m256i whole = _mm256_cvttps_epi32(_mm256_add_ps(v, _mm256_set1_ps(0.5f)));
     const __m128i words = _mm_packus_epi32(_mm256_castsi256_si128(whole), _mm256_extracti128_si256(whole, 1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), _mm_packus_epi16(words, words));
 }
 
-// Eight cells at a time, their taps taken from 16 loaded cells where they lie that close together
-// and gathered otherwise. The sum is built in the scalar path's order, tap
-// after tap from zero, with separate multiplies and adds, and the byte is made the same way, so the
-// result is the same to the bit.
-__attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+// The blocks of eight cells whose taps lie within 16 source cells, from the start of the row: two
+// loads, and per tap two permutes and a blend chosen by the cell's place; within 8
+// (enlarging, mostly), one load and one permute. T is the count of taps that weigh anything where the
+// compiler knows it, 0 where it does not. Everything the loop reads is taken into locals first: its
+// byte stores could otherwise alias the tables. Returns the cells done.
+template <int T>
+__attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    const int blocks = std::min(t.blocksNear, n / 8);
+    const int count = T > 0 ? T : t.tapCount;
     const std::size_t cells = t.first.size();
-    int x = 0;
-    // Blocks whose taps lie within 16 source cells: two loads, and per tap two permutes and a blend
-    // chosen by bit 3 of the cell's place.
-    const int* place = t.place.data();
-    for (int b = 0; b < t.blocksNear && x + 8 <= n; ++b, x += 8) {
-        const float* s = acc + t.blockStart[static_cast<std::size_t>(b)];
-        const __m256 low = _mm256_loadu_ps(s), high = _mm256_loadu_ps(s + 8);
+    const int* start = t.blockStart.data();
+    const unsigned char* narrow = t.narrow.data();
+    const unsigned char* tapFrom = t.tapFrom.data();
+    for (int b = 0; b < blocks; ++b) {
+        const float* s = acc + start[b];
+        const std::size_t x = static_cast<std::size_t>(b) * 8, from = tapFrom[b];
+        const int* place = t.place.data() + x * static_cast<std::size_t>(t.taps) + from * 8;
+        const float* byTap = t.byTap.data() + from * cells + x;
+        const __m256 low = _mm256_loadu_ps(s);
         __m256 v = _mm256_setzero_ps();
-        for (int k = 0; k < t.taps; ++k, place += 8) {
-            const __m256i at = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place));
-            const __m256 fromHigh = _mm256_castsi256_ps(_mm256_slli_epi32(at, 28));
-            const __m256 cellK = _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at),
-                                                  _mm256_permutevar8x32_ps(high, at), fromHigh);
-            const std::size_t i = static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(x);
-            v = _mm256_add_ps(v, _mm256_mul_ps(_mm256_loadu_ps(t.byTap.data() + i), cellK));
+        if (narrow[b]) {
+            for (int k = 0; k < count; ++k) {
+                const __m256i at = _mm256_loadu_si256(
+                    reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
+                const __m256 weight = _mm256_loadu_ps(byTap + static_cast<std::size_t>(k) * cells);
+                v = _mm256_add_ps(v, _mm256_mul_ps(weight, _mm256_permutevar8x32_ps(low, at)));
+            }
+        } else {
+            const __m256 high = _mm256_loadu_ps(s + 8);
+            for (int k = 0; k < count; ++k) {
+                const __m256i at = _mm256_loadu_si256(
+                    reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
+                const __m256 cellK =
+                    _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at), _mm256_permutevar8x32_ps(high, at),
+                                     _mm256_castsi256_ps(at));
+                const __m256 weight = _mm256_loadu_ps(byTap + static_cast<std::size_t>(k) * cells);
+                v = _mm256_add_ps(v, _mm256_mul_ps(weight, cellK));
+            }
         }
         storeEight(v, dst + x);
     }
+    return blocks * 8;
+}
+
+// Eight cells at a time, their taps taken from 16 loaded cells where they lie that close together
+// and gathered otherwise. The sum is built in the scalar path's order, tap after tap from zero, with
+// separate multiplies and adds, and the byte is made the same way, so the result is the same to the
+// bit.
+__attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    const std::size_t cells = t.first.size();
+    int x = t.tapCount == 2   ? nearBlocks<2>(acc, dst, n, t)
+            : t.tapCount == 3 ? nearBlocks<3>(acc, dst, n, t)
+                              : nearBlocks<0>(acc, dst, n, t);
     for (; x + 8 <= n; x += 8) {
         __m256 v = _mm256_setzero_ps();
         for (int k = 0; k < t.taps; ++k) {
@@ -179,15 +237,11 @@ __attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* 
     return x;
 }
 
-bool gathersAvailable() {
-    static const bool yes = __builtin_cpu_supports("avx2") != 0;
-    return yes;
-}
 #endif
 
 void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
 #ifdef KRL_GATHER_ACROSS
-    if (gathersAvailable() && t.taps > 1) {
+    if (t.taps > 1 && kernelSet() >= KernelSet::Avx2) {
         for (int x = acrossEight(acc, dst, n, t); x < n; ++x)
             dst[x] = acrossCell(acc, x, t);
         return;
@@ -206,6 +260,37 @@ void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
         for (int x = 0; x < n; ++x)
             dst[x] = acrossCell(acc, x, t);
     }
+}
+
+// Down the columns: the weighted source rows summed in order, the first two in one pass.
+KRL_CELL_LOOP void firstRow(const std::uint8_t* __restrict a, float wa, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] = wa * static_cast<float>(a[x]);
+}
+
+KRL_CELL_LOOP void firstRows(const std::uint8_t* __restrict a, float wa, const std::uint8_t* __restrict b,
+                             float wb, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] = wa * static_cast<float>(a[x]) + wb * static_cast<float>(b[x]);
+}
+
+KRL_CELL_LOOP void addRow(const std::uint8_t* __restrict a, float wa, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] += wa * static_cast<float>(a[x]);
+}
+
+// One target row's sum down the columns: the first tap always (the sum starts from it), the others
+// where they weigh anything.
+void down(const In& pb, const Taps& ty, int y, float* s, int n) {
+    const int first = ty.first[static_cast<std::size_t>(y)];
+    const float* wy = ty.of(y);
+    int k = 1;
+    while (k < ty.taps && wy[k] == 0.0f)
+        ++k;
+    if (k == ty.taps) return firstRow(pb[first], wy[0], s, n);
+    firstRows(pb[first], wy[0], pb[first + k], wy[k], s, n);
+    for (++k; k < ty.taps; ++k)
+        if (wy[k] != 0.0f) addRow(pb[first + k], wy[k], s, n);
 }
 
 } // namespace
@@ -240,20 +325,8 @@ void ResizeBuffer(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
             acc.resize(static_cast<std::size_t>(eb.cols));
             for (int y = y0; y < y1; ++y) {
                 // Down the columns: gather the weighted source rows of this target row, then across.
-                const int first = ty.first[static_cast<std::size_t>(y)];
-                const float* wy = ty.of(y);
-                float* s = acc.data();
-                const std::uint8_t* top = pb[first];
-                for (int x = 0; x < eb.cols; ++x)
-                    s[x] = wy[0] * static_cast<float>(top[x]);
-                for (int k = 1; k < ty.taps; ++k) {
-                    const float wk = wy[k];
-                    if (wk == 0.0f) continue;
-                    const std::uint8_t* src = pb[first + k];
-                    for (int x = 0; x < eb.cols; ++x)
-                        s[x] += wk * static_cast<float>(src[x]);
-                }
-                across(s, pa[y], ea.cols, tx);
+                down(pb, ty, y, acc.data(), eb.cols);
+                across(acc.data(), pa[y], ea.cols, tx);
             }
         });
     }
