@@ -93,12 +93,19 @@ namespace {
 // How far each pixel of row y goes to white: the lift everywhere, and more where the paper's tooth
 // stands above `skipAbove` and the chalk skipped. Strokes are grain cells eight pixels long along the
 // diagonal and one pixel across it, roughened by a fine grain of their own.
+// Both grains are positionGrain's, their positions mixed in as running sums along the row.
 KRL_CELL_LOOP void chalkRow(int y, int cols, int liftBy, int skipAbove, u16* __restrict whiten) {
+    using u32 = std::uint32_t;
+    const u32 fineRow = filt::positionMix(0, static_cast<u32>(y), 2);
+    const u32 strokeSalt = 1 * filt::kHashSalt;
+    u32 fineX = 0;
+    u32 acrossMix = (static_cast<u32>(4096 - y) + filt::kHashYBase) * filt::kHashY;
     for (int x = 0; x < cols; ++x) {
-        const auto along = static_cast<std::uint32_t>((x + y) >> 3);
-        const auto across = static_cast<std::uint32_t>(x - y + 4096);
-        const int stroke = filt::positionGrain(along, across, 1);
-        const int fine = filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
+        const u32 along = static_cast<u32>((x + y) >> 3);
+        const int stroke = filt::mixedGrain(along * filt::kHashX ^ acrossMix ^ strokeSalt);
+        const int fine = filt::mixedGrain(fineX ^ fineRow);
+        fineX += filt::kHashX;
+        acrossMix += filt::kHashY;
         const int tooth = (3 * stroke + fine) >> 2;
         const int skip = tooth > skipAbove ? (tooth - skipAbove) * 3 : 0;
         whiten[x] = static_cast<u16>(std::min(256, liftBy + skip));
