@@ -15,7 +15,6 @@
 #include "pixel/Slices.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 namespace krl {

@@ -192,6 +192,16 @@ Pic whiteNoiseAlpha(const Pic& a, const Plane& m, int pct, std::uint64_t seed) {
     return out;
 }
 
+Pic posterize(const Pic& a, int level) {
+    const int halvings = clampTo(level, 0, 255) / 32;
+    const int d = (256 >> halvings) - 1;
+    Pic out = a;
+    for (int c = 0; c < 3 && halvings > 0; ++c)
+        for (std::size_t i = 0; i < a[c].size(); ++i)
+            out[c].data()[i] = static_cast<u8>(((a[c].data()[i] >> halvings) * 255 + d / 2) / d);
+    return out;
+}
+
 Pic boxBlur(const Pic& b) {
     Pic out = b;
     for (int c = 0; c < 3; ++c)
@@ -290,6 +300,15 @@ std::vector<Filter> filters() {
          [seed](const Pic& a, const Pic&, const Plane& m, int pct) {
              return whiteNoiseAlpha(a, pct == 1000 ? a.r : m, pct % 1000, seed);
          }},
+        {"Posterize",
+         range(-1, 256),
+         {31, 32, 128, 200, 255},
+         [](const Pic& a, const Pic&, const Plane&, int level) {
+             Pic x = a;
+             krl::Posterize(x.r, x.g, x.b, level, x.r.cols(), x.r.rows());
+             return x;
+         },
+         [](const Pic& a, const Pic&, const Plane&, int level) { return posterize(a, level); }},
         {"BoxBlur",
          {0, 1},
          {0, 1}, // 1: in place
