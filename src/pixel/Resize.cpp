@@ -17,7 +17,7 @@
 
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__SANITIZE_THREAD__)
 #include <immintrin.h>
-#define KRL_GATHER_ACROSS 1
+#define KRL_RESIZE_KERNELS 1
 #endif
 
 namespace krl {
@@ -131,6 +131,7 @@ void makeTaps(int dst, int src, Taps& t) {
             }
         ++t.blocksNear;
     }
+    t.tapCount = std::max(t.tapCount, 1);
     for (unsigned char& from : t.tapFrom)
         from = static_cast<unsigned char>(std::min(static_cast<int>(from), t.taps - t.tapCount));
 }
@@ -161,7 +162,7 @@ std::uint8_t acrossCell(const float* acc, int x, const Taps& t) {
     return toByte(v);
 }
 
-#ifdef KRL_GATHER_ACROSS
+#ifdef KRL_RESIZE_KERNELS
 // Sums made bytes as toByte makes them: plus a half, held to 0..255, truncated. The sums are of bytes
 // by weights that add up to one, so they stay far inside the integers, and truncating first and then
 // saturating while packing gives the same bytes as holding first.
@@ -187,32 +188,31 @@ __attribute__((target("avx2"))) void storeThirtyTwo(__m256 a, __m256 b, __m256 c
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm256_permutevar8x32_epi32(bytes, order));
 }
 
-// The sum of one block of eight cells whose taps lie within 16 source cells s: two loads, and per tap
-// two permutes and a blend chosen by the cell's place; within 8 (enlarging, mostly), one load and one
-// permute. T is the count of taps that weigh anything where the compiler knows it, 0 where it does not.
+// Tap k's source cells of a block, by their places among the 16 source cells low and high: one permute
+// where they all lie among the first 8, else two and a blend chosen by the place's sign.
+__attribute__((target("avx2"))) inline __m256 tapCells(__m256 low, __m256 high, bool narrow, const int* place,
+                                                       int k) {
+    const __m256i at =
+        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
+    if (narrow) return _mm256_permutevar8x32_ps(low, at);
+    return _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at), _mm256_permutevar8x32_ps(high, at),
+                            _mm256_castsi256_ps(at));
+}
+
+// The sum of one block of eight cells whose taps lie within 16 source cells s (within 8 where narrow,
+// enlarging mostly). T is the count of taps that weigh anything where the compiler knows it, 0 where
+// it does not. The sum starts from the first product itself rather than adding it to zero: the
+// products are never negative, so that is the same float.
 template <int T>
 __attribute__((target("avx2"))) inline __m256 blockSum(const float* s, bool narrow, const int* place,
                                                        const float* byTap, std::size_t cells, int count) {
     const int taps = T > 0 ? T : count;
     const __m256 low = _mm256_loadu_ps(s);
-    __m256 v = _mm256_setzero_ps();
-    if (narrow) {
-        for (int k = 0; k < taps; ++k) {
-            const __m256i at =
-                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
-            const __m256 weight = _mm256_loadu_ps(byTap + static_cast<std::size_t>(k) * cells);
-            v = _mm256_add_ps(v, _mm256_mul_ps(weight, _mm256_permutevar8x32_ps(low, at)));
-        }
-        return v;
-    }
-    const __m256 high = _mm256_loadu_ps(s + 8);
-    for (int k = 0; k < taps; ++k) {
-        const __m256i at =
-            _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
-        const __m256 cellK = _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at),
-                                              _mm256_permutevar8x32_ps(high, at), _mm256_castsi256_ps(at));
+    const __m256 high = narrow ? low : _mm256_loadu_ps(s + 8);
+    __m256 v = _mm256_mul_ps(_mm256_loadu_ps(byTap), tapCells(low, high, narrow, place, 0));
+    for (int k = 1; k < taps; ++k) {
         const __m256 weight = _mm256_loadu_ps(byTap + static_cast<std::size_t>(k) * cells);
-        v = _mm256_add_ps(v, _mm256_mul_ps(weight, cellK));
+        v = _mm256_add_ps(v, _mm256_mul_ps(weight, tapCells(low, high, narrow, place, k)));
     }
     return v;
 }
@@ -268,7 +268,7 @@ __attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* 
 #endif
 
 void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
-#ifdef KRL_GATHER_ACROSS
+#ifdef KRL_RESIZE_KERNELS
     if (t.taps > 1 && kernelSet() >= KernelSet::Avx2) {
         for (int x = acrossEight(acc, dst, n, t); x < n; ++x)
             dst[x] = acrossCell(acc, x, t);
@@ -307,18 +307,70 @@ KRL_CELL_LOOP void addRow(const std::uint8_t* __restrict a, float wa, float* __r
         s[x] += wa * static_cast<float>(a[x]);
 }
 
+#ifdef KRL_RESIZE_KERNELS
+// Eight bytes as eight floats, widened by one instruction (the compiler's own widening of a row takes
+// three shuffles for eight bytes, and the shuffles were what this pass waited on).
+__attribute__((target("avx2"))) inline __m256 floatsOf(const std::uint8_t* p) {
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+
+// firstRow, firstRows and addRow eight cells at a time, the same multiplies and adds in the same order.
+// Each returns the cells done.
+__attribute__((target("avx2"))) int firstRowAvx2(const std::uint8_t* a, float wa, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(s + x, _mm256_mul_ps(va, floatsOf(a + x)));
+    return x;
+}
+
+__attribute__((target("avx2"))) int firstRowsAvx2(const std::uint8_t* a, float wa, const std::uint8_t* b,
+                                                  float wb, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa), vb = _mm256_set1_ps(wb);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(
+            s + x, _mm256_add_ps(_mm256_mul_ps(va, floatsOf(a + x)), _mm256_mul_ps(vb, floatsOf(b + x))));
+    return x;
+}
+
+__attribute__((target("avx2"))) int addRowAvx2(const std::uint8_t* a, float wa, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(s + x, _mm256_add_ps(_mm256_loadu_ps(s + x), _mm256_mul_ps(va, floatsOf(a + x))));
+    return x;
+}
+#endif
+
 // One target row's sum down the columns: the first tap always (the sum starts from it), the others
 // where they weigh anything.
 void down(const In& pb, const Taps& ty, int y, float* s, int n) {
     const int first = ty.first[static_cast<std::size_t>(y)];
     const float* wy = ty.of(y);
+    [[maybe_unused]] const bool avx2 = kernelSet() >= KernelSet::Avx2;
     int k = 1;
     while (k < ty.taps && wy[k] == 0.0f)
         ++k;
-    if (k == ty.taps) return firstRow(pb[first], wy[0], s, n);
-    firstRows(pb[first], wy[0], pb[first + k], wy[k], s, n);
-    for (++k; k < ty.taps; ++k)
-        if (wy[k] != 0.0f) addRow(pb[first + k], wy[k], s, n);
+    int done = 0;
+    if (k == ty.taps) {
+#ifdef KRL_RESIZE_KERNELS
+        if (avx2) done = firstRowAvx2(pb[first], wy[0], s, n);
+#endif
+        return firstRow(pb[first] + done, wy[0], s + done, n - done);
+    }
+#ifdef KRL_RESIZE_KERNELS
+    if (avx2) done = firstRowsAvx2(pb[first], wy[0], pb[first + k], wy[k], s, n);
+#endif
+    firstRows(pb[first] + done, wy[0], pb[first + k] + done, wy[k], s + done, n - done);
+    for (++k; k < ty.taps; ++k) {
+        if (wy[k] == 0.0f) continue;
+        done = 0;
+#ifdef KRL_RESIZE_KERNELS
+        if (avx2) done = addRowAvx2(pb[first + k], wy[k], s, n);
+#endif
+        addRow(pb[first + k] + done, wy[k], s + done, n - done);
+    }
 }
 
 } // namespace
