@@ -7,6 +7,7 @@
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Kernels.h"
 #include "pixel/Slices.h"
 
 #include <algorithm>
@@ -14,6 +15,11 @@
 #include <cmath>
 #include <cstring>
 #include <vector>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#define KRL_LOOKS_KERNELS 1
+#endif
 
 namespace krl {
 
@@ -47,6 +53,49 @@ KRL_CELL_LOOP void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n)
     }
 }
 
+#ifdef KRL_LOOKS_KERNELS
+// Eight bytes as eight floats, widened by one instruction (the compiler's own widening takes three
+// shuffles for eight bytes, and the dodge waited on them more than on its division).
+__attribute__((target("avx2"))) inline __m256 floatsOf(const u8* p) {
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+
+// dodgeRow eight cells at a time, the same float operations in the same order.
+__attribute__((target("avx2"))) __m256i dodgeEight(const u8* a, const u8* b) {
+    const __m256 neg = floatsOf(a);
+    const __m256 full = _mm256_cvtepi32_ps(
+        _mm256_srli_epi32(_mm256_add_epi32(_mm256_cvttps_epi32(neg), _mm256_set1_epi32(1)), 8));
+    const __m256 room = _mm256_add_ps(_mm256_sub_ps(_mm256_set1_ps(255.0f), neg), full);
+    const __m256 top = _mm256_add_ps(_mm256_mul_ps(floatsOf(b), _mm256_set1_ps(255.0f)),
+                                     _mm256_mul_ps(full, _mm256_set1_ps(65025.0f)));
+    const __m256 q = _mm256_add_ps(_mm256_div_ps(top, room), _mm256_set1_ps(0.5f));
+    return _mm256_cvttps_epi32(_mm256_min_ps(q, _mm256_set1_ps(255.0f)));
+}
+
+// Thirty-two cells a time; returns the cells done.
+__attribute__((target("avx2"))) int dodgeAvx2(const u8* a, const u8* b, u8* out, int n) {
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7); // undoes the packing's interleave
+    int x = 0;
+    for (; x + 32 <= n; x += 32) {
+        const __m256i words = _mm256_packs_epi32(dodgeEight(a + x, b + x), dodgeEight(a + x + 8, b + x + 8));
+        const __m256i words2 =
+            _mm256_packs_epi32(dodgeEight(a + x + 16, b + x + 16), dodgeEight(a + x + 24, b + x + 24));
+        const __m256i bytes = _mm256_permutevar8x32_epi32(_mm256_packus_epi16(words, words2), order);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + x), bytes);
+    }
+    return x;
+}
+#endif
+
+// The dodge of a row, by the widest kernel the processor runs and then the plain loop.
+void dodge(const u8* a, const u8* b, u8* out, int n, [[maybe_unused]] bool avx2) {
+    int done = 0;
+#ifdef KRL_LOOKS_KERNELS
+    if (avx2) done = dodgeAvx2(a, b, out, n);
+#endif
+    dodgeRow(a + done, b + done, out + done, n - done);
+}
+
 } // namespace
 
 // A holds the blurred negative, B the picture; the line drawing replaces A, B is only read. The
@@ -61,6 +110,7 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
     const bool plainDodge = strength <= 128;
+    const bool avx2 = kernelSet() >= KernelSet::Avx2;
     const double exponent = 1.0 + 3.0 * (filt::clampInt(strength, 128, 255) - 128) / 127.0;
     std::array<u8, 256> tone{};
     for (int v = 0; v < 256; ++v)
@@ -77,7 +127,7 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
         for (int y = y0; y < y1; ++y) {
             for (int c = 0; c < 3; ++c) {
                 u8* p = out[c].row(y);
-                dodgeRow(p, in[c].row(y), d, n);
+                dodge(p, in[c].row(y), d, n, avx2);
                 if (plain) {
                     std::memcpy(p, d, static_cast<std::size_t>(n));
                     continue;
