@@ -3,6 +3,7 @@
 //
 // Sizes: SketchHard and ChalkFilter take counts (W, H leave the last column and row).
 
+#include "pixel/ByteTable.h"
 #include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
@@ -112,15 +113,15 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
     const bool plainDodge = strength <= 128;
     const bool avx2 = kernelSet() >= KernelSet::Avx2;
     const double exponent = 1.0 + 3.0 * (filt::clampInt(strength, 128, 255) - 128) / 127.0;
-    std::array<u8, 256> tone{};
+    std::array<u8, 256> curve{};
     for (int v = 0; v < 256; ++v)
-        tone[static_cast<std::size_t>(v)] =
+        curve[static_cast<std::size_t>(v)] =
             static_cast<u8>(std::lround(255.0 * std::pow(v / 255.0, exponent)));
+    const ByteTable tone(curve);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
         // Locals: byte stores could otherwise alias the captured values.
         const int n = e.cols;
         const bool plain = plainDodge;
-        const u8* const toneOf = tone.data();
         thread_local std::vector<u8> dodged;
         dodged.resize(static_cast<std::size_t>(n));
         u8* __restrict d = dodged.data();
@@ -132,8 +133,7 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
                     std::memcpy(p, d, static_cast<std::size_t>(n));
                     continue;
                 }
-                for (int x = 0; x < n; ++x)
-                    p[x] = toneOf[d[x]];
+                tone.apply(d, p, n);
             }
         }
     });

@@ -8,6 +8,7 @@
 // fixed point instead; the tables stay their definition, and the kernel runs only when its fixed-point
 // forms give every entry of them (checked once).
 
+#include "pixel/ByteTable.h"
 #include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
@@ -48,6 +49,7 @@ constexpr int blueOf(int v) {
 
 struct NightTables {
     std::array<u8, 256> gain{}; // lifts the dark the way an image intensifier does
+    ByteTable lift{gain};       // the same, looked up a row at a time (made once gain is filled in)
     std::array<u8, 256> r{}, g{}, b{};
     bool fixedPointMatches = false; // the curves above give r, g and b exactly
 };
@@ -66,6 +68,7 @@ NightTables makeNightTables() {
         t.fixedPointMatches =
             t.fixedPointMatches && t.r[i] == redOf(v) && t.g[i] == greenOf(v) && t.b[i] == blueOf(v);
     }
+    t.lift = ByteTable(t.gain);
     return t;
 }
 
@@ -168,7 +171,6 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
         const int cols = e.cols;
         const std::size_t n = static_cast<std::size_t>(cols);
         const u16* const across = fx.data();
-        const u8* const gain = t.gain.data();
         thread_local std::vector<u8> grey;
         grey.resize(n);
         thread_local std::vector<u8> grainLine;
@@ -185,8 +187,7 @@ void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
             filt::lumaRow(r, g, b, gr, cols);
             filt::grainRow(static_cast<std::uint32_t>(y), 3, grain, cols);
             const int down = fy[static_cast<std::size_t>(y)];
-            for (std::size_t x = 0; x < n; ++x)
-                gr[x] = gain[gr[x]];
+            t.lift.apply(gr, gr, cols);
             int done = 0;
 #ifdef KRL_NIGHT_KERNEL
             if (kernel) done = phosphorAvx2(gr, grain, across, down, r, g, b, cols);
