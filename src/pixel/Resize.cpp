@@ -37,17 +37,19 @@ struct Taps {
     std::vector<int> index;
     std::vector<float> byTap;
     // For blocks of eight cells whose taps all lie within 16 source cells: where the 16 start
-    // (blockStart, moved back to end at the row's end), whether the taps lie within the first 8 of
-    // them (narrow), and, per tap, each cell's place in them. blocksNear counts such blocks from the
-    // start of the row; the rest go by gathers.
+    // (blockStart, moved back to end at the row's end) and whether the taps lie within the first 8
+    // of them (narrow: all such blocks, none, or some). blocksNear counts such blocks from the start
+    // of the row; the rest go by gathers. Each block sums tapCount taps, those that weigh anything in
+    // any of its cells (the others add nothing but zero to a sum that is never negative, which leaves
+    // it as it is); their places among the 16 and their weights lie block after block, tap after tap,
+    // eight lanes each, so the loop only steps along.
     int blocksNear = 0;
     std::vector<int> blockStart;
     std::vector<unsigned char> narrow;
-    // Per block, the first of tapCount taps that hold all that weigh anything in any of its cells: the
-    // others add nothing but zero to a sum that is never negative, which leaves it as it is.
-    std::vector<unsigned char> tapFrom;
+    enum class Narrow { All, None, Some } narrowness = Narrow::Some;
     int tapCount = 0;
-    std::vector<int> place; // block * taps * 8 + k * 8 + lane, in the form the permutes read
+    std::vector<int> place; // in the form the permutes read
+    std::vector<float> placeWeight;
 
     const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
 };
@@ -99,10 +101,12 @@ void makeTaps(int dst, int src, Taps& t) {
     t.blocksNear = 0;
     t.blockStart.clear();
     t.narrow.clear();
-    t.tapFrom.clear();
-    t.tapCount = 0;
     t.place.clear();
+    t.placeWeight.clear();
     if (src < 16) return;
+    // The blocks, and the taps that weigh anything: [from, to) of each.
+    std::vector<std::pair<int, int>> weighing;
+    t.tapCount = 1;
     for (int b = 0; b < dst / 8; ++b) {
         const int lo = t.first[static_cast<std::size_t>(b) * 8];
         const int hi = t.first[static_cast<std::size_t>(b) * 8 + 7] + t.taps - 1;
@@ -112,28 +116,33 @@ void makeTaps(int dst, int src, Taps& t) {
         t.narrow.push_back(hi - start < 8 ? 1 : 0);
         int from = t.taps, to = 0;
         for (int k = 0; k < t.taps; ++k)
-            for (int lane = 0; lane < 8; ++lane)
-                if (t.byTap[static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(b) * 8 +
-                            static_cast<std::size_t>(lane)] != 0.0f) {
+            for (std::size_t lane = 0; lane < 8; ++lane)
+                if (t.byTap[static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(b) * 8 + lane] !=
+                    0.0f) {
                     from = std::min(from, k);
                     to = k + 1;
                 }
-        t.tapFrom.push_back(static_cast<unsigned char>(std::min(from, to)));
+        weighing.emplace_back(std::min(from, to), to);
         t.tapCount = std::max(t.tapCount, to - std::min(from, to));
-        for (int k = 0; k < t.taps; ++k)
-            for (int lane = 0; lane < 8; ++lane) {
-                const int at =
-                    t.first[static_cast<std::size_t>(b) * 8 + static_cast<std::size_t>(lane)] + k - start;
+        ++t.blocksNear;
+    }
+    for (int b = 0; b < t.blocksNear; ++b) {
+        const int from = std::min(weighing[static_cast<std::size_t>(b)].first, t.taps - t.tapCount);
+        for (int k = from; k < from + t.tapCount; ++k)
+            for (std::size_t lane = 0; lane < 8; ++lane) {
+                const std::size_t i = static_cast<std::size_t>(b) * 8 + lane;
+                const int at = t.first[i] + k - t.blockStart[static_cast<std::size_t>(b)];
                 // The cell among the 8 in the low three bits (all a permute reads), and the 8 it lies in
                 // as the sign (all a blend reads).
                 t.place.push_back(
                     static_cast<int>(static_cast<unsigned>(at & 7) | static_cast<unsigned>(at & 8) << 28));
+                t.placeWeight.push_back(t.byTap[static_cast<std::size_t>(k) * cells + i]);
             }
-        ++t.blocksNear;
     }
-    t.tapCount = std::max(t.tapCount, 1);
-    for (unsigned char& from : t.tapFrom)
-        from = static_cast<unsigned char>(std::min(static_cast<int>(from), t.taps - t.tapCount));
+    const auto narrowBlocks = std::count(t.narrow.begin(), t.narrow.end(), 1);
+    t.narrowness = narrowBlocks == t.blocksNear ? Taps::Narrow::All
+                   : narrowBlocks == 0          ? Taps::Narrow::None
+                                                : Taps::Narrow::Some;
 }
 
 std::uint8_t toByte(float v) {
@@ -200,47 +209,63 @@ __attribute__((target("avx2"))) inline __m256 tapCells(__m256 low, __m256 high, 
 }
 
 // The sum of one block of eight cells whose taps lie within 16 source cells s (within 8 where narrow,
-// enlarging mostly). T is the count of taps that weigh anything where the compiler knows it, 0 where
-// it does not. The sum starts from the first product itself rather than adding it to zero: the
-// products are never negative, so that is the same float.
+// enlarging mostly), its places and weights eight lanes a tap. T is the count of taps where the
+// compiler knows it, 0 where it does not. The sum starts from the first product itself rather than
+// adding it to zero: the products are never negative, so that is the same float.
 template <int T>
 __attribute__((target("avx2"))) inline __m256 blockSum(const float* s, bool narrow, const int* place,
-                                                       const float* byTap, std::size_t cells, int count) {
+                                                       const float* weight, int count) {
     const int taps = T > 0 ? T : count;
     const __m256 low = _mm256_loadu_ps(s);
     const __m256 high = narrow ? low : _mm256_loadu_ps(s + 8);
-    __m256 v = _mm256_mul_ps(_mm256_loadu_ps(byTap), tapCells(low, high, narrow, place, 0));
+    __m256 v = _mm256_mul_ps(_mm256_loadu_ps(weight), tapCells(low, high, narrow, place, 0));
     for (int k = 1; k < taps; ++k) {
-        const __m256 weight = _mm256_loadu_ps(byTap + static_cast<std::size_t>(k) * cells);
-        v = _mm256_add_ps(v, _mm256_mul_ps(weight, tapCells(low, high, narrow, place, k)));
+        const __m256 w = _mm256_loadu_ps(weight + static_cast<std::size_t>(k) * 8);
+        v = _mm256_add_ps(v, _mm256_mul_ps(w, tapCells(low, high, narrow, place, k)));
     }
     return v;
 }
 
-// The blocks whose taps lie within 16 source cells, from the start of the row, four at a time.
-// Everything the loop reads is taken into locals first: its byte stores could otherwise alias the
-// tables. Returns the cells done.
-template <int T>
+// The blocks whose taps lie within 16 source cells, from the start of the row, four at a time; N says
+// whether all of them are narrow, none, or some (then each block says). Everything the loop reads is
+// taken into locals first: its byte stores could otherwise alias the tables. Returns the cells done.
+template <int T, Taps::Narrow N>
 __attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
     const int blocks = std::min(t.blocksNear, n / 8);
     const int count = t.tapCount;
-    const std::size_t cells = t.first.size(), taps = static_cast<std::size_t>(t.taps);
+    const std::size_t step = static_cast<std::size_t>(count) * 8;
     const int* start = t.blockStart.data();
     const unsigned char* narrow = t.narrow.data();
-    const unsigned char* tapFrom = t.tapFrom.data();
     const int* place = t.place.data();
-    const float* byTap = t.byTap.data();
-    auto sum = [=](int b) __attribute__((target("avx2"))) {
-        const std::size_t x = static_cast<std::size_t>(b) * 8, from = tapFrom[b];
-        return blockSum<T>(acc + start[b], narrow[b] != 0, place + x * taps + from * 8,
-                           byTap + from * cells + x, cells, count);
+    const float* weight = t.placeWeight.data();
+    auto isNarrow = [narrow](int b) {
+        return N == Taps::Narrow::All || (N == Taps::Narrow::Some && narrow[b]);
     };
     int b = 0;
-    for (; b + 4 <= blocks; b += 4)
-        storeThirtyTwo(sum(b), sum(b + 1), sum(b + 2), sum(b + 3), dst + static_cast<std::size_t>(b) * 8);
-    for (; b < blocks; ++b)
-        storeEight(sum(b), dst + static_cast<std::size_t>(b) * 8);
+    for (; b + 4 <= blocks; b += 4, place += 4 * step, weight += 4 * step) {
+        const __m256 v0 = blockSum<T>(acc + start[b], isNarrow(b), place, weight, count);
+        const __m256 v1 =
+            blockSum<T>(acc + start[b + 1], isNarrow(b + 1), place + step, weight + step, count);
+        const __m256 v2 =
+            blockSum<T>(acc + start[b + 2], isNarrow(b + 2), place + 2 * step, weight + 2 * step, count);
+        const __m256 v3 =
+            blockSum<T>(acc + start[b + 3], isNarrow(b + 3), place + 3 * step, weight + 3 * step, count);
+        storeThirtyTwo(v0, v1, v2, v3, dst + static_cast<std::size_t>(b) * 8);
+    }
+    for (; b < blocks; ++b, place += step, weight += step)
+        storeEight(blockSum<T>(acc + start[b], isNarrow(b), place, weight, count),
+                   dst + static_cast<std::size_t>(b) * 8);
     return blocks * 8;
+}
+
+// The near blocks with the tap count and the narrowness made known to the compiler where they are
+// the usual ones.
+__attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    using N = Taps::Narrow;
+    if (t.tapCount == 2 && t.narrowness == N::All) return nearBlocks<2, N::All>(acc, dst, n, t);
+    if (t.tapCount == 3 && t.narrowness == N::None) return nearBlocks<3, N::None>(acc, dst, n, t);
+    if (t.tapCount == 2 && t.narrowness == N::None) return nearBlocks<2, N::None>(acc, dst, n, t);
+    return nearBlocks<0, N::Some>(acc, dst, n, t);
 }
 
 // Eight cells at a time, their taps taken from 16 loaded cells where they lie that close together
@@ -249,9 +274,7 @@ __attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* d
 // bit.
 __attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
     const std::size_t cells = t.first.size();
-    int x = t.tapCount == 2   ? nearBlocks<2>(acc, dst, n, t)
-            : t.tapCount == 3 ? nearBlocks<3>(acc, dst, n, t)
-                              : nearBlocks<0>(acc, dst, n, t);
+    int x = nearBlocks(acc, dst, n, t);
     for (; x + 8 <= n; x += 8) {
         __m256 v = _mm256_setzero_ps();
         for (int k = 0; k < t.taps; ++k) {

@@ -182,15 +182,16 @@ std::vector<std::pair<int, float>> taps(int from, int to, int i) {
 
 // Every target cell against its own weighted sum: down the source columns first, then across, each
 // summed in single precision from the first tap, plus a half, held to 0..255, truncated. Sizes cover
-// the eight-cell paths and their ends, one axis alone, and pictures cut into row slices; each on one
-// thread and several, through every kernel set.
+// the eight-cell paths and their ends (blocks of eight target cells whose taps span 8 source cells or
+// fewer, 16 or fewer, a mix of both, more), one axis alone, and pictures cut into row slices; each on
+// one thread and several, through every kernel set.
 struct ResizeCase {
     int fw, fh, tw, th; // source and target columns and rows
 };
-const ResizeCase kResizes[] = {{48, 1, 32, 1},       {40, 3, 37, 2},       {20, 1, 64, 3},
-                               {33, 17, 50, 9},      {300, 5, 41, 7},      {1, 1, 7, 5},
-                               {7, 5, 1, 1},         {17, 16, 16, 17},     {641, 479, 481, 359},
-                               {481, 359, 641, 479}, {641, 479, 961, 479}, {962, 719, 641, 479}};
+const ResizeCase kResizes[] = {
+    {48, 1, 32, 1},       {40, 3, 37, 2},       {20, 1, 64, 3},   {33, 17, 50, 9},      {300, 5, 41, 7},
+    {1, 1, 7, 5},         {7, 5, 1, 1},         {17, 16, 16, 17}, {641, 479, 481, 359}, {481, 359, 641, 479},
+    {641, 479, 961, 479}, {962, 719, 641, 479}, {58, 3, 64, 2},   {641, 479, 700, 479}};
 
 class ResizeCells : public ::testing::TestWithParam<ResizeCase> {};
 
