@@ -140,23 +140,61 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
 }
 
 namespace {
+// The paper's tooth: strokes that are grain cells eight pixels long along the diagonal and one pixel
+// across it (positionGrain of the cell), roughened by a fine grain of their own (positionGrain of the
+// pixel). The positions are mixed in as running sums along the row.
+using u32 = std::uint32_t;
+
+// The stroke grain of the pixels x = first + 8 m and the one after each, for m from 0 while x stays
+// below cols: where (x + y) is a multiple of 8, so both lie at the start of a cell. The cell and the
+// diagonal go up by one and by eight with m.
+KRL_CELL_LOOP void strokeStarts(int y, int first, int cols, u8* __restrict at0, u8* __restrict at1) {
+    const int count = (cols - first + 7) / 8;
+    u32 alongMix = static_cast<u32>((first + y) >> 3) * filt::kHashX;
+    u32 acrossMix = (static_cast<u32>(first - y + 4096) + filt::kHashYBase) * filt::kHashY;
+    for (int m = 0; m < count; ++m) {
+        const u32 mixed = alongMix ^ acrossMix ^ filt::kHashSalt;
+        at0[m] = filt::mixedGrain(mixed);
+        at1[m] = filt::mixedGrain(alongMix ^ (acrossMix + filt::kHashY) ^ filt::kHashSalt);
+        alongMix += filt::kHashX;
+        acrossMix += 8 * filt::kHashY;
+    }
+}
+
+// The stroke grain of row y. A stroke's cell runs down the diagonal, so a pixel shares the grain of
+// the pixel up and to the left unless it starts a cell ((x + y) % 8 of 0 or 1 for them both to lie
+// in one cell, that is at least 2 for the pixel itself): `above` is row y - 1's grain, or null for a
+// slice's first row, which is worked out in full. `starts` is scratch of (cols + 7) / 4 bytes.
+void strokeRow(int y, int cols, const u8* above, u8* __restrict stroke, u8* __restrict starts) {
+    if (above == nullptr) {
+        for (int x = 0; x < cols; ++x)
+            stroke[x] =
+                filt::positionGrain(static_cast<u32>((x + y) >> 3), static_cast<u32>(x - y + 4096), 1);
+        return;
+    }
+    std::memcpy(stroke + 1, above, static_cast<std::size_t>(cols - 1));
+    stroke[0] = filt::positionGrain(static_cast<u32>(y >> 3), static_cast<u32>(4096 - y), 1);
+    const int first = (8 - y % 8) % 8;
+    if (first >= cols) return;
+    const int count = (cols - first + 7) / 8;
+    u8* at1 = starts + count;
+    strokeStarts(y, first, cols, starts, at1);
+    for (int m = 0, x = first; m < count; ++m, x += 8) {
+        stroke[x] = starts[m];
+        if (x + 1 < cols) stroke[x + 1] = at1[m];
+    }
+}
+
 // How far each pixel of row y goes to white: the lift everywhere, and more where the paper's tooth
-// stands above `skipAbove` and the chalk skipped. Strokes are grain cells eight pixels long along the
-// diagonal and one pixel across it, roughened by a fine grain of their own.
-// Both grains are positionGrain's, their positions mixed in as running sums along the row.
-KRL_CELL_LOOP void chalkRow(int y, int cols, int liftBy, int skipAbove, u16* __restrict whiten) {
-    using u32 = std::uint32_t;
+// stands above `skipAbove` and the chalk skipped.
+KRL_CELL_LOOP void chalkRow(int y, int cols, const u8* __restrict stroke, int liftBy, int skipAbove,
+                            u16* __restrict whiten) {
     const u32 fineRow = filt::positionMix(0, static_cast<u32>(y), 2);
-    const u32 strokeSalt = 1 * filt::kHashSalt;
     u32 fineX = 0;
-    u32 acrossMix = (static_cast<u32>(4096 - y) + filt::kHashYBase) * filt::kHashY;
     for (int x = 0; x < cols; ++x) {
-        const u32 along = static_cast<u32>((x + y) >> 3);
-        const int stroke = filt::mixedGrain(along * filt::kHashX ^ acrossMix ^ strokeSalt);
         const int fine = filt::mixedGrain(fineX ^ fineRow);
         fineX += filt::kHashX;
-        acrossMix += filt::kHashY;
-        const int tooth = (3 * stroke + fine) >> 2;
+        const int tooth = (3 * stroke[x] + fine) >> 2;
         const int skip = tooth > skipAbove ? (tooth - skipAbove) * 3 : 0;
         whiten[x] = static_cast<u16>(std::min(256, liftBy + skip));
     }
@@ -195,6 +233,11 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         const unsigned softBy = soften;
         thread_local std::vector<u16> whiten;
         whiten.resize(n);
+        thread_local std::vector<u8> strokes;
+        strokes.resize(2 * n + (n + 7) / 4 + 2);
+        u8* stroke = strokes.data();
+        u8* above = nullptr;
+        u8* const starts = strokes.data() + 2 * n;
         thread_local std::vector<u8> grey;
         grey.resize(n);
         thread_local std::vector<u8> result;
@@ -202,7 +245,10 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         u16* __restrict wh = whiten.data();
         u8* __restrict gr = grey.data();
         for (int y = y0; y < y1; ++y) {
-            chalkRow(y, cols, liftBy, skipAbove, wh);
+            strokeRow(y, cols, above, stroke, starts);
+            chalkRow(y, cols, stroke, liftBy, skipAbove, wh);
+            above = stroke;
+            stroke = stroke == strokes.data() ? strokes.data() + n : strokes.data();
             filt::lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
             for (int c = 0; c < 3; ++c)
                 chalkTone(out[c].row(y), gr, wh, result.data() + static_cast<std::size_t>(c) * n, cols,
