@@ -36,9 +36,9 @@ struct Taps {
     // index[k * dst + i] with weight byTap[k * dst + i].
     std::vector<int> index;
     std::vector<float> byTap;
-    // For blocks of eight cells whose taps all lie within 16 source cells: where the 16 start
-    // (blockStart, moved back to end at the row's end) and whether the taps lie within the first 8
-    // of them (narrow: all such blocks, none, or some). blocksNear counts such blocks from the start
+    // For blocks of eight cells whose taps all lie within 16 source cells: whether they lie within 8
+    // (narrow: all such blocks, none, or some), and where those 8 or 16 start (blockStart, moved back
+    // to end at the row's end). blocksNear counts such blocks from the start
     // of the row; the rest go by gathers. Each block sums tapCount taps, those that weigh anything in
     // any of its cells (the others add nothing but zero to a sum that is never negative, which leaves
     // it as it is); their places among the 16 and their weights lie block after block, tap after tap,
@@ -111,9 +111,9 @@ void makeTaps(int dst, int src, Taps& t) {
         const int lo = t.first[static_cast<std::size_t>(b) * 8];
         const int hi = t.first[static_cast<std::size_t>(b) * 8 + 7] + t.taps - 1;
         if (hi - lo >= 16) break;
-        const int start = std::min(lo, src - 16);
-        t.blockStart.push_back(start);
-        t.narrow.push_back(hi - start < 8 ? 1 : 0);
+        const bool narrow = hi - lo < 8;
+        t.blockStart.push_back(std::min(lo, src - (narrow ? 8 : 16)));
+        t.narrow.push_back(narrow ? 1 : 0);
         int from = t.taps, to = 0;
         for (int k = 0; k < t.taps; ++k)
             for (std::size_t lane = 0; lane < 8; ++lane)
