@@ -14,6 +14,7 @@
 #include "host/RecentFiles.h"
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QMainWindow>
 #include <QPointer>
 
@@ -100,6 +101,8 @@ class HostWindow : public QMainWindow {
     void undo();
     void redo();
     void moveInHistory(bool back);
+    // One of the shared window commands on the host (see WindowCommands.h).
+    void command(const QString& name, const QJsonObject& args = {});
     void stepAdded(const StepSummary& step);
     void swapMainAndSwap();
     void copyFrameToSwap();

@@ -11,6 +11,7 @@
 #include "host/HostExport.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
+#include "host/WindowCommands.h"
 #include "host/PngSequence.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
@@ -361,13 +362,20 @@ void HostWindow::redo() {
     moveInHistory(false);
 }
 
+void HostWindow::command(const QString& name, const QJsonObject& args) {
+    runWindowCommand(host_, name, args);
+}
+
 void HostWindow::moveInHistory(bool back) {
-    const std::string label = back ? host_.history().undoLabel() : host_.history().redoLabel();
-    if (back ? host_.undo() : host_.redo())
-        statusBar()->showMessage(QString(back ? "Undone: %1" : "Redone: %1").arg(QString::fromStdString(label)),
-                                 kMessageMs);
-    else
+    const History& history = host_.history();
+    const std::string label = back ? history.undoLabel() : history.redoLabel();
+    if (host_.locked() || !(back ? history.canUndo() : history.canRedo())) {
         statusBar()->showMessage(back ? "Nothing to undo" : "Nothing to redo", kMessageMs);
+        return;
+    }
+    command(back ? "undo" : "redo");
+    statusBar()->showMessage(QString(back ? "Undone: %1" : "Redone: %1").arg(QString::fromStdString(label)),
+                             kMessageMs);
 }
 
 // After every change the status bar says what changed, and the canvas shows the first frame that
@@ -379,12 +387,11 @@ void HostWindow::stepAdded(const StepSummary& step) {
 }
 
 void HostWindow::swapMainAndSwap() {
-    host_.saveUndo();
-    host_.swapMainAndSwap();
+    command("swapMainAndSwap");
 }
 
 void HostWindow::copyFrameToSwap() {
-    host_.copyFrameToSwap();
+    command("copyFrameToSwap");
     statusBar()->showMessage(QString("Frame %1 copied to the swap picture").arg(host_.currentFrame()),
                              kMessageMs);
 }
@@ -392,44 +399,30 @@ void HostWindow::copyFrameToSwap() {
 void HostWindow::loadImageIntoSwap() {
     const QString file = pickFile("Load Image into Swap", pictureFilter());
     if (file.isEmpty()) return;
-    Picture p;
+    const int w = host_.swapPicture().width(), h = host_.swapPicture().height();
     try {
-        p = readPictureFile(file);
+        command("loadSwap", {{"file", file}});
     } catch (const std::exception& e) {
         warn("Load Image into Swap", QString("Kirrel could not read “%1”.\n\n%2").arg(file, e.what()));
         return;
     }
-    const bool scaled = p.width() != host_.bufferWidth() || p.height() != host_.bufferHeight();
-    host_.loadSwap(p);
-    statusBar()->showMessage(
-        scaled ? QString("Swap picture loaded and scaled from %1 × %2 to the buffer's %3 × %4")
-                     .arg(p.width())
-                     .arg(p.height())
-                     .arg(host_.bufferWidth())
-                     .arg(host_.bufferHeight())
-               : QString("Swap picture loaded"),
-        kMessageMs);
+    (void)w;
+    (void)h;
+    statusBar()->showMessage(QString("Swap picture loaded from %1").arg(QFileInfo(file).fileName()), kMessageMs);
 }
 
 void HostWindow::alphaFromImage() {
     const QString file = pickFile("Alpha from Image (its brightness becomes the alpha)", pictureFilter());
     if (file.isEmpty()) return;
-    krl::Plane a;
     try {
-        a = readAlphaFile(file);
+        command("alphaFromImage", {{"file", file}});
     } catch (const std::exception& e) {
         warn("Alpha from Image", QString("Kirrel could not read “%1”.\n\n%2").arg(file, e.what()));
-        return;
     }
-    host_.saveUndo();
-    host_.setAlpha(scalePlane(a, host_.bufferWidth(), host_.bufferHeight()));
-    host_.alphaOn();
-    host_.initMarquee();
 }
 
 void HostWindow::fillAlpha(int value, const QString& what) {
-    host_.saveUndo();
-    host_.fillAlpha(value);
+    command(value ? "fillAlpha" : "clearAlpha");
     if (canvas_->hasOutline()) host_.initMarquee();
     statusBar()->showMessage(
         what + (value ? ": the whole picture is opaque" : ": the whole picture is transparent"), kMessageMs);
@@ -453,9 +446,7 @@ void HostWindow::goToFrame(int frame) {
 }
 
 void HostWindow::duplicateFrame() {
-    const int f = host_.currentFrame();
-    host_.insertFrame(f);
-    host_.gotoFrame(f + 1);
+    command("duplicateFrame");
 }
 
 void HostWindow::setDelayOfAllFrames() {
@@ -465,17 +456,17 @@ void HostWindow::setDelayOfAllFrames() {
                                         "How long every frame stays on screen (milliseconds):",
                                         host_.frameDelay(host_.currentFrame()), 10, HostState::kMaxDelayMs, 10, &ok);
     if (!ok) return;
-    host_.setFrameDelays(std::vector<int>(static_cast<std::size_t>(host_.totalFrames()), ms));
+    command("setDelayOfAllFrames", {{"ms", ms}});
     statusBar()->showMessage(QString("Every frame now stays %1 ms").arg(ms), kMessageMs);
 }
 
 void HostWindow::deleteFrame() {
     const int f = host_.currentFrame();
-    if (QMessageBox::question(this, "Delete Frame", QString("Delete frame %1? This cannot be undone.").arg(f),
+    if (QMessageBox::question(this, "Delete Frame", QString("Delete frame %1?\n\nEdit ▸ Undo brings it back.").arg(f),
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return;
     frameBar_->stop();
-    host_.deleteFrame(f);
+    command("deleteFrame");
 }
 
 // --- the panel and help ------------------------------------------------------------------------

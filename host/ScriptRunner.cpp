@@ -3,7 +3,9 @@
 #include "host/AnimationFiles.h"
 #include "host/HostExport.h"
 #include "host/HostOperations.h"
+#include "host/PngSequence.h"
 #include "host/HostState.h"
+#include "host/WindowCommands.h"
 #include "host/ScriptedResponder.h"
 #include "host/StateDump.h"
 #include "panel/EventGuard.h"
@@ -41,6 +43,11 @@ namespace {
 
 // A script error: the run stops with exit code 2 and this one line.
 struct ScriptError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// An effect's error box in a script that asked to end on one.
+struct EffectError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
@@ -99,7 +106,21 @@ class Runner {
   public:
     Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
 
-    QString path(const QString& rel) const { return QDir::cleanPath(base_.absoluteFilePath(rel)); }
+    // Relative paths are taken from the script's folder, or from its "base"; "$INPUT_DIR/" starts a
+    // path in the folder of the host block's animation, so a recording made beside one input finds
+    // the files beside another.
+    QString path(const QString& rel) const {
+        static const QString inputDir = QStringLiteral("$INPUT_DIR/");
+        if (rel.startsWith(inputDir)) return QDir::cleanPath(inputDir_.absoluteFilePath(rel.mid(inputDir.size())));
+        return QDir::cleanPath(base_.absoluteFilePath(rel));
+    }
+    void setBase(const QString& dir) { base_ = QDir(path(dir)); }
+
+    // A step's "file" as a path.
+    QJsonObject resolvedFile(QJsonObject step) const {
+        if (step.contains("file")) step["file"] = path(step["file"].toString());
+        return step;
+    }
 
     void setUpHost(const QJsonObject& h) {
         // A misspelt setting would otherwise leave the host as it was without a word.
@@ -201,6 +222,9 @@ class Runner {
         panel::FormBase* f = formFor(step);
         QObject* c = controlIn(f, s["control"].toString());
         auto needIndex = [&](int count) {
+            // "last" picks the last entry, however many the list holds: a recorded choice of a
+            // range's end plays on an animation of another length.
+            if (s["index"].toString() == "last") return count - 1;
             if (s.contains("index")) {
                 const int i = s["index"].toInt(-2);
                 if (i < -1 || i >= count)
@@ -305,10 +329,14 @@ class Runner {
 
     // File > Export Animation: the format from the file's extension, options as keys.
     void exportAnimation(const QJsonObject& step) const {
-        static const QStringList keys = {"export", "loop", "quality", "transparency"};
+        static const QStringList keys = {"export", "loop", "quality", "transparency", "frames"};
         for (const QString& key : step.keys())
             if (!keys.contains(key)) throw ScriptError("an export step has no \"" + key.toStdString() + "\"");
         const QString file = path(step["export"].toString());
+        if (step["frames"].toBool()) {
+            exportFrames(file, step["transparency"].toString("alpha") == "alpha");
+            return;
+        }
         if (!exportFormatFor(file))
             throw ScriptError("\"export\" needs a file ending in .gif, .png, .apng, .webp, .mp4 or .webm");
         ExportOptions o;
@@ -337,15 +365,33 @@ class Runner {
         exportHostAnimation(runningHost(), file, o, stop);
     }
 
-    // The host window's own commands, as its menus give them.
-    static void windowCommand(const QString& command) {
-        HostState& host = runningHost();
-        if (command == "undo")
-            host.undo();
-        else if (command == "redo")
-            host.redo();
-        else
-            throw ScriptError("unknown window command \"" + command.toStdString() + "\" (undo, redo)");
+    // File > Save Frames as PNG: walk.png becomes walk_0000.png, walk_0001.png, ... beside it.
+    static void exportFrames(const QString& file, bool withAlpha) {
+        const HostState& host = runningHost();
+        std::vector<Picture> frames;
+        for (int f = 0; f < host.totalFrames(); ++f)
+            frames.push_back(host.framePicture(f));
+        if (frames.empty()) frames.push_back(host.mainPicture());
+        QDir().mkpath(QFileInfo(file).absolutePath());
+        bool transparent = false;
+        const krl::Plane& alpha = host.alphaPlane();
+        for (std::size_t i = 0; i < alpha.size() && !transparent; ++i)
+            transparent = alpha.data()[i] != 255;
+        writePngSequence(file, frames, withAlpha && transparent ? &alpha : nullptr);
+    }
+
+    // The host window's own commands, as its menus give them; their arguments are keys of the step.
+    static void windowCommand(const QJsonObject& step) {
+        const QString name = step["window"].toString();
+        QJsonObject args = step;
+        args.remove("window");
+        try {
+            if (!runWindowCommand(runningHost(), name, args))
+                throw ScriptError("unknown window command \"" + name.toStdString() + "\" (" +
+                                  windowCommandNames().join(", ").toStdString() + ")");
+        } catch (const std::invalid_argument& e) {
+            throw ScriptError(e.what());
+        }
     }
 
     void screenshot(const QJsonObject& step) {
@@ -393,7 +439,7 @@ class Runner {
         else if (step.contains("export"))
             exportAnimation(step);
         else if (step.contains("window"))
-            user([&] { windowCommand(step["window"].toString()); });
+            user([&] { windowCommand(resolvedFile(step)); });
         else
             throw ScriptError("unknown step " +
                               QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
@@ -405,25 +451,38 @@ class Runner {
 
   private:
     QDir base_;
+    QDir inputDir_;
 };
 
 } // namespace
 
-ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
-    ScriptResult result;
+QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
     QFile file(scriptPath);
-    if (!file.open(QIODevice::ReadOnly)) return {2, "cannot read the script " + scriptPath.toStdString(), {}};
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = "cannot read the script " + scriptPath.toStdString();
+        return {};
+    }
     QJsonParseError err{};
     const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
-    if (err.error != QJsonParseError::NoError)
-        return {2,
-                "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
-                    std::to_string(err.offset),
-                {}};
-    if (!doc.isObject()) return {2, "the script must be a JSON object with \"host\" and \"steps\"", {}};
-    const QJsonObject root = doc.object();
+    if (err.error != QJsonParseError::NoError) {
+        *error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
+                 std::to_string(err.offset);
+        return {};
+    }
+    if (!doc.isObject()) {
+        *error = "the script must be a JSON object with \"host\" and \"steps\"";
+        return {};
+    }
+    return doc.object();
+}
+
+ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
+    ScriptResult result;
+    std::string error;
+    const QJsonObject root = readSessionScript(scriptPath, &error);
+    if (!error.empty()) return {2, error, {}};
     for (const QString& key : root.keys())
-        if (key != "host" && key != "steps")
+        if (key != "host" && key != "steps" && key != "base" && key != "fail_on_error")
             return {2, "unknown script entry \"" + key.toStdString() + "\"", {}};
     if (root.contains("host") && !root["host"].isObject()) return {2, "\"host\" must be an object", {}};
     if (root.contains("steps") && !root["steps"].isArray())
@@ -443,6 +502,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
     const bool previews = panel::LivePreview::allowed();
     panel::LivePreview::setAllowed(false);
     Runner runner(scriptPath);
+    if (root.contains("base")) runner.setBase(root["base"].toString());
     runningHost().setResponder(&runner.responder_);
     int stepNo = 0;
     try {
@@ -453,8 +513,13 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
         for (const auto& v : steps) {
             ++stepNo;
             if (!v.isObject()) throw ScriptError("a step must be an object");
+            const std::size_t boxes = runningHost().dialogs().size();
             runner.play(v.toObject());
             if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
+            // A batch job asks that an effect's error box end the run as a failure of its input.
+            if (root["fail_on_error"].toBool())
+                for (std::size_t d = boxes; d < runningHost().dialogs().size(); ++d)
+                    if (runningHost().dialogs()[d].kind == "error") throw EffectError(runningHost().dialogs()[d].text);
             // Ctrl+C or a polite kill: the step in progress has ended its tools and cleaned up.
             if (interrupted()) {
                 result = {128 + interruptSignal(), "interrupted by a signal; the steps after " +
@@ -463,6 +528,8 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             }
             if (programEnded()) break;
         }
+    } catch (const EffectError& e) {
+        result = {1, "step " + std::to_string(stepNo) + ": " + e.what(), {}};
     } catch (const ScriptError& e) {
         result = {
             2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};

@@ -3,6 +3,7 @@
 // would act (see `kirrel --help`). Exit code 0 when every step ran or the program ended itself; 2
 // with one clear line for a malformed script or a box that had no queued answer.
 
+#include <QJsonObject>
 #include <QString>
 
 #include <string>
@@ -16,6 +17,9 @@ struct ScriptResult {
 };
 
 ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath = {});
+
+// A script file as JSON (its // comments dropped); an empty object and the reason when it is not one.
+QJsonObject readSessionScript(const QString& scriptPath, std::string* error);
 
 // Text of `kirrel --help`.
 const char* sessionScriptHelp();
