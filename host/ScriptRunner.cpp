@@ -550,6 +550,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
 const char* sessionScriptHelp() {
     return R"HELP(Usage: kirrel [ANIMATION]
        kirrel --script SESSION.json [--trace TRACE.txt]
+       kirrel batch SESSION.json INPUT... --out DIR [...]   (see kirrel batch --help)
 
 Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PNG frames, an animated
 GIF, PNG or WebP, a video, or a picture) or a built-in sample animation.
@@ -559,7 +560,9 @@ itself), 2 with one line on stderr for a malformed script or a box that had no q
 128 + the signal's number after Ctrl+C (SIGINT) or SIGTERM, once the step in progress has stopped its
 converter and removed its working files. An effect's own error is an error box in state.json, as in
 the window, and the script goes on.
-Relative paths are relative to the script's folder.
+Relative paths are relative to the script's folder (or to the script's "base" entry); a path that
+starts with "$INPUT_DIR/" lies in the folder of the host block's animation. With "fail_on_error": true
+an effect's error box ends the run with exit code 1 and its text.
 
 { "host": { "temp_dir": "tmp", "app_dir": "app",
             "animation": "anim.dat" | "frames/" | "anim.gif" | "anim.png" (APNG) | "anim.webp" |
@@ -573,7 +576,8 @@ Relative paths are relative to the script's folder.
   "steps": [
     {"open": "Wipes"}                      select the category and double-click the plug-in
     {"menu": "menuCombine"}                a menu entry of Mainfrm
-    {"set": {"control": "cboTransitions", "index": 1}}   or "text": "Swap", or "value": 1 / true
+    {"set": {"control": "cboTransitions", "index": 1}}   or "text": "Swap", or "value": 1 / true;
+                                           "index": "last" is a list's last entry, however long
     {"leave": "cboFrameStart"}             the focus leaves a control: its validation runs
     {"click": "cmd_Run"}                   buttons, clickable labels, "cmdSave(2)"
     {"answer": [{"question": 2}, {"value": 7}, {"file": "out.gif"}, {"input": " 30"}]}
@@ -581,14 +585,19 @@ Relative paths are relative to the script's folder.
     {"dump": "out"}                        animation.dat, swap.dat, alpha.dat, state.json, frames/
     {"screenshot": "form.png"}             the form in front
     {"close": "frmWipes"}                  its "Done"; "Mainfrm" closes the panel
-    {"window": "undo"}                     Edit > Undo in the host window; "redo" for Edit > Redo
+    {"window": "undo"}                     a command of the host window: "undo", "redo",
+                                           "swapMainAndSwap", "copyFrameToSwap", "fillAlpha",
+                                           "clearAlpha", "duplicateFrame", "deleteFrame",
+                                           "setFrameDelay" ("frame", "ms"), "setDelayOfAllFrames"
+                                           ("ms"), "loadSwap" and "alphaFromImage" ("file")
     {"export": "out.webp", "loop": 0, "quality": 90, "transparency": "alpha"}
                                            File > Export Animation: the format from the extension
                                            (.gif, .png or .apng, .webp, .mp4, .webm); "loop" is how
                                            often it plays (0 for ever), "quality" 0..100 for WebP
                                            (100 lossless, the default), MP4 and WebM; "transparency"
                                            "alpha" (the alpha channel), "paper" (the secondary
-                                           colour) or "none" ] }
+                                           colour) or "none"; with "frames": true, out.png is written
+                                           as numbered PNG frames out_0000.png, out_0001.png, ... ] }
 Add "form": "frmX" to a step to address a form that is not in front.
 .dat layouts (little-endian int16): animation: Frames, W, H, then R, G, B planes per frame (Frames 0:
 one still picture); swap: W, H, R, G, B; alpha: W, H, one plane. W and H are upper bounds: a plane
