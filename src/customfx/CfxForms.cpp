@@ -2,6 +2,7 @@
 
 #include "customfx/CfxFile.h"
 #include "customfx/CustomFX.h"
+#include "panel/DisabledWhileRunning.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -46,11 +47,6 @@ class AtExit {
   private:
     std::function<void()> f_;
 };
-
-void enableAll(std::initializer_list<QWidget*> controls, bool on) {
-    for (QWidget* w : controls)
-        w->setEnabled(on);
-}
 
 void skin(panel::FormBase* form, QLabel* help, std::initializer_list<QPushButton*> buttons) {
     const panel::SkinSettings s = panel::readSkinSettings();
@@ -103,11 +99,9 @@ void frmCFXBuilder::formUnload() {
 }
 
 void frmCFXBuilder::cmd_Run_Click() {
-    enableAll({cmdRun_, cmdCancel_}, false);
-    AtExit back([this] {
-        enableAll({cmdRun_, cmdCancel_}, true);
-        show();
-    });
+    // Made first, so that it runs after the buttons are back.
+    const AtExit shownAgain([this] { show(); });
+    const panel::DisabledWhileRunning busy({cmdRun_, cmdCancel_});
     ExportCFX(txtCFX_Title_->text().toStdString());
 }
 
@@ -157,14 +151,13 @@ bool frmCFXPlayer::readHeader() {
 
 void frmCFXPlayer::cmd_Run_Click() {
     // PlayCFX doesn't lock the host: the whole dialog waits while it runs, and comes back on every
-    // way out of this handler.
-    enableAll({this, cmdRun_, cmdCancel_}, false);
-    AtExit back([this] {
-        enableAll({this, cmdRun_, cmdCancel_}, true);
+    // way out of this handler, in front.
+    const AtExit shownAgain([this] {
         show();
         activateWindow();
         setFocus();
     });
+    const panel::DisabledWhileRunning busy({this, cmdRun_, cmdCancel_});
     Path.clear();
     Path = van().Van_RequestFile_open("Load CustomFX File", "", kCfxFilter);
     if (Path.empty() || !stored::fileExists(Path)) return;

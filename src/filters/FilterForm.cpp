@@ -1,6 +1,7 @@
 #include "filters/FilterForm.h"
 
 #include "filters/PictureAccess.h"
+#include "panel/DisabledWhileRunning.h"
 #include "panel/FrameLists.h"
 #include "panel/Numeric.h"
 #include "panel/Panel.h"
@@ -36,16 +37,6 @@ int listNumber(const QComboBox* list) {
 }
 
 } // namespace
-
-DisabledWhileRunning::DisabledWhileRunning(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
-    for (QWidget* w : controls_)
-        w->setEnabled(false);
-}
-
-DisabledWhileRunning::~DisabledWhileRunning() {
-    for (QWidget* w : controls_)
-        w->setEnabled(true);
-}
 
 FilterForm::FilterForm(const FilterTraits& traits)
     : FormBase(traits.formName, traits.caption), traits_(traits) {
@@ -252,7 +243,7 @@ void FilterForm::run() {
         return;
     }
     {
-        DisabledWhileRunning busy(runDisables());
+        const panel::DisabledWhileRunning busy(runDisables());
         // One option is always selected, so the check box alone decides.
         stored::saveUndoIfChecked(chkUndoSave_);
         if (chkUndoSave_->checkState() == Qt::Checked && traits_.gotoFrameAfterUndoSave)

@@ -40,18 +40,6 @@ struct FilterTraits {
     bool hasUseAlpha = true;
 };
 
-// What a run disables comes back however the run ends.
-class DisabledWhileRunning {
-  public:
-    explicit DisabledWhileRunning(std::vector<QWidget*> controls);
-    ~DisabledWhileRunning();
-    DisabledWhileRunning(const DisabledWhileRunning&) = delete;
-    DisabledWhileRunning& operator=(const DisabledWhileRunning&) = delete;
-
-  private:
-    std::vector<QWidget*> controls_;
-};
-
 // The main buffer's three planes, read and written as one picture.
 krl::Triple fetchBuffer(Vantry::Vantry_Class& van);
 void storeBuffer(Vantry::Vantry_Class& van, const krl::Triple& picture);

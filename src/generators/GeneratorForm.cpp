@@ -1,6 +1,6 @@
 #include "generators/GeneratorForm.h"
 
-#include "panel/ButtonRow.h"
+#include "panel/DisabledWhileRunning.h"
 #include "panel/FrameLists.h"
 #include "panel/Panel.h"
 #include "panel/Skin.h"
@@ -129,7 +129,7 @@ void GeneratorForm::cmd_Run_Click() {
         break;
     }
     {
-        panel::RunButtonBusy busy(cmdRun_);
+        const panel::DisabledWhileRunning busy({cmdRun_});
         runProcedure();
     }
     van().Van_GotoFrame(remembered);

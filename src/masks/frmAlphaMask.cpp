@@ -2,7 +2,7 @@
 
 #include "masks/AlphaMaskMod.h"
 #include "masks/MaskSources.h"
-#include "panel/ButtonRow.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 
 #include <QCheckBox>
@@ -51,7 +51,7 @@ void frmAlphaMask::cmd_Run_Click() {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    const panel::RunButtonBusy busy(cmdRun());
+    const panel::DisabledWhileRunning busy({cmdRun()});
     if (optCurrent()->isChecked()) AlphaMask(lighter(), darker());
     if (optMultiple()->isChecked())
         for (int frame = startIndex(); frame <= endIndex(); ++frame) {

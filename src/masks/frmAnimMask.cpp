@@ -3,7 +3,7 @@
 #include "filters/PictureAccess.h"
 #include "masks/AnimMaskMod.h"
 #include "masks/MaskSources.h"
-#include "panel/ButtonRow.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 #include "stored/DataFile.h"
 #include "stored/SlotFiles.h"
@@ -127,7 +127,7 @@ void frmAnimMask::cmd_Run_Click() {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    const panel::RunButtonBusy busy(cmdRun());
+    const panel::DisabledWhileRunning busy({cmdRun()});
     AnimMask(MaskFile, lighter(), darker(), startIndex(), endIndex());
     cmdRun()->setEnabled(true);
     van().Van_GotoFrame(remembered);

@@ -16,12 +16,4 @@ QHBoxLayout* buttonRow(QCheckBox* save, QPushButton* undo, QPushButton* run, QPu
     return row;
 }
 
-RunButtonBusy::RunButtonBusy(QPushButton* button) : button_(button) {
-    button_->setEnabled(false);
-}
-
-RunButtonBusy::~RunButtonBusy() {
-    button_->setEnabled(true);
-}
-
 } // namespace kirrel::panel

@@ -125,14 +125,4 @@ void SpliceDialog::cmdCancel_Click() {
     closeDialog();
 }
 
-DisabledDuringRun::DisabledDuringRun(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
-    for (QWidget* w : controls_)
-        w->setEnabled(false);
-}
-
-DisabledDuringRun::~DisabledDuringRun() {
-    for (QWidget* w : controls_)
-        w->setEnabled(true);
-}
-
 } // namespace kirrel::stored

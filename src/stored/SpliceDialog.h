@@ -75,16 +75,4 @@ class SpliceDialog : public panel::FormBase {
     QPushButton* cmdCancel_ = nullptr;
 };
 
-// Disables controls for the length of a run and enables them again however it ends.
-class DisabledDuringRun {
-  public:
-    explicit DisabledDuringRun(std::vector<QWidget*> controls);
-    ~DisabledDuringRun();
-    DisabledDuringRun(const DisabledDuringRun&) = delete;
-    DisabledDuringRun& operator=(const DisabledDuringRun&) = delete;
-
-  private:
-    std::vector<QWidget*> controls_;
-};
-
 } // namespace kirrel::stored

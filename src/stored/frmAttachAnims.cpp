@@ -1,5 +1,6 @@
 #include "stored/frmAttachAnims.h"
 
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 #include "stored/AttachRuns.h"
 #include "stored/WholeAnimationLimit.h"
@@ -81,7 +82,7 @@ void frmAttachAnims::cmd_Run_Click() {
         return;
     }
     saveUndoIfChecked(chkUndoSave());
-    DisabledDuringRun busy(runButtons());
+    const panel::DisabledWhileRunning busy(runButtons());
     AttachStored(side, slotDataPath(tempDir(), slot));
 }
 

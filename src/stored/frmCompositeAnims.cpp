@@ -3,6 +3,7 @@
 #include "filters/PictureAccess.h"
 #include "masks/AnimMaskMod.h"
 #include "masks/MaskFile.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 #include "stored/CompositeRuns.h"
 
@@ -153,7 +154,7 @@ void frmCompositeAnims::cmd_Run_Click() {
         }
     }
     saveUndoIfChecked(chkUndoSave());
-    DisabledDuringRun busy(runButtons());
+    const panel::DisabledWhileRunning busy(runButtons());
     const int mode = compositeModeNumber(cboModeOptions_->currentText().toStdString());
     if (mode == 0) return;
     CompositeRun({mode, Slider1_->value(), alpha, MaskFile}, slotDataPath(tempDir(), slot));

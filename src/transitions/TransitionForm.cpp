@@ -1,6 +1,7 @@
 #include "transitions/TransitionForm.h"
 
 #include "host/HostState.h"
+#include "panel/DisabledWhileRunning.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Numeric.h"
 #include "panel/Panel.h"
@@ -46,25 +47,6 @@ void fillNumbers(QComboBox* list, int from, int to) {
     for (int v = from; v <= to; ++v)
         list->addItem(QString::number(v));
 }
-
-// The form stays disabled while a run drives the host, and comes back however the run ends.
-class DisabledWhileRunning {
-  public:
-    DisabledWhileRunning(QWidget* form, QWidget* run) : form_(form), run_(run) {
-        form_->setEnabled(false);
-        run_->setEnabled(false);
-    }
-    ~DisabledWhileRunning() {
-        form_->setEnabled(true);
-        run_->setEnabled(true);
-    }
-    DisabledWhileRunning(const DisabledWhileRunning&) = delete;
-    DisabledWhileRunning& operator=(const DisabledWhileRunning&) = delete;
-
-  private:
-    QWidget* form_;
-    QWidget* run_;
-};
 
 } // namespace
 
@@ -355,7 +337,8 @@ TransitionForm::RunChoice TransitionForm::choice() const {
 
 void TransitionForm::dispatch() {
     if (!validVariant()) return;
-    DisabledWhileRunning busy(this, cmdRun_);
+    // The whole form waits while a run drives the host.
+    const panel::DisabledWhileRunning busy({this, cmdRun_});
     run(choice());
 }
 
