@@ -134,7 +134,7 @@ void ChannelFilterForm::run() {
         van().Van_Refresh();
         PreviewOn = 0;
         if (van().Van_GetTotalFrames() == 0) {
-            animationCheck();
+            offerAnimation();
         } else {
             frameRange();
         }
