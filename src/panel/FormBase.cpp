@@ -1,7 +1,6 @@
 #include "panel/FormBase.h"
 
 #include "host/HostState.h"
-#include "panel/ButtonRow.h"
 #include "panel/EventGuard.h"
 #include "panel/LivePreview.h"
 #include "panel/Panel.h"
@@ -11,8 +10,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
@@ -262,56 +259,6 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
 
 void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
     validators_[control] = std::move(handler);
-}
-
-QHBoxLayout* FormBase::makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
-                                    QPushButton*& cmdCancel, std::function<void()> onUndo,
-                                    std::function<void()> onRun, std::function<void()> onDone,
-                                    const QString& runCaption) {
-    chkUndoSave = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo = makeButton("cmdUndo", "Undo", std::move(onUndo));
-    cmdRun = makeButton("cmd_Run", runCaption, [onRun = std::move(onRun)] {
-        markRunAction();
-        onRun();
-    });
-    cmdCancel = makeButton("cmdCancel", "Done", std::move(onDone));
-    return buttonRow(chkUndoSave, cmdUndo, cmdRun, cmdCancel);
-}
-
-FormBase::FrameChoice FormBase::makeFrameChoice() {
-    FrameChoice c{makeOption("optDirection(0)", "Current Frame"),
-                  makeOption("optDirection(1)", "Multiple Frames"), new QHBoxLayout};
-    c.optCurrent->setChecked(true);
-    c.layout->addWidget(c.optCurrent);
-    c.layout->addWidget(c.optMultiple);
-    c.layout->addStretch(1);
-    return c;
-}
-
-FormBase::FrameRange FormBase::makeFrameRange(std::function<void(bool start)> onLeft) {
-    FrameRange r{makeLabel("lblKeyIn", "Frame Start"), makeLabel("lblKeyOut", "Frame End"),
-                 makeCombo("cboFrameStart"), makeCombo("cboFrameEnd"), new QGridLayout};
-    r.layout->setHorizontalSpacing(10);
-    r.layout->setVerticalSpacing(3);
-    for (QLabel* l : {r.lblKeyIn, r.lblKeyOut})
-        l->setMargin(3);
-    for (QComboBox* c : {r.cboFrameStart, r.cboFrameEnd})
-        c->setMaxVisibleItems(16);
-    r.layout->addWidget(r.lblKeyIn, 0, 0);
-    r.layout->addWidget(r.cboFrameStart, 1, 0);
-    r.layout->addWidget(r.lblKeyOut, 0, 1);
-    r.layout->addWidget(r.cboFrameEnd, 1, 1);
-    onValidate(r.cboFrameStart, [onLeft] { onLeft(true); });
-    onValidate(r.cboFrameEnd, [onLeft] { onLeft(false); });
-    return r;
-}
-
-void FormBase::pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft) {
-    if (start->currentIndex() <= end->currentIndex()) return;
-    if (startLeft)
-        end->setCurrentIndex(start->currentIndex());
-    else
-        start->setCurrentIndex(end->currentIndex());
 }
 
 LivePreview* FormBase::addLivePreview(QBoxLayout& layout, PreviewPlanner planner) {

@@ -18,8 +18,6 @@
 
 class QAbstractSlider;
 class QBoxLayout;
-class QGridLayout;
-class QHBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -104,31 +102,6 @@ class FormBase : public QWidget {
     QLineEdit* makeText(const QString& name, std::function<void()> onChange = {});
     void onValidate(QWidget* control, std::function<void()> handler);
 
-    // The frame range every effect dialog shows: "Frame Start" and "Frame End" over their lists,
-    // each list's Validate event calling onLeft (true for the start list).
-    struct FrameRange {
-        QLabel* lblKeyIn;
-        QLabel* lblKeyOut;
-        QComboBox* cboFrameStart;
-        QComboBox* cboFrameEnd;
-        QGridLayout* layout;
-    };
-    FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
-    // The effect dialogs' bottom row: "Save Undo" and "Undo" on the left, the run button and "Done"
-    // on the right. The controls are made into the given members; the row is returned.
-    QHBoxLayout* makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
-                              QPushButton*& cmdCancel, std::function<void()> onUndo,
-                              std::function<void()> onRun, std::function<void()> onDone,
-                              const QString& runCaption = QStringLiteral("Apply"));
-    // "Current Frame" or "Multiple Frames", the current frame chosen.
-    struct FrameChoice {
-        QRadioButton* optCurrent;
-        QRadioButton* optMultiple;
-        QHBoxLayout* layout;
-    };
-    FrameChoice makeFrameChoice();
-    // When Start has passed End, the list just left stays and the other one is pulled along.
-    static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
     // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.
     void closeDialog();
     // A live preview of what the form's run would do, added to the layout at its top; it runs again
