@@ -123,6 +123,7 @@ QJsonObject jobScript(const QJsonObject& recorded, const QString& scriptDir, con
     host["temp_dir"] = temp;
     host.remove("size");
     host.remove("frames");
+    host.remove("delays"); // the recorded animation's: the input brings its own
     root["host"] = host;
     QJsonArray steps = root["steps"].toArray();
     QJsonObject exportStep{{"export", job.output}};

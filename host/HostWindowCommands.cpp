@@ -11,6 +11,7 @@
 #include "host/HostExport.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
+#include "host/SessionRecorder.h"
 #include "host/WindowCommands.h"
 #include "host/PngSequence.h"
 #include "panel/EventGuard.h"
@@ -364,6 +365,7 @@ void HostWindow::redo() {
 
 void HostWindow::command(const QString& name, const QJsonObject& args) {
     runWindowCommand(host_, name, args);
+    recorder_->windowStep(name, args);
 }
 
 void HostWindow::moveInHistory(bool back) {
@@ -382,8 +384,11 @@ void HostWindow::moveInHistory(bool back) {
 // did (the dialog has put the current frame back by now, as it always does).
 void HostWindow::stepAdded(const StepSummary& step) {
     statusBar()->showMessage(QString::fromStdString(describe(step)), kMessageMs);
-    if (step.frames && step.frames->first != host_.currentFrame() && host_.totalFrames() > 0)
+    if (step.frames && step.frames->first != host_.currentFrame() && host_.totalFrames() > 0) {
         host_.gotoFrame(step.frames->first);
+        // The frame shown is where the next command acts: a recording goes there too.
+        recorder_->hostStep("Van_GotoFrame", {host_.currentFrame()}, "goto");
+    }
 }
 
 void HostWindow::swapMainAndSwap() {
@@ -436,6 +441,8 @@ void HostWindow::setShowAlpha(bool on) {
 void HostWindow::setColours(QColor primary, QColor secondary) {
     host_.setPrimaryColor(primary.red(), primary.green(), primary.blue());
     host_.setSecondaryColor(secondary.red(), secondary.green(), secondary.blue());
+    recorder_->hostStep("Van_SetPrimaryColor", {primary.red(), primary.green(), primary.blue()}, "primary");
+    recorder_->hostStep("Van_SetSecondaryColor", {secondary.red(), secondary.green(), secondary.blue()}, "secondary");
 }
 
 // --- frames ------------------------------------------------------------------------------------
@@ -443,6 +450,39 @@ void HostWindow::setColours(QColor primary, QColor secondary) {
 void HostWindow::goToFrame(int frame) {
     if (host_.locked() || host_.totalFrames() == 0) return;
     host_.gotoFrame(std::clamp(frame, 0, host_.totalFrames() - 1));
+    // Scrubbing gives many frames on the way: the recording keeps where the user stopped.
+    recorder_->hostStep("Van_GotoFrame", {host_.currentFrame()}, "goto");
+}
+
+void HostWindow::startRecording() {
+    if (recorder_->recording()) return;
+    recorder_->start(documentPath_, isModified(), savedAlpha_);
+    recordingLabel_->setText("● Recording");
+    recordingLabel_->show();
+    statusBar()->showMessage("Recording: what you do in the panel and to the pictures becomes a session script. "
+                             "Tools ▸ Stop Recording saves it.",
+                             kMessageMs);
+    updateActions();
+}
+
+void HostWindow::stopRecording() {
+    if (!recorder_->recording()) return;
+    const QString base = QFileInfo(documentPath_).completeBaseName();
+    const QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("session") : base) + "-session.json");
+    const QString file = chooseFileToSave(this, "Save the Recorded Session", start, "Session scripts (*.json)");
+    if (file.isEmpty()) return; // still recording
+    const int steps = recorder_->stepCount();
+    if (const auto error = recorder_->stopAndSave(file)) {
+        warn("Stop Recording", QString("Kirrel could not save the recording.\n\n%1").arg(*error));
+        return;
+    }
+    recordingLabel_->hide();
+    updateActions();
+    statusBar()->showMessage(QString("Saved %1 step(s) to %2; kirrel batch %2 INPUT... --out DIR plays them on "
+                                     "other files")
+                                 .arg(steps)
+                                 .arg(QFileInfo(file).fileName()),
+                             kMessageMs * 2);
 }
 
 void HostWindow::duplicateFrame() {
@@ -494,7 +534,8 @@ void HostWindow::tryWipe() {
     const auto wipes = plugins->findItems("Wipes", Qt::MatchExactly);
     if (wipes.isEmpty()) return;
     plugins->setCurrentItem(wipes.front());
-    runGuarded([main] { main->List2_DblClick(); });
+    // As a double click: the catalogue opens the plug-in, and a recording notes it.
+    emit plugins->itemDoubleClicked(wipes.front());
 }
 
 void HostWindow::setWelcomeVisible(bool on) {

@@ -9,6 +9,7 @@
 #include "host/HostState.h"
 #include "host/HostWindow.h"
 #include "host/PanelDock.h"
+#include "host/SessionRecorder.h"
 #include "host/SelectionOutline.h"
 
 #include <QAction>
@@ -187,6 +188,8 @@ void HostWindow::updateActions() {
                           "duplicateFrame", "deleteFrame"})
         action(n)->setEnabled(free && animated);
     action("playStop")->setEnabled(free && host_.totalFrames() > 1);
+    action("recordSession")->setEnabled(free && !recorder_->recording());
+    action("stopRecording")->setEnabled(free && recorder_->recording());
     // The panel stays reachable during a run: its forms are separate windows.
     action("showPanel")->setEnabled(true);
 }
@@ -217,6 +220,7 @@ void HostWindow::adoptCurrentAsDocument(const QString& title, const QString& pat
         savedFrames_.push_back(host_.framePicture(f));
     savedStill_ = host_.mainPicture();
     savedDelays_ = host_.frameDelays();
+    savedAlpha_ = host_.alphaPlane();
     documentTitle_ = title;
     documentPath_ = path;
     refreshFromHost();

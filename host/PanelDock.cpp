@@ -78,7 +78,8 @@ bool PanelDock::eventFilter(QObject* watched, QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         auto* form = qobject_cast<panel::FormBase*>(watched);
         if (key->key() == Qt::Key_Escape && form && form->objectName() != "Mainfrm") {
-            runGuarded([form] { form->closeByUser(); });
+            panel::runUserStep(*form, *form, panel::UserEvent::Close, [form] { form->closeByUser(); },
+                               form->actionName());
             return true;
         }
         break;

@@ -429,7 +429,10 @@ class Runner {
         else if (step.contains("answer"))
             answer(step["answer"].toArray());
         else if (step.contains("host"))
-            user([&] { callHostOperation(step["host"].toString(), step["args"].toArray()); });
+            user([&] {
+                nameAction(step["host"].toString().toStdString());
+                callHostOperation(step["host"].toString(), step["args"].toArray());
+            });
         else if (step.contains("dump"))
             dumpHost(runningHost(), path(step["dump"].toString()));
         else if (step.contains("screenshot"))
@@ -439,7 +442,10 @@ class Runner {
         else if (step.contains("export"))
             exportAnimation(step);
         else if (step.contains("window"))
-            user([&] { windowCommand(resolvedFile(step)); });
+            user([&] {
+                nameAction(step["window"].toString().toStdString());
+                windowCommand(resolvedFile(step));
+            });
         else
             throw ScriptError("unknown step " +
                               QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());

@@ -44,6 +44,10 @@ std::optional<std::string> takeScriptAbort() {
     return a;
 }
 
+bool insideAction() {
+    return depth > 0;
+}
+
 void markRunAction() {
     if (depth > 0) runAction = true;
 }

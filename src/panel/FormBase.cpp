@@ -164,7 +164,9 @@ QPushButton* FormBase::makeButton(const QString& name, const QString& caption,
                                   std::function<void()> onClick) {
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
-    if (onClick) connect(b, &QPushButton::clicked, this, asAction([f = std::move(onClick)](bool) { f(); }));
+    connect(b, &QPushButton::clicked, this, asUserStep(b, UserEvent::Click, [f = std::move(onClick)](bool) {
+                if (f) f();
+            }));
     connect(b, &QPushButton::clicked, this, &FormBase::noteControlChange);
     return b;
 }
@@ -180,7 +182,9 @@ ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption
     auto* l = new ClickLabel(caption, this);
     l->setObjectName(name);
     l->setCursor(Qt::PointingHandCursor);
-    if (onClick) connect(l, &ClickLabel::clicked, this, asAction(std::move(onClick)));
+    connect(l, &ClickLabel::clicked, this, asUserStep(l, UserEvent::Click, [f = std::move(onClick)] {
+                if (f) f();
+            }));
     connect(l, &ClickLabel::clicked, this, &FormBase::noteControlChange);
     return l;
 }
@@ -195,8 +199,9 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     auto* c = new QComboBox(this);
     c->setObjectName(name);
     c->installEventFilter(this);
-    if (onClick)
-        connect(c, &QComboBox::currentIndexChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QComboBox::currentIndexChanged, this, asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     connect(c, &QComboBox::currentIndexChanged, this, &FormBase::noteControlChange);
     return c;
 }
@@ -206,11 +211,12 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     auto* l = new QListWidget(this);
     l->setObjectName(name);
     l->installEventFilter(this);
-    if (onClick)
-        connect(l, &QListWidget::currentRowChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(l, &QListWidget::currentRowChanged, this, asUserStep(l, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     if (onDblClick)
         connect(l, &QListWidget::itemDoubleClicked, this,
-                asAction([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
+                asUserStep(l, UserEvent::Open, [f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
     connect(l, &QListWidget::currentRowChanged, this, &FormBase::noteControlChange);
     return l;
 }
@@ -218,7 +224,9 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
 QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std::function<void()> onClick) {
     auto* c = new QCheckBox(caption, this);
     c->setObjectName(name);
-    if (onClick) connect(c, &QCheckBox::stateChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QCheckBox::stateChanged, this, asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     connect(c, &QCheckBox::stateChanged, this, &FormBase::noteControlChange);
     return c;
 }
@@ -227,10 +235,12 @@ QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
                                    std::function<void()> onClick) {
     auto* o = new QRadioButton(caption, this);
     o->setObjectName(name);
-    if (onClick)
-        connect(o, &QRadioButton::toggled, this, asAction([f = std::move(onClick)](bool on) {
-                    if (on) f();
-                }));
+    // Only the option turned on is the user's choice; the one turned off goes with it.
+    connect(o, &QRadioButton::toggled, this, [this, o, f = std::move(onClick)](bool on) {
+        if (on) runUserStep(*this, *o, UserEvent::Click, [&] {
+            if (f) f();
+        }, actionName());
+    });
     connect(o, &QRadioButton::toggled, this, &FormBase::noteControlChange);
     return o;
 }
@@ -240,7 +250,9 @@ QSlider* FormBase::makeSlider(const QString& name, int minimum, int maximum, std
     auto* s = new QSlider(Qt::Horizontal, this);
     s->setObjectName(name);
     s->setRange(minimum, maximum);
-    if (onChange) connect(s, &QSlider::valueChanged, this, asAction([f = std::move(onChange)](int) { f(); }));
+    connect(s, &QSlider::valueChanged, this, asUserStep(s, UserEvent::Change, [f = std::move(onChange)](int) {
+                if (f) f();
+            }));
     if (onScroll) connect(s, &QSlider::sliderMoved, this, asAction([f = std::move(onScroll)](int) { f(); }));
     connect(s, &QSlider::valueChanged, this, &FormBase::noteControlChange);
     return s;
@@ -250,9 +262,10 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
     auto* t = new QLineEdit(this);
     t->setObjectName(name);
     t->installEventFilter(this);
-    if (onChange)
-        connect(t, &QLineEdit::textChanged, this,
-                asAction([f = std::move(onChange)](const QString&) { f(); }));
+    connect(t, &QLineEdit::textChanged, this,
+            asUserStep(t, UserEvent::Change, [f = std::move(onChange)](const QString&) {
+                if (f) f();
+            }));
     connect(t, &QLineEdit::textChanged, this, &FormBase::noteControlChange);
     return t;
 }
@@ -280,7 +293,7 @@ void FormBase::closeDialog() {
 bool FormBase::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut) {
         auto it = validators_.find(watched);
-        if (it != validators_.end()) runGuarded(it->second, actionName());
+        if (it != validators_.end()) runUserStep(*this, *watched, UserEvent::Leave, it->second, actionName());
     }
     return QWidget::eventFilter(watched, event);
 }

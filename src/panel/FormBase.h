@@ -6,6 +6,7 @@
 
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
+#include "panel/UserSteps.h"
 #include "panel/PreviewPlan.h"
 #include "panel/Vantry.h"
 
@@ -54,6 +55,9 @@ class FormBase : public QWidget {
     std::string askInput(const std::string& prompt, const std::string& title, const std::string& defaultText);
 
     Vantry::Vantry_Class& van() { return van_; }
+    // The caption as a user names the effect: "Kirrel-Alpha Wipes (Requires Alpha Channel)" is
+    // "Alpha Wipes".
+    std::string actionName() const;
     // The tile painted behind the controls (see Draw_Pattern); a null pixmap paints nothing.
     void setWallpaper(const QPixmap& tile);
 
@@ -81,9 +85,13 @@ class FormBase : public QWidget {
     template <class F> auto asAction(F f) {
         return [this, f = std::move(f)](auto&&... args) { runGuarded([&] { f(args...); }, actionName()); };
     }
-    // The caption as a user names the effect: "Kirrel-Alpha Wipes (Requires Alpha Channel)" is
-    // "Alpha Wipes".
-    std::string actionName() const;
+    // The same for the user's use of a control, told to a session recording as one step (see
+    // UserSteps.h); a control without a handler is told all the same.
+    template <class F> auto asUserStep(QObject* control, UserEvent event, F f) {
+        return [this, control, event, f = std::move(f)](auto&&... args) {
+            runUserStep(*this, *control, event, [&] { f(args...); }, actionName());
+        };
+    }
 
     // Control factories; every handler runs behind the event boundary.
     QPushButton* makeButton(const QString& name, const QString& caption, std::function<void()> onClick);
