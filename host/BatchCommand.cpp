@@ -36,8 +36,8 @@ struct UsageError : std::runtime_error {
 
 // The formats a batch writes, and the file ending each gives the output.
 const std::map<QString, QString>& formats() {
-    static const std::map<QString, QString> table = {{"gif", "gif"},   {"apng", "png"}, {"webp", "webp"},
-                                                     {"mp4", "mp4"},   {"webm", "webm"}, {"png", "png"}};
+    static const std::map<QString, QString> table = {{"gif", "gif"}, {"apng", "png"},  {"webp", "webp"},
+                                                     {"mp4", "mp4"}, {"webm", "webm"}, {"png", "png"}};
     return table;
 }
 
@@ -82,7 +82,8 @@ Options parse(const QStringList& args) {
     if (o.inputs.isEmpty()) throw UsageError("batch needs at least one input file");
     if (o.out.isEmpty()) throw UsageError("batch needs --out DIR");
     if (!formats().count(o.format))
-        throw UsageError(("unknown --format " + o.format + " (gif, apng, webp, mp4, webm, png)").toStdString());
+        throw UsageError(
+            ("unknown --format " + o.format + " (gif, apng, webp, mp4, webm, png)").toStdString());
     if (o.force && o.skipExisting) throw UsageError("--force and --skip-existing exclude each other");
     if (o.jobs == 0) o.jobs = std::max(1, QThread::idealThreadCount());
     return o;
@@ -112,8 +113,8 @@ void copySlots(const QString& from, const QString& to) {
         QFile::copy(f.absoluteFilePath(), QDir(to).filePath(f.fileName()));
 }
 
-QJsonObject jobScript(const QJsonObject& recorded, const QString& scriptDir, const Job& job, const QString& temp,
-                      const Options& o) {
+QJsonObject jobScript(const QJsonObject& recorded, const QString& scriptDir, const Job& job,
+                      const QString& temp, const Options& o) {
     QJsonObject root = recorded;
     // Paths the recording names stay the recording's: they are taken from its folder.
     if (!root.contains("base")) root["base"] = scriptDir;
@@ -150,10 +151,10 @@ class Progress {
     explicit Progress(int total) : total_(total), tty_(::isatty(STDERR_FILENO) != 0) { clock_.start(); }
     void show(int done, int failed, const QString& finished = {}) {
         const qint64 elapsed = clock_.elapsed();
-        const QString left = done > 0 && done < total_ ? clock(elapsed * (total_ - done) / done) + " left" : QString();
+        const QString left =
+            done > 0 && done < total_ ? clock(elapsed * (total_ - done) / done) + " left" : QString();
         if (!tty_) {
-            if (!finished.isEmpty())
-                std::fprintf(stderr, "%d/%d %s\n", done, total_, qPrintable(finished));
+            if (!finished.isEmpty()) std::fprintf(stderr, "%d/%d %s\n", done, total_, qPrintable(finished));
             return;
         }
         constexpr int kWidth = 30;
@@ -191,9 +192,10 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
         return 2;
     }
     const QString scriptDir = QFileInfo(o.script).absolutePath();
-    const QString recordedTemp = recorded["host"].toObject().contains("temp_dir")
-                                     ? QDir(scriptDir).absoluteFilePath(recorded["host"].toObject()["temp_dir"].toString())
-                                     : QString::fromStdString(userTempDir);
+    const QString recordedTemp =
+        recorded["host"].toObject().contains("temp_dir")
+            ? QDir(scriptDir).absoluteFilePath(recorded["host"].toObject()["temp_dir"].toString())
+            : QString::fromStdString(userTempDir);
     if (!QDir().mkpath(o.out)) {
         std::fprintf(stderr, "kirrel batch: cannot make the output folder %s\n", qPrintable(o.out));
         return 2;
@@ -217,15 +219,17 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
         } else if (QFileInfo::exists(job.present) && !o.force) {
             job.outcome = o.skipExisting ? Outcome::Skipped : Outcome::Failed;
             if (!o.skipExisting)
-                job.message = QFileInfo(job.present).fileName() + " is already there (--force writes over it, "
-                                                                  "--skip-existing counts it as done)";
+                job.message = QFileInfo(job.present).fileName() +
+                              " is already there (--force writes over it, "
+                              "--skip-existing counts it as done)";
         }
         jobs.push_back(std::move(job));
     }
 
     QTemporaryDir work(QDir::tempPath() + "/kirrel-batch-XXXXXX");
     if (!work.isValid()) {
-        std::fprintf(stderr, "kirrel batch: cannot make a working folder in %s\n", qPrintable(QDir::tempPath()));
+        std::fprintf(stderr, "kirrel batch: cannot make a working folder in %s\n",
+                     qPrintable(QDir::tempPath()));
         return 2;
     }
     installInterruptHandlers();
@@ -234,12 +238,13 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
     std::size_t next = 0;
     auto finished = [&] {
         return static_cast<int>(std::count_if(jobs.begin(), jobs.end(), [](const Job& j) {
-            return j.outcome == Outcome::Written || j.outcome == Outcome::Skipped || j.outcome == Outcome::Failed;
+            return j.outcome == Outcome::Written || j.outcome == Outcome::Skipped ||
+                   j.outcome == Outcome::Failed;
         }));
     };
     auto failures = [&] {
-        return static_cast<int>(
-            std::count_if(jobs.begin(), jobs.end(), [](const Job& j) { return j.outcome == Outcome::Failed; }));
+        return static_cast<int>(std::count_if(jobs.begin(), jobs.end(),
+                                              [](const Job& j) { return j.outcome == Outcome::Failed; }));
     };
     progress.show(finished(), failures());
     bool stopping = false;
@@ -249,7 +254,8 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
             // alone is passed on. Each job stops after its step, its output whole or not there.
             stopping = true;
             for (Job& j : jobs)
-                if (j.outcome == Outcome::Running && j.process) ::kill(static_cast<pid_t>(j.process->processId()), SIGINT);
+                if (j.outcome == Outcome::Running && j.process)
+                    ::kill(static_cast<pid_t>(j.process->processId()), SIGINT);
         }
         while (!stopping && running < o.jobs && next < jobs.size()) {
             Job& job = jobs[next];
@@ -292,8 +298,9 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
                 if (job.message.isEmpty())
                     job.message = ok ? "the script ran but wrote nothing" : "the job ended unexpectedly";
             }
-            progress.show(finished(), failures(), QFileInfo(job.input).fileName() +
-                                                      (job.outcome == Outcome::Failed ? ": failed" : ""));
+            progress.show(finished(), failures(),
+                          QFileInfo(job.input).fileName() +
+                              (job.outcome == Outcome::Failed ? ": failed" : ""));
         }
         QThread::msleep(20);
         progress.show(finished(), failures());

@@ -199,9 +199,9 @@ void HostWindow::buildMenus() {
     add(menuBar()->addMenu("&Edit"), {"undo", "redo"});
     add(menuBar()->addMenu("&View"),
         {"zoomFit", "zoomActual", "zoomIn", "zoomOut", "-", "showAlpha", "showOutline"});
-    add(menuBar()->addMenu("F&rame"), {"playStop", "-", "firstFrame", "previousFrame", "nextFrame",
-                                       "lastFrame", "-", "duplicateFrame", "deleteFrame", "-",
-                                       "delayAllFrames"});
+    add(menuBar()->addMenu("F&rame"),
+        {"playStop", "-", "firstFrame", "previousFrame", "nextFrame", "lastFrame", "-", "duplicateFrame",
+         "deleteFrame", "-", "delayAllFrames"});
     add(menuBar()->addMenu("&Swap"), {"swapMainAndSwap", "copyFrameToSwap", "loadSwap"});
     add(menuBar()->addMenu("&Alpha"), {"alphaFromImage", "clearAlpha", "fillAlpha", "-", "showAlpha"});
     add(menuBar()->addMenu("&Tools"), {"recordSession", "stopRecording"});

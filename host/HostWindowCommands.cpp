@@ -3,17 +3,17 @@
 // message box and nothing else.
 
 #include "host/CanvasView.h"
-#include "host/FrameBar.h"
-#include "host/HostState.h"
-#include "host/HostWindow.h"
 #include "host/ExportAnimationDialog.h"
 #include "host/FileDialogs.h"
+#include "host/FrameBar.h"
 #include "host/HostExport.h"
+#include "host/HostState.h"
+#include "host/HostWindow.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
+#include "host/PngSequence.h"
 #include "host/SessionRecorder.h"
 #include "host/WindowCommands.h"
-#include "host/PngSequence.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/Mainfrm.h"
@@ -188,14 +188,12 @@ bool HostWindow::openAnimation(const QString& path) {
 }
 
 void HostWindow::openFileDialog() {
-    const QString file =
-        chooseFileToOpen(this, "Open Animation or Picture", lastFolder(), openFilter());
+    const QString file = chooseFileToOpen(this, "Open Animation or Picture", lastFolder(), openFilter());
     if (!file.isEmpty()) openAnimation(file);
 }
 
 void HostWindow::openFolderDialog() {
-    const QString dir = chooseFolder(
-        this, "Open Frame Folder (PNG frames, in name order)", lastFolder());
+    const QString dir = chooseFolder(this, "Open Frame Folder (PNG frames, in name order)", lastFolder());
     if (!dir.isEmpty()) openAnimation(dir);
 }
 
@@ -292,7 +290,8 @@ void HostWindow::exportAnimationDialog() {
     const QString base = QFileInfo(documentTitle_).completeBaseName();
     const QSettings settings;
     const QString extension = settings.value("window/exportExtension", "gif").toString();
-    QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
+    QString start =
+        QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
     // Never the file the animation came from: an export beside it keeps the original.
     if (QFileInfo(start) == QFileInfo(documentPath_))
         start = QDir(lastFolder()).filePath(base + "-edited." + extension);
@@ -413,7 +412,8 @@ void HostWindow::loadImageIntoSwap() {
     }
     (void)w;
     (void)h;
-    statusBar()->showMessage(QString("Swap picture loaded from %1").arg(QFileInfo(file).fileName()), kMessageMs);
+    statusBar()->showMessage(QString("Swap picture loaded from %1").arg(QFileInfo(file).fileName()),
+                             kMessageMs);
 }
 
 void HostWindow::alphaFromImage() {
@@ -442,7 +442,8 @@ void HostWindow::setColours(QColor primary, QColor secondary) {
     host_.setPrimaryColor(primary.red(), primary.green(), primary.blue());
     host_.setSecondaryColor(secondary.red(), secondary.green(), secondary.blue());
     recorder_->hostStep("Van_SetPrimaryColor", {primary.red(), primary.green(), primary.blue()}, "primary");
-    recorder_->hostStep("Van_SetSecondaryColor", {secondary.red(), secondary.green(), secondary.blue()}, "secondary");
+    recorder_->hostStep("Van_SetSecondaryColor", {secondary.red(), secondary.green(), secondary.blue()},
+                        "secondary");
 }
 
 // --- frames ------------------------------------------------------------------------------------
@@ -459,17 +460,20 @@ void HostWindow::startRecording() {
     recorder_->start(documentPath_, isModified(), savedAlpha_);
     recordingLabel_->setText("● Recording");
     recordingLabel_->show();
-    statusBar()->showMessage("Recording: what you do in the panel and to the pictures becomes a session script. "
-                             "Tools ▸ Stop Recording saves it.",
-                             kMessageMs);
+    statusBar()->showMessage(
+        "Recording: what you do in the panel and to the pictures becomes a session script. "
+        "Tools ▸ Stop Recording saves it.",
+        kMessageMs);
     updateActions();
 }
 
 void HostWindow::stopRecording() {
     if (!recorder_->recording()) return;
     const QString base = QFileInfo(documentPath_).completeBaseName();
-    const QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("session") : base) + "-session.json");
-    const QString file = chooseFileToSave(this, "Save the Recorded Session", start, "Session scripts (*.json)");
+    const QString start =
+        QDir(lastFolder()).filePath((base.isEmpty() ? QString("session") : base) + "-session.json");
+    const QString file =
+        chooseFileToSave(this, "Save the Recorded Session", start, "Session scripts (*.json)");
     if (file.isEmpty()) return; // still recording
     const int steps = recorder_->stepCount();
     if (const auto error = recorder_->stopAndSave(file)) {
@@ -478,11 +482,12 @@ void HostWindow::stopRecording() {
     }
     recordingLabel_->hide();
     updateActions();
-    statusBar()->showMessage(QString("Saved %1 step(s) to %2; kirrel batch %2 INPUT... --out DIR plays them on "
-                                     "other files")
-                                 .arg(steps)
-                                 .arg(QFileInfo(file).fileName()),
-                             kMessageMs * 2);
+    statusBar()->showMessage(
+        QString("Saved %1 step(s) to %2; kirrel batch %2 INPUT... --out DIR plays them on "
+                "other files")
+            .arg(steps)
+            .arg(QFileInfo(file).fileName()),
+        kMessageMs * 2);
 }
 
 void HostWindow::duplicateFrame() {
@@ -492,9 +497,10 @@ void HostWindow::duplicateFrame() {
 void HostWindow::setDelayOfAllFrames() {
     if (host_.locked() || host_.totalFrames() == 0) return;
     bool ok = false;
-    const int ms = QInputDialog::getInt(this, "Set Delay of All Frames",
-                                        "How long every frame stays on screen (milliseconds):",
-                                        host_.frameDelay(host_.currentFrame()), 10, HostState::kMaxDelayMs, 10, &ok);
+    const int ms = QInputDialog::getInt(
+        this, "Set Delay of All Frames",
+        "How long every frame stays on screen (milliseconds):", host_.frameDelay(host_.currentFrame()), 10,
+        HostState::kMaxDelayMs, 10, &ok);
     if (!ok) return;
     command("setDelayOfAllFrames", {{"ms", ms}});
     statusBar()->showMessage(QString("Every frame now stays %1 ms").arg(ms), kMessageMs);
@@ -502,7 +508,8 @@ void HostWindow::setDelayOfAllFrames() {
 
 void HostWindow::deleteFrame() {
     const int f = host_.currentFrame();
-    if (QMessageBox::question(this, "Delete Frame", QString("Delete frame %1?\n\nEdit ▸ Undo brings it back.").arg(f),
+    if (QMessageBox::question(this, "Delete Frame",
+                              QString("Delete frame %1?\n\nEdit ▸ Undo brings it back.").arg(f),
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return;
     frameBar_->stop();

@@ -9,8 +9,8 @@
 #include "host/HostState.h"
 #include "host/HostWindow.h"
 #include "host/PanelDock.h"
-#include "host/SessionRecorder.h"
 #include "host/SelectionOutline.h"
+#include "host/SessionRecorder.h"
 
 #include <QAction>
 #include <QApplication>
@@ -181,9 +181,11 @@ void HostWindow::updateActions() {
         a->setEnabled(free);
     const History& history = host_.history();
     action("undo")->setEnabled(free && history.canUndo());
-    action("undo")->setText(history.canUndo() ? "&Undo " + QString::fromStdString(history.undoLabel()) : "&Undo");
+    action("undo")->setText(history.canUndo() ? "&Undo " + QString::fromStdString(history.undoLabel())
+                                              : "&Undo");
     action("redo")->setEnabled(free && history.canRedo());
-    action("redo")->setText(history.canRedo() ? "&Redo " + QString::fromStdString(history.redoLabel()) : "&Redo");
+    action("redo")->setText(history.canRedo() ? "&Redo " + QString::fromStdString(history.redoLabel())
+                                              : "&Redo");
     for (const char* n : {"playStop", "firstFrame", "previousFrame", "nextFrame", "lastFrame",
                           "duplicateFrame", "deleteFrame"})
         action(n)->setEnabled(free && animated);

@@ -3,11 +3,11 @@
 #include "host/AnimationFiles.h"
 #include "host/HostExport.h"
 #include "host/HostOperations.h"
-#include "host/PngSequence.h"
 #include "host/HostState.h"
-#include "host/WindowCommands.h"
+#include "host/PngSequence.h"
 #include "host/ScriptedResponder.h"
 #include "host/StateDump.h"
+#include "host/WindowCommands.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
@@ -111,7 +111,8 @@ class Runner {
     // the files beside another.
     QString path(const QString& rel) const {
         static const QString inputDir = QStringLiteral("$INPUT_DIR/");
-        if (rel.startsWith(inputDir)) return QDir::cleanPath(inputDir_.absoluteFilePath(rel.mid(inputDir.size())));
+        if (rel.startsWith(inputDir))
+            return QDir::cleanPath(inputDir_.absoluteFilePath(rel.mid(inputDir.size())));
         return QDir::cleanPath(base_.absoluteFilePath(rel));
     }
     void setBase(const QString& dir) { base_ = QDir(path(dir)); }
@@ -124,9 +125,13 @@ class Runner {
 
     void setUpHost(const QJsonObject& h) {
         // A misspelt setting would otherwise leave the host as it was without a word.
-        static const QStringList known = {
-            "temp_dir", "app_dir",   "animation",     "size",          "frames",   "swap",  "alpha",
-            "primary",  "secondary", "current_frame", "layer_opacity", "settings", "delays", "converter_timeout_s"};
+        static const QStringList known = {"temp_dir",      "app_dir",
+                                          "animation",     "size",
+                                          "frames",        "swap",
+                                          "alpha",         "primary",
+                                          "secondary",     "current_frame",
+                                          "layer_opacity", "settings",
+                                          "delays",        "converter_timeout_s"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -163,7 +168,8 @@ class Runner {
         }
         if (h.contains("converter_timeout_s")) {
             const double s = h["converter_timeout_s"].toDouble(-1);
-            if (s < 1 || s > 86400) throw ScriptError("\"converter_timeout_s\" is a number of seconds from 1 to 86400");
+            if (s < 1 || s > 86400)
+                throw ScriptError("\"converter_timeout_s\" is a number of seconds from 1 to 86400");
             host.setConverterTimeoutSeconds(static_cast<int>(s));
         }
         if (h.contains("delays")) host.setFrameDelays(delaysOf(h["delays"], host.totalFrames()));
@@ -344,8 +350,8 @@ class Runner {
             if (!step.contains(key)) return fallback;
             const double v = step[key].toDouble(-1);
             if (!step[key].isDouble() || v < low || v > high || v != static_cast<int>(v))
-                throw ScriptError(std::string("\"") + key + "\" is a whole number from " + std::to_string(low) +
-                                  " to " + std::to_string(high));
+                throw ScriptError(std::string("\"") + key + "\" is a whole number from " +
+                                  std::to_string(low) + " to " + std::to_string(high));
             return static_cast<int>(v);
         };
         o.loop = whole("loop", 0, 65535, 0);
@@ -525,11 +531,14 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
             // A batch job asks that an effect's error box end the run as a failure of its input.
             if (root["fail_on_error"].toBool())
                 for (std::size_t d = boxes; d < runningHost().dialogs().size(); ++d)
-                    if (runningHost().dialogs()[d].kind == "error") throw EffectError(runningHost().dialogs()[d].text);
+                    if (runningHost().dialogs()[d].kind == "error")
+                        throw EffectError(runningHost().dialogs()[d].text);
             // Ctrl+C or a polite kill: the step in progress has ended its tools and cleaned up.
             if (interrupted()) {
-                result = {128 + interruptSignal(), "interrupted by a signal; the steps after " +
-                                                       std::to_string(stepNo) + " did not run", {}};
+                result = {128 + interruptSignal(),
+                          "interrupted by a signal; the steps after " + std::to_string(stepNo) +
+                              " did not run",
+                          {}};
                 break;
             }
             if (programEnded()) break;

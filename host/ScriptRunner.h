@@ -12,7 +12,7 @@ namespace kirrel::host {
 
 struct ScriptResult {
     int exitCode = 0;
-    std::string message; // the one line for stderr when exitCode is not 0
+    std::string message;  // the one line for stderr when exitCode is not 0
     std::string leftover; // answers not used, reported on stderr
 };
 

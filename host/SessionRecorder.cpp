@@ -62,12 +62,14 @@ class SessionRecorder::AnswerTap : public Responder {
         recorder_.answered({{"value", v}});
         return v;
     }
-    std::string fileOpen(const std::string& title, const std::string& def, const std::string& filter) override {
+    std::string fileOpen(const std::string& title, const std::string& def,
+                         const std::string& filter) override {
         const std::string f = inner_ ? inner_->fileOpen(title, def, filter) : std::string();
         recorder_.answered({{"file", QString::fromStdString(f)}});
         return f;
     }
-    std::string fileSave(const std::string& title, const std::string& def, const std::string& filter) override {
+    std::string fileSave(const std::string& title, const std::string& def,
+                         const std::string& filter) override {
         const std::string f = inner_ ? inner_->fileSave(title, def, filter) : std::string();
         recorder_.answered({{"file", QString::fromStdString(f)}});
         return f;
@@ -142,7 +144,8 @@ void SessionRecorder::add(QJsonObject step, const QString& coalesce) {
 void SessionRecorder::windowStep(const QString& command, const QJsonObject& args) {
     QJsonObject step = args;
     step["window"] = command;
-    const QString coalesce = command == "setFrameDelay" ? "delay:" + QString::number(args["frame"].toInt()) : QString();
+    const QString coalesce =
+        command == "setFrameDelay" ? "delay:" + QString::number(args["frame"].toInt()) : QString();
     if (depth_ > 0)
         following_.emplace_back(step, coalesce);
     else
@@ -190,10 +193,10 @@ void SessionRecorder::beginUserStep(panel::FormBase& form, QObject& control, pan
             // The catalogue's lists are the "open" step's to choose.
             if (formName == "Mainfrm") break;
             step = {{"set", listChoice(name, l->currentItem() ? l->currentItem()->text() : QString(),
-                                        l->currentRow(), l->count())}};
+                                       l->currentRow(), l->count())}};
         } else if (auto* ck = qobject_cast<QCheckBox*>(&control)) {
             step = {{"set", QJsonObject{{"control", name},
-                                        {"value", ck->checkState() == Qt::Checked ? 1
+                                        {"value", ck->checkState() == Qt::Checked            ? 1
                                                   : ck->checkState() == Qt::PartiallyChecked ? 2
                                                                                              : 0}}}};
         } else if (auto* s = qobject_cast<QAbstractSlider*>(&control)) {
@@ -206,7 +209,8 @@ void SessionRecorder::beginUserStep(panel::FormBase& form, QObject& control, pan
     }
     if (step.isEmpty()) return;
     // Steps name their form, so that they reach it whichever form is in front when they play.
-    if (event != UserEvent::Open && event != UserEvent::Close && !(event == UserEvent::Menu && formName == "Mainfrm"))
+    if (event != UserEvent::Open && event != UserEvent::Close &&
+        !(event == UserEvent::Menu && formName == "Mainfrm"))
         step["form"] = formName;
     pending_ = step;
     pendingCoalesce_ = coalesce;
@@ -268,7 +272,8 @@ QByteArray SessionRecorder::scriptText(const QString& scriptPath) const {
     host["secondary"] = colourOf(secondary_);
     host["current_frame"] = start_.current;
     // One step a line, so that a recording reads (and diffs) as a list of what the user did.
-    QByteArray text = "{\n  \"host\": " + QJsonDocument(host).toJson(QJsonDocument::Compact) + ",\n  \"steps\": [";
+    QByteArray text =
+        "{\n  \"host\": " + QJsonDocument(host).toJson(QJsonDocument::Compact) + ",\n  \"steps\": [";
     for (int i = 0; i < steps_.size(); ++i)
         text += QByteArray(i ? ",\n    " : "\n    ") +
                 QJsonDocument(portableStep(steps_[i].toObject(), dir)).toJson(QJsonDocument::Compact);

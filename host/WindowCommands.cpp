@@ -18,8 +18,8 @@ using Command = std::function<void(HostState&, const QJsonObject&)>;
 int wholeArg(const QJsonObject& args, const char* key, int lo, int hi) {
     const double v = args[key].toDouble(-1e18);
     if (!args[key].isDouble() || v < lo || v > hi || v != static_cast<int>(v))
-        throw std::invalid_argument(std::string("\"") + key + "\" is a whole number from " + std::to_string(lo) +
-                                    " to " + std::to_string(hi));
+        throw std::invalid_argument(std::string("\"") + key + "\" is a whole number from " +
+                                    std::to_string(lo) + " to " + std::to_string(hi));
     return static_cast<int>(v);
 }
 

@@ -332,7 +332,8 @@ RunOutcome runBatchFile(const QString& givenPath, const RunnerFolders& folders, 
                         outcome.kind = "failed";
                         outcome.message =
                             hung ? "The converter did not finish within " + limit + " and was stopped."
-                                 : "The converter reported an error" + (err.isEmpty() ? QString(".") : ": " + err);
+                                 : "The converter reported an error" +
+                                       (err.isEmpty() ? QString(".") : ": " + err);
                     }
                 }
                 break;
@@ -363,8 +364,7 @@ int batchRunnerMain(const QStringList& arguments) {
         else if (a == "--stage" && i + 2 < arguments.size()) {
             folders.staged.append({arguments[i + 1], arguments[i + 2]});
             i += 2;
-        }
-        else if (batch.isEmpty() && !a.startsWith("--"))
+        } else if (batch.isEmpty() && !a.startsWith("--"))
             batch = a;
         else {
             std::fprintf(stderr, "kirrel_batch: unknown argument %s\n", qPrintable(a));
@@ -372,8 +372,9 @@ int batchRunnerMain(const QStringList& arguments) {
         }
     }
     if (folders.temp.isEmpty() || folders.app.isEmpty() || batch.isEmpty()) {
-        std::fputs("Usage: kirrel_batch --temp DIR --app DIR [--limit SECONDS] [--stage NAME STAGED]... BATCHFILE\n",
-                   stderr);
+        std::fputs(
+            "Usage: kirrel_batch --temp DIR --app DIR [--limit SECONDS] [--stage NAME STAGED]... BATCHFILE\n",
+            stderr);
         return 2;
     }
     const QString converter = QStandardPaths::findExecutable("convert");

@@ -24,9 +24,9 @@
 // found), "failed" (the converter reported an error) or "refused" (the file was not run), and the
 // second line says what happened in words for the user.
 
-#include <QProcessEnvironment>
 #include <QList>
 #include <QPair>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 

@@ -18,9 +18,8 @@ namespace {
 
 // The working files of every run; the converter's own frame names and the batch files.
 constexpr const char* kWorkingPatterns[] = {
-    "temp*.bmp",     "temp*.gif",      "gif_frame-*",     "gif_frame.*",    "gif_input.gif",
-    "png_main.bmp",  "png_mask.bmp",   "GifConvert.bat",  "GifImport01.bat", "GifImport02.bat",
-    "PNGConvert.bat", "*.bat.failed",
+    "temp*.bmp",    "temp*.gif",      "gif_frame-*",     "gif_frame.*",     "gif_input.gif",  "png_main.bmp",
+    "png_mask.bmp", "GifConvert.bat", "GifImport01.bat", "GifImport02.bat", "PNGConvert.bat", "*.bat.failed",
 };
 
 const char* extensionOf(OutputCheck::Kind kind) {
@@ -58,14 +57,16 @@ unsigned bigEndian32(const std::vector<unsigned char>& b, std::size_t at) {
 }
 
 // The size in the first chunk of a PNG or MNG (IHDR or MHDR), after its eight-byte signature.
-std::optional<std::string> checkChunkedSize(const std::vector<unsigned char>& b, const unsigned char* signature,
-                                            const char* chunk, const OutputCheck& check) {
-    if (b.size() < 24 || !std::equal(signature, signature + 8, b.begin())) return "it is not the right kind of file";
+std::optional<std::string> checkChunkedSize(const std::vector<unsigned char>& b,
+                                            const unsigned char* signature, const char* chunk,
+                                            const OutputCheck& check) {
+    if (b.size() < 24 || !std::equal(signature, signature + 8, b.begin()))
+        return "it is not the right kind of file";
     if (std::string(b.begin() + 12, b.begin() + 16) != chunk) return "it has no picture header";
     const unsigned w = bigEndian32(b, 16), h = bigEndian32(b, 20);
     if (static_cast<int>(w) != check.width || static_cast<int>(h) != check.height)
-        return "it is " + std::to_string(w) + " x " + std::to_string(h) + ", not " + std::to_string(check.width) +
-               " x " + std::to_string(check.height);
+        return "it is " + std::to_string(w) + " x " + std::to_string(h) + ", not " +
+               std::to_string(check.width) + " x " + std::to_string(check.height);
     return std::nullopt;
 }
 

@@ -199,7 +199,8 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     auto* c = new QComboBox(this);
     c->setObjectName(name);
     c->installEventFilter(this);
-    connect(c, &QComboBox::currentIndexChanged, this, asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+    connect(c, &QComboBox::currentIndexChanged, this,
+            asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
                 if (f) f();
             }));
     connect(c, &QComboBox::currentIndexChanged, this, &FormBase::noteControlChange);
@@ -211,7 +212,8 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     auto* l = new QListWidget(this);
     l->setObjectName(name);
     l->installEventFilter(this);
-    connect(l, &QListWidget::currentRowChanged, this, asUserStep(l, UserEvent::Change, [f = std::move(onClick)](int) {
+    connect(l, &QListWidget::currentRowChanged, this,
+            asUserStep(l, UserEvent::Change, [f = std::move(onClick)](int) {
                 if (f) f();
             }));
     if (onDblClick)
@@ -224,7 +226,8 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
 QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std::function<void()> onClick) {
     auto* c = new QCheckBox(caption, this);
     c->setObjectName(name);
-    connect(c, &QCheckBox::stateChanged, this, asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+    connect(c, &QCheckBox::stateChanged, this,
+            asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
                 if (f) f();
             }));
     connect(c, &QCheckBox::stateChanged, this, &FormBase::noteControlChange);
@@ -237,9 +240,13 @@ QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
     o->setObjectName(name);
     // Only the option turned on is the user's choice; the one turned off goes with it.
     connect(o, &QRadioButton::toggled, this, [this, o, f = std::move(onClick)](bool on) {
-        if (on) runUserStep(*this, *o, UserEvent::Click, [&] {
-            if (f) f();
-        }, actionName());
+        if (on)
+            runUserStep(
+                *this, *o, UserEvent::Click,
+                [&] {
+                    if (f) f();
+                },
+                actionName());
     });
     connect(o, &QRadioButton::toggled, this, &FormBase::noteControlChange);
     return o;

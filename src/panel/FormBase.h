@@ -6,8 +6,8 @@
 
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
-#include "panel/UserSteps.h"
 #include "panel/PreviewPlan.h"
+#include "panel/UserSteps.h"
 #include "panel/Vantry.h"
 
 #include <QPixmap>
@@ -89,7 +89,8 @@ class FormBase : public QWidget {
     // UserSteps.h); a control without a handler is told all the same.
     template <class F> auto asUserStep(QObject* control, UserEvent event, F f) {
         return [this, control, event, f = std::move(f)](auto&&... args) {
-            runUserStep(*this, *control, event, [&] { f(args...); }, actionName());
+            runUserStep(
+                *this, *control, event, [&] { f(args...); }, actionName());
         };
     }
 

@@ -84,7 +84,8 @@ void Mainfrm::buildMenus() {
     auto entryFn = [this](QMenu* menu, const char* name, const char* caption, std::function<void()> fn) {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
-        connect(a, &QAction::triggered, this, asUserStep(a, UserEvent::Menu, [fn = std::move(fn), caption](bool) {
+        connect(a, &QAction::triggered, this,
+                asUserStep(a, UserEvent::Menu, [fn = std::move(fn), caption](bool) {
                     nameAction(caption);
                     fn();
                 }));

@@ -10,8 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QProcess>
 #include <QJsonDocument>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -49,7 +49,8 @@ int differentPixels(const std::vector<host::Picture>& a, const std::vector<host:
 class ConverterFaults : public ScriptTest {
   protected:
     void SetUp() override {
-        if (QStandardPaths::findExecutable("convert").isEmpty()) GTEST_SKIP() << "the converter is not installed";
+        if (QStandardPaths::findExecutable("convert").isEmpty())
+            GTEST_SKIP() << "the converter is not installed";
         host::Animation a;
         for (int f = 0; f < 3; ++f)
             a.frames.push_back(patternPicture(6, 4, 10 * f));
@@ -70,7 +71,8 @@ class ConverterFaults : public ScriptTest {
     }
     // The user's folder holds nothing but what the test put there.
     QStringList strays() const {
-        return QDir(dir.path()).entryList({".kirrel-*", "*.gif", "*.png", "*.mng"}, QDir::Files | QDir::Hidden);
+        return QDir(dir.path())
+            .entryList({".kirrel-*", "*.gif", "*.png", "*.mng"}, QDir::Files | QDir::Hidden);
     }
     // One script of the ways that run the converter, each followed by a dump.
     RunResult runEveryWay(const std::string& host = R"("temp_dir": "tmp", "animation": "anim.dat",
@@ -106,7 +108,8 @@ TEST_F(ConverterFaults, EveryFaultLosesNothingAndLeavesNothingBehind) {
             const auto texts = dialogTexts(s);
             std::string said;
             for (const auto& d : s["dialogs"].toArray())
-                if (d.toObject()["kind"].toString() != "file_save" && d.toObject()["kind"].toString() != "file_open")
+                if (d.toObject()["kind"].toString() != "file_save" &&
+                    d.toObject()["kind"].toString() != "file_open")
                     said += d.toObject()["text"].toString().toStdString() + "|";
             EXPECT_FALSE(said.empty());
         }
@@ -125,8 +128,10 @@ TEST_F(ConverterFaults, AFirstGoodFrameThenGarbageStopsTheImportAndNamesTheFrame
     writeFile(at("good.gif"), readFile(gif));
     useFake({"half", "", ""});
     writeFile(at("fake/convert"), "#!/bin/sh\nfor last; do :; done\nd=$(dirname \"$last\")\n"
-                                  "cp '" + at("good.gif").toStdString() + "' \"$d/gif_frame-0.gif\"\n"
-                                  "echo garbage > \"$d/gif_frame-1.gif\"\n");
+                                  "cp '" +
+                                      at("good.gif").toStdString() +
+                                      "' \"$d/gif_frame-0.gif\"\n"
+                                      "echo garbage > \"$d/gif_frame-1.gif\"\n");
     const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
         {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "after"}]})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
@@ -140,9 +145,11 @@ TEST_F(ConverterFaults, AFirstGoodFrameThenGarbageStopsTheImportAndNamesTheFrame
 TEST_F(ConverterFaults, OddNamesAreExactlyThoseFilesAndRunNothing) {
     // Each name once as the export's output and once as the import's input.
     // A plain name first: what it gives, every odd one must give.
-    const std::vector<std::string> names = {"plain.gif", "out%d.gif",  "out[1].gif", "out*.gif",     "out?.gif",
-                                            "o\"ut.gif", "o\nut.gif",  "$(touch PWNED).gif", "-out.gif"};
-    std::string steps = R"({"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},)";
+    const std::vector<std::string> names = {"plain.gif", "out%d.gif",          "out[1].gif",
+                                            "out*.gif",  "out?.gif",           "o\"ut.gif",
+                                            "o\nut.gif", "$(touch PWNED).gif", "-out.gif"};
+    std::string steps =
+        R"({"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},)";
     for (std::size_t i = 0; i < names.size(); ++i) {
         QJsonArray file{QString::fromStdString("odd/" + names[i])};
         const std::string quoted = QJsonDocument(file).toJson(QJsonDocument::Compact).toStdString();
@@ -158,7 +165,8 @@ TEST_F(ConverterFaults, OddNamesAreExactlyThoseFilesAndRunNothing) {
     }
     steps.pop_back();
     QDir().mkpath(at("odd"));
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [)" + steps + "]}");
+    const RunResult r =
+        run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [)" + steps + "]}");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     QStringList want;
     for (const std::string& n : names)
@@ -181,7 +189,8 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     const QString gif = makeSampleGifs(at("gifs")).front();
     QFile::copy(gif, at("in.gif"));
     const int frames = static_cast<int>(coalescedGif(gif).frames.size());
-    for (const char* stale : {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
+    for (const char* stale :
+         {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
         writeFile(at(QString("tmp/") + stale), readFile(at("in.gif")));
     const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
         {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct"},
@@ -234,7 +243,8 @@ TEST_F(ConverterFaults, CtrlCDuringAnExportEndsTheConverterAndCleansUp) {
     QThread::msleep(100);
     const std::string stat = readFile(QString::fromStdString("/proc/" + pid + "/stat"));
     const auto state = stat.find(") ");
-    EXPECT_TRUE(stat.empty() || (state != std::string::npos && stat[state + 2] == 'Z')) << "the converter still runs";
+    EXPECT_TRUE(stat.empty() || (state != std::string::npos && stat[state + 2] == 'Z'))
+        << "the converter still runs";
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(' ').toStdString();
     EXPECT_FALSE(QFileInfo::exists(at("never")));
     EXPECT_TRUE(strays().isEmpty()) << strays().join(' ').toStdString();

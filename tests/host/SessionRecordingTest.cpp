@@ -93,8 +93,8 @@ TEST_F(SessionRecording, ARecordedSessionReplaysToTheSameBytesAndOnAnotherAnimat
     ASSERT_FALSE(window->recorder().stopAndSave(script).has_value());
     const std::string text = readFile(script);
     for (const char* step : {R"({"open":"Wipes"})", R"("click":"cmd_Run")", R"({"window":"swapMainAndSwap"})",
-                             R"("Van_GotoFrame")", R"({"answer":[{"file":"gifs/)", R"({"menu":"menuImportAnimGif"})",
-                             R"({"window":"clearAlpha"})"})
+                             R"("Van_GotoFrame")", R"({"answer":[{"file":"gifs/)",
+                             R"({"menu":"menuImportAnimGif"})", R"({"window":"clearAlpha"})"})
         EXPECT_NE(text.find(step), std::string::npos) << step << "\n" << text;
     EXPECT_EQ(text.find("cboFrameEnd"), std::string::npos) << "untouched lists are not steps";
 
@@ -103,7 +103,8 @@ TEST_F(SessionRecording, ARecordedSessionReplaysToTheSameBytesAndOnAnotherAnimat
     const RunResult r = replay(script);
     ASSERT_EQ(r.exitCode, 0) << r.err;
     for (const char* file : {"animation.dat", "swap.dat", "alpha.dat"})
-        EXPECT_TRUE(readFile(at(QString("recorded/") + file)) == readFile(at(QString("replayed/") + file))) << file;
+        EXPECT_TRUE(readFile(at(QString("recorded/") + file)) == readFile(at(QString("replayed/") + file)))
+            << file;
 }
 
 TEST_F(SessionRecording, ARecordingPlaysOnAnAnimationOfAnotherSizeAndLength) {
@@ -111,7 +112,8 @@ TEST_F(SessionRecording, ARecordingPlaysOnAnAnimationOfAnotherSizeAndLength) {
     window->recorder().start({}, true, host().alphaPlane());
     openPlugin("Transitions", "Wipes");
     ctl<QComboBox>("frmWipes", "cboWipeOptions")->setCurrentText("Primary Color");
-    ctl<QComboBox>("frmWipes", "cboFrameEnd")->setCurrentIndex(ctl<QComboBox>("frmWipes", "cboFrameEnd")->count() - 1);
+    ctl<QComboBox>("frmWipes", "cboFrameEnd")
+        ->setCurrentIndex(ctl<QComboBox>("frmWipes", "cboFrameEnd")->count() - 1);
     ctl<QPushButton>("frmWipes", "cmd_Run")->click();
     const QString script = at("wipe-session.json");
     ASSERT_FALSE(window->recorder().stopAndSave(script).has_value());

@@ -19,7 +19,8 @@ namespace {
 class BatchCommand : public ScriptTest {
   protected:
     void SetUp() override {
-        if (QStandardPaths::findExecutable("ffmpeg").isEmpty() || QStandardPaths::findExecutable("convert").isEmpty())
+        if (QStandardPaths::findExecutable("ffmpeg").isEmpty() ||
+            QStandardPaths::findExecutable("convert").isEmpty())
             GTEST_SKIP() << "ffmpeg and ImageMagick are needed";
         // A wipe into the primary colour over the whole animation.
         writeFile(at("wipe.json"), R"({"host": {"animation": "in/clip00.gif"}, "steps": [
@@ -85,7 +86,8 @@ TEST_F(BatchCommand, CtrlCLeavesOnlyWholeOutputs) {
     const QStringList inputs = makeInputs(12, 40);
     QProcess p;
     p.setWorkingDirectory(dir.path());
-    p.start(KIRREL_EXE, QStringList{"batch", "wipe.json"} + inputs + QStringList{"--out", "out", "--jobs", "2"});
+    p.start(KIRREL_EXE,
+            QStringList{"batch", "wipe.json"} + inputs + QStringList{"--out", "out", "--jobs", "2"});
     ASSERT_TRUE(p.waitForStarted());
     for (int i = 0; i < 400 && QDir(at("out")).entryList({"*.gif"}, QDir::Files).isEmpty(); ++i)
         QThread::msleep(25);
@@ -103,10 +105,12 @@ TEST_F(BatchCommand, CtrlCLeavesOnlyWholeOutputs) {
 TEST_F(BatchCommand, GnuParallelGivesTheSameFilesAsJobs) {
     if (QStandardPaths::findExecutable("parallel").isEmpty()) GTEST_SKIP() << "GNU parallel is not installed";
     const QStringList inputs = makeInputs(4);
-    ASSERT_EQ(batch(QStringList{"wipe.json"} + inputs + QStringList{"--out", "jobs", "--jobs", "2"}).exitCode, 0);
+    ASSERT_EQ(batch(QStringList{"wipe.json"} + inputs + QStringList{"--out", "jobs", "--jobs", "2"}).exitCode,
+              0);
     QProcess p;
     p.setWorkingDirectory(dir.path());
-    p.start("parallel", QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs);
+    p.start("parallel",
+            QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs);
     ASSERT_TRUE(p.waitForFinished(300000));
     ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
     for (const QString& f : QDir(at("jobs")).entryList(QDir::Files))
