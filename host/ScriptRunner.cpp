@@ -375,6 +375,7 @@ class Runner {
     static void exportFrames(const QString& file, bool withAlpha) {
         const HostState& host = runningHost();
         std::vector<Picture> frames;
+        frames.reserve(static_cast<std::size_t>(std::max(1, host.totalFrames())));
         for (int f = 0; f < host.totalFrames(); ++f)
             frames.push_back(host.framePicture(f));
         if (frames.empty()) frames.push_back(host.mainPicture());

@@ -64,13 +64,13 @@ class SessionRecorder::AnswerTap : public Responder {
     }
     std::string fileOpen(const std::string& title, const std::string& def,
                          const std::string& filter) override {
-        const std::string f = inner_ ? inner_->fileOpen(title, def, filter) : std::string();
+        std::string f = inner_ ? inner_->fileOpen(title, def, filter) : std::string();
         recorder_.answered({{"file", QString::fromStdString(f)}});
         return f;
     }
     std::string fileSave(const std::string& title, const std::string& def,
                          const std::string& filter) override {
-        const std::string f = inner_ ? inner_->fileSave(title, def, filter) : std::string();
+        std::string f = inner_ ? inner_->fileSave(title, def, filter) : std::string();
         recorder_.answered({{"file", QString::fromStdString(f)}});
         return f;
     }

@@ -24,7 +24,7 @@ int wholeArg(const QJsonObject& args, const char* key, int lo, int hi) {
 }
 
 QString fileArg(const QJsonObject& args) {
-    const QString f = args["file"].toString();
+    QString f = args["file"].toString();
     if (f.isEmpty()) throw std::invalid_argument("\"file\" names the picture to read");
     return f;
 }

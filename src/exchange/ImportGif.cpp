@@ -55,7 +55,7 @@ std::string askGif(Vantry::Vantry_Class& van) {
     van.Van_BufferHeight();
     van.Van_BufferWidth();
     van.Van_GetTotalFrames();
-    const std::string in = van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
+    std::string in = van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
     if (in.empty() || van.Van_ConfirmDiscard() == 2) return {};
     return in;
 }
