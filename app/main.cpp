@@ -1,5 +1,6 @@
 // kirrel: the panel of animation effects with its stand-in host, or a session script played headless.
 
+#include "host/BatchCommand.h"
 #include "host/DemoReel.h"
 #include "host/HostState.h"
 #include "host/HostWindow.h"
@@ -113,9 +114,24 @@ int runDemoReel(const QString& animation) {
     return 0;
 }
 
+// `kirrel batch ...`: no window, no display needed.
+int runBatch(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietMessages);
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName("kirrel");
+    QStringList args = QCoreApplication::arguments().mid(2);
+    if (args.contains("--help") || args.contains("-h")) {
+        std::fputs(kirrel::host::batchCommandHelp(), stdout);
+        return 0;
+    }
+    return kirrel::host::runBatchCommand(args, defaultTempDir());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && std::string(argv[1]) == "batch") return runBatch(argc, argv);
     QString script, trace, animation;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];

@@ -35,8 +35,8 @@ enum class ExportTransparency {
 };
 
 struct ExportOptions {
-    int loop = 0;      // how many times the animation plays; 0 for ever
-    int quality = -1;  // 0..100; -1 gives the format's default (WebP: 100, which is lossless)
+    int loop = 0;     // how many times the animation plays; 0 for ever
+    int quality = -1; // 0..100; -1 gives the format's default (WebP: 100, which is lossless)
     ExportTransparency transparency = ExportTransparency::Alpha;
 };
 

@@ -42,7 +42,8 @@ QString filterText() {
 
 } // namespace
 
-ExportAnimationDialog::ExportAnimationDialog(QWidget* parent, const QString& suggestedPath, bool hasTransparency)
+ExportAnimationDialog::ExportAnimationDialog(QWidget* parent, const QString& suggestedPath,
+                                             bool hasTransparency)
     : QDialog(parent) {
     setObjectName("exportAnimationDialog");
     setWindowTitle("Export Animation");
@@ -84,7 +85,8 @@ ExportAnimationDialog::ExportAnimationDialog(QWidget* parent, const QString& sug
     transparency_->setObjectName("exportTransparency");
     transparency_->addItem("None: every pixel opaque", static_cast<int>(ExportTransparency::None));
     transparency_->addItem("The alpha channel", static_cast<int>(ExportTransparency::Alpha));
-    transparency_->addItem("Where the paper (secondary) colour shows", static_cast<int>(ExportTransparency::Paper));
+    transparency_->addItem("Where the paper (secondary) colour shows",
+                           static_cast<int>(ExportTransparency::Paper));
     transparency_->setCurrentIndex(hasTransparency ? 1 : 0);
     form->addRow("Transparent:", transparency_);
 

@@ -88,8 +88,9 @@ void FrameBar::showFrames(int position, int total) {
         slider_->setValue(std::clamp(position, 0, std::max(0, total_ - 1)));
     }
     const bool animated = total_ > 0;
-    for (QWidget* w : {static_cast<QWidget*>(first_), static_cast<QWidget*>(prev_), static_cast<QWidget*>(next_),
-                       static_cast<QWidget*>(last_), static_cast<QWidget*>(slider_), static_cast<QWidget*>(delay_)})
+    for (QWidget* w :
+         {static_cast<QWidget*>(first_), static_cast<QWidget*>(prev_), static_cast<QWidget*>(next_),
+          static_cast<QWidget*>(last_), static_cast<QWidget*>(slider_), static_cast<QWidget*>(delay_)})
         w->setEnabled(animated);
     playStop_->setEnabled(total_ > 1);
     if (total_ <= 1) stop();

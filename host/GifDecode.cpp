@@ -3,8 +3,8 @@
 // background colour instead, and Qt's reader does not dispose at all), and the same frames the
 // panel's own GIF imports get. ffmpeg stands in only when ImageMagick is missing or gives up.
 
-#include "host/AnimationBuilder.h"
 #include "exchange/GifBlocks.h"
+#include "host/AnimationBuilder.h"
 #include "host/MediaReaders.h"
 #include "host/ToolRun.h"
 

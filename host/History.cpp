@@ -182,7 +182,8 @@ void History::setBudget(std::size_t bytes, int maxSteps) {
 // action just taken can always be undone.
 void History::trim(const HostSnapshot& now) {
     std::size_t drop = 0;
-    while (steps_.size() - drop > static_cast<std::size_t>(maxSteps_)) ++drop;
+    while (steps_.size() - drop > static_cast<std::size_t>(maxSteps_))
+        ++drop;
     if (drop) {
         steps_.erase(steps_.begin(), steps_.begin() + static_cast<std::ptrdiff_t>(drop));
         done_ -= std::min(done_, drop);

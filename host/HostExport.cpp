@@ -16,7 +16,8 @@ void exportHostAnimation(const HostState& host, const QString& path, const Expor
         frames.push_back(host.mainPicture());
         delays.push_back(HostState::kDefaultDelayMs);
     }
-    exportAnimation(path, ExportInput{frames, delays, host.alphaPlane(), host.secondaryColor()}, options, progress);
+    exportAnimation(path, ExportInput{frames, delays, host.alphaPlane(), host.secondaryColor()}, options,
+                    progress);
 }
 
 } // namespace kirrel::host

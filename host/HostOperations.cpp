@@ -127,11 +127,10 @@ const std::map<QString, std::pair<int, Op>>& table() {
 void callHostOperation(const QString& name, const QJsonArray& args) {
     auto it = table().find(name);
     if (it == table().end())
-        throw HostOperationError("\"" + name.toStdString() +
-                                    "\" is not a host operation a script can call");
+        throw HostOperationError("\"" + name.toStdString() + "\" is not a host operation a script can call");
     if (args.size() != it->second.first)
         throw HostOperationError(name.toStdString() + " takes " + std::to_string(it->second.first) +
-                                    " arguments");
+                                 " arguments");
     Vantry_Class van;
     it->second.second(van, args);
 }

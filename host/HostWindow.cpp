@@ -6,6 +6,7 @@
 #include "host/FrameBar.h"
 #include "host/HostState.h"
 #include "host/PanelDock.h"
+#include "host/SessionRecorder.h"
 #include "panel/EventGuard.h"
 #include "panel/WaitEvents.h"
 
@@ -44,6 +45,7 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
     buildCentre();
     buildSidePanel();
     buildStatusBar();
+    recorder_ = std::make_unique<SessionRecorder>(host_);
     panelDock_ = new PanelDock(this);
     addDockWidget(Qt::LeftDockWidgetArea, panelDock_);
 
@@ -66,6 +68,7 @@ HostWindow::HostWindow(HostState& host, QWidget* parent) : QMainWindow(parent), 
 }
 
 HostWindow::~HostWindow() {
+    recorder_->cancel();
     host_.onChange = nullptr;
     host_.onFormSent = nullptr;
     host_.onStopAnimation = nullptr;
@@ -159,6 +162,8 @@ void HostWindow::buildActions() {
         "duplicateFrame", "&Duplicate Frame", [this] { duplicateFrame(); }, QKeySequence("Ctrl+D"));
     makeAction("deleteFrame", "De&lete Frame…", [this] { deleteFrame(); });
     makeAction("delayAllFrames", "Set Delay of &All Frames…", [this] { setDelayOfAllFrames(); });
+    makeAction("recordSession", "&Record Session", [this] { startRecording(); });
+    makeAction("stopRecording", "&Stop Recording…", [this] { stopRecording(); });
 
     makeAction(
         "swapMainAndSwap", "&Swap Main and Swap", [this] { swapMainAndSwap(); },
@@ -194,11 +199,12 @@ void HostWindow::buildMenus() {
     add(menuBar()->addMenu("&Edit"), {"undo", "redo"});
     add(menuBar()->addMenu("&View"),
         {"zoomFit", "zoomActual", "zoomIn", "zoomOut", "-", "showAlpha", "showOutline"});
-    add(menuBar()->addMenu("F&rame"), {"playStop", "-", "firstFrame", "previousFrame", "nextFrame",
-                                       "lastFrame", "-", "duplicateFrame", "deleteFrame", "-",
-                                       "delayAllFrames"});
+    add(menuBar()->addMenu("F&rame"),
+        {"playStop", "-", "firstFrame", "previousFrame", "nextFrame", "lastFrame", "-", "duplicateFrame",
+         "deleteFrame", "-", "delayAllFrames"});
     add(menuBar()->addMenu("&Swap"), {"swapMainAndSwap", "copyFrameToSwap", "loadSwap"});
     add(menuBar()->addMenu("&Alpha"), {"alphaFromImage", "clearAlpha", "fillAlpha", "-", "showAlpha"});
+    add(menuBar()->addMenu("&Tools"), {"recordSession", "stopRecording"});
     add(menuBar()->addMenu("&Window"), {"showPanel"});
     add(menuBar()->addMenu("&Help"), {"gettingStarted", "-", "about"});
     rebuildRecentMenu();
@@ -281,7 +287,7 @@ void HostWindow::buildCentre() {
     connect(frameBar_, &FrameBar::delayEdited, this, [this](int f, int ms) {
         runGuarded(
             [&] {
-                if (!host_.locked()) host_.setFrameDelay(f, ms);
+                if (!host_.locked()) command("setFrameDelay", {{"frame", f}, {"ms", ms}});
             },
             "Frame Delay");
     });
@@ -406,6 +412,11 @@ void HostWindow::buildStatusBar() {
     panel::markUsableWhileWaiting(cancelRun_);
     connect(cancelRun_, &QToolButton::clicked, this, [this] { host_.requestCancel(); });
     cancelRun_->hide();
+    recordingLabel_ = new QLabel(bar);
+    recordingLabel_->setObjectName("recordingLabel");
+    recordingLabel_->setStyleSheet("color: #b00020; font-weight: bold;");
+    recordingLabel_->hide();
+    bar->addPermanentWidget(recordingLabel_);
     bar->addPermanentWidget(runLabel_);
     bar->addPermanentWidget(progress_);
     bar->addPermanentWidget(cancelRun_);

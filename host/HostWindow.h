@@ -14,9 +14,11 @@
 #include "host/RecentFiles.h"
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QMainWindow>
 #include <QPointer>
 
+#include <memory>
 #include <vector>
 
 class QAction;
@@ -36,6 +38,7 @@ class FrameBar;
 class HostState;
 class BufferThumbnail;
 class PanelDock;
+class SessionRecorder;
 
 class HostWindow : public QMainWindow {
     Q_OBJECT
@@ -61,6 +64,7 @@ class HostWindow : public QMainWindow {
     QProgressBar* progressBar() const { return progress_; }
     BufferThumbnail* swapView() const { return swapView_; }
     PanelDock* panelDock() const { return panelDock_; }
+    SessionRecorder& recorder() const { return *recorder_; }
     QAction* action(const QString& name) const;
 
   protected:
@@ -100,6 +104,8 @@ class HostWindow : public QMainWindow {
     void undo();
     void redo();
     void moveInHistory(bool back);
+    // One of the shared window commands on the host (see WindowCommands.h).
+    void command(const QString& name, const QJsonObject& args = {});
     void stepAdded(const StepSummary& step);
     void swapMainAndSwap();
     void copyFrameToSwap();
@@ -112,6 +118,8 @@ class HostWindow : public QMainWindow {
     void duplicateFrame();
     void deleteFrame();
     void setDelayOfAllFrames();
+    void startRecording();
+    void stopRecording();
     void showPanel();
     void tryWipe();
     void gettingStarted();
@@ -166,6 +174,9 @@ class HostWindow : public QMainWindow {
     std::string shownFilename_;
 
     PanelDock* panelDock_ = nullptr;
+    std::unique_ptr<SessionRecorder> recorder_;
+    QLabel* recordingLabel_ = nullptr;
+    krl::Plane savedAlpha_;
 };
 
 } // namespace kirrel::host

@@ -3,15 +3,17 @@
 // message box and nothing else.
 
 #include "host/CanvasView.h"
-#include "host/FrameBar.h"
-#include "host/HostState.h"
-#include "host/HostWindow.h"
 #include "host/ExportAnimationDialog.h"
 #include "host/FileDialogs.h"
+#include "host/FrameBar.h"
 #include "host/HostExport.h"
+#include "host/HostState.h"
+#include "host/HostWindow.h"
 #include "host/NewAnimationDialog.h"
 #include "host/PanelDock.h"
 #include "host/PngSequence.h"
+#include "host/SessionRecorder.h"
+#include "host/WindowCommands.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/Mainfrm.h"
@@ -186,14 +188,12 @@ bool HostWindow::openAnimation(const QString& path) {
 }
 
 void HostWindow::openFileDialog() {
-    const QString file =
-        chooseFileToOpen(this, "Open Animation or Picture", lastFolder(), openFilter());
+    const QString file = chooseFileToOpen(this, "Open Animation or Picture", lastFolder(), openFilter());
     if (!file.isEmpty()) openAnimation(file);
 }
 
 void HostWindow::openFolderDialog() {
-    const QString dir = chooseFolder(
-        this, "Open Frame Folder (PNG frames, in name order)", lastFolder());
+    const QString dir = chooseFolder(this, "Open Frame Folder (PNG frames, in name order)", lastFolder());
     if (!dir.isEmpty()) openAnimation(dir);
 }
 
@@ -290,7 +290,8 @@ void HostWindow::exportAnimationDialog() {
     const QString base = QFileInfo(documentTitle_).completeBaseName();
     const QSettings settings;
     const QString extension = settings.value("window/exportExtension", "gif").toString();
-    QString start = QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
+    QString start =
+        QDir(lastFolder()).filePath((base.isEmpty() ? QString("animation") : base) + "." + extension);
     // Never the file the animation came from: an export beside it keeps the original.
     if (QFileInfo(start) == QFileInfo(documentPath_))
         start = QDir(lastFolder()).filePath(base + "-edited." + extension);
@@ -361,30 +362,40 @@ void HostWindow::redo() {
     moveInHistory(false);
 }
 
+void HostWindow::command(const QString& name, const QJsonObject& args) {
+    runWindowCommand(host_, name, args);
+    recorder_->windowStep(name, args);
+}
+
 void HostWindow::moveInHistory(bool back) {
-    const std::string label = back ? host_.history().undoLabel() : host_.history().redoLabel();
-    if (back ? host_.undo() : host_.redo())
-        statusBar()->showMessage(QString(back ? "Undone: %1" : "Redone: %1").arg(QString::fromStdString(label)),
-                                 kMessageMs);
-    else
+    const History& history = host_.history();
+    const std::string label = back ? history.undoLabel() : history.redoLabel();
+    if (host_.locked() || !(back ? history.canUndo() : history.canRedo())) {
         statusBar()->showMessage(back ? "Nothing to undo" : "Nothing to redo", kMessageMs);
+        return;
+    }
+    command(back ? "undo" : "redo");
+    statusBar()->showMessage(QString(back ? "Undone: %1" : "Redone: %1").arg(QString::fromStdString(label)),
+                             kMessageMs);
 }
 
 // After every change the status bar says what changed, and the canvas shows the first frame that
 // did (the dialog has put the current frame back by now, as it always does).
 void HostWindow::stepAdded(const StepSummary& step) {
     statusBar()->showMessage(QString::fromStdString(describe(step)), kMessageMs);
-    if (step.frames && step.frames->first != host_.currentFrame() && host_.totalFrames() > 0)
+    if (step.frames && step.frames->first != host_.currentFrame() && host_.totalFrames() > 0) {
         host_.gotoFrame(step.frames->first);
+        // The frame shown is where the next command acts: a recording goes there too.
+        recorder_->hostStep("Van_GotoFrame", {host_.currentFrame()}, "goto");
+    }
 }
 
 void HostWindow::swapMainAndSwap() {
-    host_.saveUndo();
-    host_.swapMainAndSwap();
+    command("swapMainAndSwap");
 }
 
 void HostWindow::copyFrameToSwap() {
-    host_.copyFrameToSwap();
+    command("copyFrameToSwap");
     statusBar()->showMessage(QString("Frame %1 copied to the swap picture").arg(host_.currentFrame()),
                              kMessageMs);
 }
@@ -392,44 +403,31 @@ void HostWindow::copyFrameToSwap() {
 void HostWindow::loadImageIntoSwap() {
     const QString file = pickFile("Load Image into Swap", pictureFilter());
     if (file.isEmpty()) return;
-    Picture p;
+    const int w = host_.swapPicture().width(), h = host_.swapPicture().height();
     try {
-        p = readPictureFile(file);
+        command("loadSwap", {{"file", file}});
     } catch (const std::exception& e) {
         warn("Load Image into Swap", QString("Kirrel could not read “%1”.\n\n%2").arg(file, e.what()));
         return;
     }
-    const bool scaled = p.width() != host_.bufferWidth() || p.height() != host_.bufferHeight();
-    host_.loadSwap(p);
-    statusBar()->showMessage(
-        scaled ? QString("Swap picture loaded and scaled from %1 × %2 to the buffer's %3 × %4")
-                     .arg(p.width())
-                     .arg(p.height())
-                     .arg(host_.bufferWidth())
-                     .arg(host_.bufferHeight())
-               : QString("Swap picture loaded"),
-        kMessageMs);
+    (void)w;
+    (void)h;
+    statusBar()->showMessage(QString("Swap picture loaded from %1").arg(QFileInfo(file).fileName()),
+                             kMessageMs);
 }
 
 void HostWindow::alphaFromImage() {
     const QString file = pickFile("Alpha from Image (its brightness becomes the alpha)", pictureFilter());
     if (file.isEmpty()) return;
-    krl::Plane a;
     try {
-        a = readAlphaFile(file);
+        command("alphaFromImage", {{"file", file}});
     } catch (const std::exception& e) {
         warn("Alpha from Image", QString("Kirrel could not read “%1”.\n\n%2").arg(file, e.what()));
-        return;
     }
-    host_.saveUndo();
-    host_.setAlpha(scalePlane(a, host_.bufferWidth(), host_.bufferHeight()));
-    host_.alphaOn();
-    host_.initMarquee();
 }
 
 void HostWindow::fillAlpha(int value, const QString& what) {
-    host_.saveUndo();
-    host_.fillAlpha(value);
+    command(value ? "fillAlpha" : "clearAlpha");
     if (canvas_->hasOutline()) host_.initMarquee();
     statusBar()->showMessage(
         what + (value ? ": the whole picture is opaque" : ": the whole picture is transparent"), kMessageMs);
@@ -443,6 +441,9 @@ void HostWindow::setShowAlpha(bool on) {
 void HostWindow::setColours(QColor primary, QColor secondary) {
     host_.setPrimaryColor(primary.red(), primary.green(), primary.blue());
     host_.setSecondaryColor(secondary.red(), secondary.green(), secondary.blue());
+    recorder_->hostStep("Van_SetPrimaryColor", {primary.red(), primary.green(), primary.blue()}, "primary");
+    recorder_->hostStep("Van_SetSecondaryColor", {secondary.red(), secondary.green(), secondary.blue()},
+                        "secondary");
 }
 
 // --- frames ------------------------------------------------------------------------------------
@@ -450,32 +451,69 @@ void HostWindow::setColours(QColor primary, QColor secondary) {
 void HostWindow::goToFrame(int frame) {
     if (host_.locked() || host_.totalFrames() == 0) return;
     host_.gotoFrame(std::clamp(frame, 0, host_.totalFrames() - 1));
+    // Scrubbing gives many frames on the way: the recording keeps where the user stopped.
+    recorder_->hostStep("Van_GotoFrame", {host_.currentFrame()}, "goto");
+}
+
+void HostWindow::startRecording() {
+    if (recorder_->recording()) return;
+    recorder_->start(documentPath_, isModified(), savedAlpha_);
+    recordingLabel_->setText("● Recording");
+    recordingLabel_->show();
+    statusBar()->showMessage(
+        "Recording: what you do in the panel and to the pictures becomes a session script. "
+        "Tools ▸ Stop Recording saves it.",
+        kMessageMs);
+    updateActions();
+}
+
+void HostWindow::stopRecording() {
+    if (!recorder_->recording()) return;
+    const QString base = QFileInfo(documentPath_).completeBaseName();
+    const QString start =
+        QDir(lastFolder()).filePath((base.isEmpty() ? QString("session") : base) + "-session.json");
+    const QString file =
+        chooseFileToSave(this, "Save the Recorded Session", start, "Session scripts (*.json)");
+    if (file.isEmpty()) return; // still recording
+    const int steps = recorder_->stepCount();
+    if (const auto error = recorder_->stopAndSave(file)) {
+        warn("Stop Recording", QString("Kirrel could not save the recording.\n\n%1").arg(*error));
+        return;
+    }
+    recordingLabel_->hide();
+    updateActions();
+    statusBar()->showMessage(
+        QString("Saved %1 step(s) to %2; kirrel batch %2 INPUT... --out DIR plays them on "
+                "other files")
+            .arg(steps)
+            .arg(QFileInfo(file).fileName()),
+        kMessageMs * 2);
 }
 
 void HostWindow::duplicateFrame() {
-    const int f = host_.currentFrame();
-    host_.insertFrame(f);
-    host_.gotoFrame(f + 1);
+    command("duplicateFrame");
 }
 
 void HostWindow::setDelayOfAllFrames() {
     if (host_.locked() || host_.totalFrames() == 0) return;
     bool ok = false;
-    const int ms = QInputDialog::getInt(this, "Set Delay of All Frames",
-                                        "How long every frame stays on screen (milliseconds):",
-                                        host_.frameDelay(host_.currentFrame()), 10, HostState::kMaxDelayMs, 10, &ok);
+    const int ms = QInputDialog::getInt(
+        this, "Set Delay of All Frames",
+        "How long every frame stays on screen (milliseconds):", host_.frameDelay(host_.currentFrame()), 10,
+        HostState::kMaxDelayMs, 10, &ok);
     if (!ok) return;
-    host_.setFrameDelays(std::vector<int>(static_cast<std::size_t>(host_.totalFrames()), ms));
+    command("setDelayOfAllFrames", {{"ms", ms}});
     statusBar()->showMessage(QString("Every frame now stays %1 ms").arg(ms), kMessageMs);
 }
 
 void HostWindow::deleteFrame() {
     const int f = host_.currentFrame();
-    if (QMessageBox::question(this, "Delete Frame", QString("Delete frame %1? This cannot be undone.").arg(f),
+    if (QMessageBox::question(this, "Delete Frame",
+                              QString("Delete frame %1?\n\nEdit ▸ Undo brings it back.").arg(f),
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return;
     frameBar_->stop();
-    host_.deleteFrame(f);
+    command("deleteFrame");
 }
 
 // --- the panel and help ------------------------------------------------------------------------
@@ -503,7 +541,8 @@ void HostWindow::tryWipe() {
     const auto wipes = plugins->findItems("Wipes", Qt::MatchExactly);
     if (wipes.isEmpty()) return;
     plugins->setCurrentItem(wipes.front());
-    runGuarded([main] { main->List2_DblClick(); });
+    // As a double click: the catalogue opens the plug-in, and a recording notes it.
+    emit plugins->itemDoubleClicked(wipes.front());
 }
 
 void HostWindow::setWelcomeVisible(bool on) {

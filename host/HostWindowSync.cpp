@@ -10,6 +10,7 @@
 #include "host/HostWindow.h"
 #include "host/PanelDock.h"
 #include "host/SelectionOutline.h"
+#include "host/SessionRecorder.h"
 
 #include <QAction>
 #include <QApplication>
@@ -180,13 +181,17 @@ void HostWindow::updateActions() {
         a->setEnabled(free);
     const History& history = host_.history();
     action("undo")->setEnabled(free && history.canUndo());
-    action("undo")->setText(history.canUndo() ? "&Undo " + QString::fromStdString(history.undoLabel()) : "&Undo");
+    action("undo")->setText(history.canUndo() ? "&Undo " + QString::fromStdString(history.undoLabel())
+                                              : "&Undo");
     action("redo")->setEnabled(free && history.canRedo());
-    action("redo")->setText(history.canRedo() ? "&Redo " + QString::fromStdString(history.redoLabel()) : "&Redo");
+    action("redo")->setText(history.canRedo() ? "&Redo " + QString::fromStdString(history.redoLabel())
+                                              : "&Redo");
     for (const char* n : {"playStop", "firstFrame", "previousFrame", "nextFrame", "lastFrame",
                           "duplicateFrame", "deleteFrame"})
         action(n)->setEnabled(free && animated);
     action("playStop")->setEnabled(free && host_.totalFrames() > 1);
+    action("recordSession")->setEnabled(free && !recorder_->recording());
+    action("stopRecording")->setEnabled(free && recorder_->recording());
     // The panel stays reachable during a run: its forms are separate windows.
     action("showPanel")->setEnabled(true);
 }
@@ -217,6 +222,7 @@ void HostWindow::adoptCurrentAsDocument(const QString& title, const QString& pat
         savedFrames_.push_back(host_.framePicture(f));
     savedStill_ = host_.mainPicture();
     savedDelays_ = host_.frameDelays();
+    savedAlpha_ = host_.alphaPlane();
     documentTitle_ = title;
     documentPath_ = path;
     refreshFromHost();

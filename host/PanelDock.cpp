@@ -47,8 +47,8 @@ void PanelDock::adopt(QWidget* form) {
 
 QWidget* PanelDock::shownForm() const {
     // The panel's own bookkeeping knows which form came to the front last.
-    if (panel::FormBase* front = panel::FormBase::front(); front && front->parentWidget() == forms_ &&
-                                                            front->isVisibleTo(forms_))
+    if (panel::FormBase* front = panel::FormBase::front();
+        front && front->parentWidget() == forms_ && front->isVisibleTo(forms_))
         return front;
     for (const QPointer<QWidget>& f : adopted_)
         if (f && f->isVisibleTo(forms_)) return f;
@@ -78,7 +78,8 @@ bool PanelDock::eventFilter(QObject* watched, QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         auto* form = qobject_cast<panel::FormBase*>(watched);
         if (key->key() == Qt::Key_Escape && form && form->objectName() != "Mainfrm") {
-            runGuarded([form] { form->closeByUser(); });
+            panel::runUserStep(
+                *form, *form, panel::UserEvent::Close, [form] { form->closeByUser(); }, form->actionName());
             return true;
         }
         break;

@@ -4,8 +4,10 @@
 #include "host/HostExport.h"
 #include "host/HostOperations.h"
 #include "host/HostState.h"
+#include "host/PngSequence.h"
 #include "host/ScriptedResponder.h"
 #include "host/StateDump.h"
+#include "host/WindowCommands.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
@@ -41,6 +43,11 @@ namespace {
 
 // A script error: the run stops with exit code 2 and this one line.
 struct ScriptError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// An effect's error box in a script that asked to end on one.
+struct EffectError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
@@ -99,13 +106,32 @@ class Runner {
   public:
     Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
 
-    QString path(const QString& rel) const { return QDir::cleanPath(base_.absoluteFilePath(rel)); }
+    // Relative paths are taken from the script's folder, or from its "base"; "$INPUT_DIR/" starts a
+    // path in the folder of the host block's animation, so a recording made beside one input finds
+    // the files beside another.
+    QString path(const QString& rel) const {
+        static const QString inputDir = QStringLiteral("$INPUT_DIR/");
+        if (rel.startsWith(inputDir))
+            return QDir::cleanPath(inputDir_.absoluteFilePath(rel.mid(inputDir.size())));
+        return QDir::cleanPath(base_.absoluteFilePath(rel));
+    }
+    void setBase(const QString& dir) { base_ = QDir(path(dir)); }
+
+    // A step's "file" as a path.
+    QJsonObject resolvedFile(QJsonObject step) const {
+        if (step.contains("file")) step["file"] = path(step["file"].toString());
+        return step;
+    }
 
     void setUpHost(const QJsonObject& h) {
         // A misspelt setting would otherwise leave the host as it was without a word.
-        static const QStringList known = {
-            "temp_dir", "app_dir",   "animation",     "size",          "frames",   "swap",  "alpha",
-            "primary",  "secondary", "current_frame", "layer_opacity", "settings", "delays", "converter_timeout_s"};
+        static const QStringList known = {"temp_dir",      "app_dir",
+                                          "animation",     "size",
+                                          "frames",        "swap",
+                                          "alpha",         "primary",
+                                          "secondary",     "current_frame",
+                                          "layer_opacity", "settings",
+                                          "delays",        "converter_timeout_s"};
         for (const QString& key : h.keys())
             if (!known.contains(key)) throw ScriptError("unknown host setting \"" + key.toStdString() + "\"");
         if (h.contains("frames") && !h.contains("size")) throw ScriptError("\"frames\" goes with \"size\"");
@@ -142,7 +168,8 @@ class Runner {
         }
         if (h.contains("converter_timeout_s")) {
             const double s = h["converter_timeout_s"].toDouble(-1);
-            if (s < 1 || s > 86400) throw ScriptError("\"converter_timeout_s\" is a number of seconds from 1 to 86400");
+            if (s < 1 || s > 86400)
+                throw ScriptError("\"converter_timeout_s\" is a number of seconds from 1 to 86400");
             host.setConverterTimeoutSeconds(static_cast<int>(s));
         }
         if (h.contains("delays")) host.setFrameDelays(delaysOf(h["delays"], host.totalFrames()));
@@ -201,6 +228,9 @@ class Runner {
         panel::FormBase* f = formFor(step);
         QObject* c = controlIn(f, s["control"].toString());
         auto needIndex = [&](int count) {
+            // "last" picks the last entry, however many the list holds: a recorded choice of a
+            // range's end plays on an animation of another length.
+            if (s["index"].toString() == "last") return count - 1;
             if (s.contains("index")) {
                 const int i = s["index"].toInt(-2);
                 if (i < -1 || i >= count)
@@ -305,10 +335,14 @@ class Runner {
 
     // File > Export Animation: the format from the file's extension, options as keys.
     void exportAnimation(const QJsonObject& step) const {
-        static const QStringList keys = {"export", "loop", "quality", "transparency"};
+        static const QStringList keys = {"export", "loop", "quality", "transparency", "frames"};
         for (const QString& key : step.keys())
             if (!keys.contains(key)) throw ScriptError("an export step has no \"" + key.toStdString() + "\"");
         const QString file = path(step["export"].toString());
+        if (step["frames"].toBool()) {
+            exportFrames(file, step["transparency"].toString("alpha") == "alpha");
+            return;
+        }
         if (!exportFormatFor(file))
             throw ScriptError("\"export\" needs a file ending in .gif, .png, .apng, .webp, .mp4 or .webm");
         ExportOptions o;
@@ -316,8 +350,8 @@ class Runner {
             if (!step.contains(key)) return fallback;
             const double v = step[key].toDouble(-1);
             if (!step[key].isDouble() || v < low || v > high || v != static_cast<int>(v))
-                throw ScriptError(std::string("\"") + key + "\" is a whole number from " + std::to_string(low) +
-                                  " to " + std::to_string(high));
+                throw ScriptError(std::string("\"") + key + "\" is a whole number from " +
+                                  std::to_string(low) + " to " + std::to_string(high));
             return static_cast<int>(v);
         };
         o.loop = whole("loop", 0, 65535, 0);
@@ -337,15 +371,34 @@ class Runner {
         exportHostAnimation(runningHost(), file, o, stop);
     }
 
-    // The host window's own commands, as its menus give them.
-    static void windowCommand(const QString& command) {
-        HostState& host = runningHost();
-        if (command == "undo")
-            host.undo();
-        else if (command == "redo")
-            host.redo();
-        else
-            throw ScriptError("unknown window command \"" + command.toStdString() + "\" (undo, redo)");
+    // File > Save Frames as PNG: walk.png becomes walk_0000.png, walk_0001.png, ... beside it.
+    static void exportFrames(const QString& file, bool withAlpha) {
+        const HostState& host = runningHost();
+        std::vector<Picture> frames;
+        frames.reserve(static_cast<std::size_t>(std::max(1, host.totalFrames())));
+        for (int f = 0; f < host.totalFrames(); ++f)
+            frames.push_back(host.framePicture(f));
+        if (frames.empty()) frames.push_back(host.mainPicture());
+        QDir().mkpath(QFileInfo(file).absolutePath());
+        bool transparent = false;
+        const krl::Plane& alpha = host.alphaPlane();
+        for (std::size_t i = 0; i < alpha.size() && !transparent; ++i)
+            transparent = alpha.data()[i] != 255;
+        writePngSequence(file, frames, withAlpha && transparent ? &alpha : nullptr);
+    }
+
+    // The host window's own commands, as its menus give them; their arguments are keys of the step.
+    static void windowCommand(const QJsonObject& step) {
+        const QString name = step["window"].toString();
+        QJsonObject args = step;
+        args.remove("window");
+        try {
+            if (!runWindowCommand(runningHost(), name, args))
+                throw ScriptError("unknown window command \"" + name.toStdString() + "\" (" +
+                                  windowCommandNames().join(", ").toStdString() + ")");
+        } catch (const std::invalid_argument& e) {
+            throw ScriptError(e.what());
+        }
     }
 
     void screenshot(const QJsonObject& step) {
@@ -383,7 +436,10 @@ class Runner {
         else if (step.contains("answer"))
             answer(step["answer"].toArray());
         else if (step.contains("host"))
-            user([&] { callHostOperation(step["host"].toString(), step["args"].toArray()); });
+            user([&] {
+                nameAction(step["host"].toString().toStdString());
+                callHostOperation(step["host"].toString(), step["args"].toArray());
+            });
         else if (step.contains("dump"))
             dumpHost(runningHost(), path(step["dump"].toString()));
         else if (step.contains("screenshot"))
@@ -393,7 +449,10 @@ class Runner {
         else if (step.contains("export"))
             exportAnimation(step);
         else if (step.contains("window"))
-            user([&] { windowCommand(step["window"].toString()); });
+            user([&] {
+                nameAction(step["window"].toString().toStdString());
+                windowCommand(resolvedFile(step));
+            });
         else
             throw ScriptError("unknown step " +
                               QJsonDocument(step).toJson(QJsonDocument::Compact).toStdString());
@@ -405,25 +464,38 @@ class Runner {
 
   private:
     QDir base_;
+    QDir inputDir_;
 };
 
 } // namespace
 
-ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
-    ScriptResult result;
+QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
     QFile file(scriptPath);
-    if (!file.open(QIODevice::ReadOnly)) return {2, "cannot read the script " + scriptPath.toStdString(), {}};
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = "cannot read the script " + scriptPath.toStdString();
+        return {};
+    }
     QJsonParseError err{};
     const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
-    if (err.error != QJsonParseError::NoError)
-        return {2,
-                "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
-                    std::to_string(err.offset),
-                {}};
-    if (!doc.isObject()) return {2, "the script must be a JSON object with \"host\" and \"steps\"", {}};
-    const QJsonObject root = doc.object();
+    if (err.error != QJsonParseError::NoError) {
+        *error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
+                 std::to_string(err.offset);
+        return {};
+    }
+    if (!doc.isObject()) {
+        *error = "the script must be a JSON object with \"host\" and \"steps\"";
+        return {};
+    }
+    return doc.object();
+}
+
+ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
+    ScriptResult result;
+    std::string error;
+    const QJsonObject root = readSessionScript(scriptPath, &error);
+    if (!error.empty()) return {2, error, {}};
     for (const QString& key : root.keys())
-        if (key != "host" && key != "steps")
+        if (key != "host" && key != "steps" && key != "base" && key != "fail_on_error")
             return {2, "unknown script entry \"" + key.toStdString() + "\"", {}};
     if (root.contains("host") && !root["host"].isObject()) return {2, "\"host\" must be an object", {}};
     if (root.contains("steps") && !root["steps"].isArray())
@@ -443,6 +515,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
     const bool previews = panel::LivePreview::allowed();
     panel::LivePreview::setAllowed(false);
     Runner runner(scriptPath);
+    if (root.contains("base")) runner.setBase(root["base"].toString());
     runningHost().setResponder(&runner.responder_);
     int stepNo = 0;
     try {
@@ -453,16 +526,26 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
         for (const auto& v : steps) {
             ++stepNo;
             if (!v.isObject()) throw ScriptError("a step must be an object");
+            const std::size_t boxes = runningHost().dialogs().size();
             runner.play(v.toObject());
             if (auto abort = takeScriptAbort()) throw ScriptError(*abort);
+            // A batch job asks that an effect's error box end the run as a failure of its input.
+            if (root["fail_on_error"].toBool())
+                for (std::size_t d = boxes; d < runningHost().dialogs().size(); ++d)
+                    if (runningHost().dialogs()[d].kind == "error")
+                        throw EffectError(runningHost().dialogs()[d].text);
             // Ctrl+C or a polite kill: the step in progress has ended its tools and cleaned up.
             if (interrupted()) {
-                result = {128 + interruptSignal(), "interrupted by a signal; the steps after " +
-                                                       std::to_string(stepNo) + " did not run", {}};
+                result = {128 + interruptSignal(),
+                          "interrupted by a signal; the steps after " + std::to_string(stepNo) +
+                              " did not run",
+                          {}};
                 break;
             }
             if (programEnded()) break;
         }
+    } catch (const EffectError& e) {
+        result = {1, "step " + std::to_string(stepNo) + ": " + e.what(), {}};
     } catch (const ScriptError& e) {
         result = {
             2, (stepNo ? "step " + std::to_string(stepNo) + ": " : std::string("host: ")) + e.what(), {}};
@@ -483,6 +566,7 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
 const char* sessionScriptHelp() {
     return R"HELP(Usage: kirrel [ANIMATION]
        kirrel --script SESSION.json [--trace TRACE.txt]
+       kirrel batch SESSION.json INPUT... --out DIR [...]   (see kirrel batch --help)
 
 Without --script Kirrel opens its window, with ANIMATION (a .dat, a folder of PNG frames, an animated
 GIF, PNG or WebP, a video, or a picture) or a built-in sample animation.
@@ -492,7 +576,9 @@ itself), 2 with one line on stderr for a malformed script or a box that had no q
 128 + the signal's number after Ctrl+C (SIGINT) or SIGTERM, once the step in progress has stopped its
 converter and removed its working files. An effect's own error is an error box in state.json, as in
 the window, and the script goes on.
-Relative paths are relative to the script's folder.
+Relative paths are relative to the script's folder (or to the script's "base" entry); a path that
+starts with "$INPUT_DIR/" lies in the folder of the host block's animation. With "fail_on_error": true
+an effect's error box ends the run with exit code 1 and its text.
 
 { "host": { "temp_dir": "tmp", "app_dir": "app",
             "animation": "anim.dat" | "frames/" | "anim.gif" | "anim.png" (APNG) | "anim.webp" |
@@ -506,7 +592,8 @@ Relative paths are relative to the script's folder.
   "steps": [
     {"open": "Wipes"}                      select the category and double-click the plug-in
     {"menu": "menuCombine"}                a menu entry of Mainfrm
-    {"set": {"control": "cboTransitions", "index": 1}}   or "text": "Swap", or "value": 1 / true
+    {"set": {"control": "cboTransitions", "index": 1}}   or "text": "Swap", or "value": 1 / true;
+                                           "index": "last" is a list's last entry, however long
     {"leave": "cboFrameStart"}             the focus leaves a control: its validation runs
     {"click": "cmd_Run"}                   buttons, clickable labels, "cmdSave(2)"
     {"answer": [{"question": 2}, {"value": 7}, {"file": "out.gif"}, {"input": " 30"}]}
@@ -514,14 +601,19 @@ Relative paths are relative to the script's folder.
     {"dump": "out"}                        animation.dat, swap.dat, alpha.dat, state.json, frames/
     {"screenshot": "form.png"}             the form in front
     {"close": "frmWipes"}                  its "Done"; "Mainfrm" closes the panel
-    {"window": "undo"}                     Edit > Undo in the host window; "redo" for Edit > Redo
+    {"window": "undo"}                     a command of the host window: "undo", "redo",
+                                           "swapMainAndSwap", "copyFrameToSwap", "fillAlpha",
+                                           "clearAlpha", "duplicateFrame", "deleteFrame",
+                                           "setFrameDelay" ("frame", "ms"), "setDelayOfAllFrames"
+                                           ("ms"), "loadSwap" and "alphaFromImage" ("file")
     {"export": "out.webp", "loop": 0, "quality": 90, "transparency": "alpha"}
                                            File > Export Animation: the format from the extension
                                            (.gif, .png or .apng, .webp, .mp4, .webm); "loop" is how
                                            often it plays (0 for ever), "quality" 0..100 for WebP
                                            (100 lossless, the default), MP4 and WebM; "transparency"
                                            "alpha" (the alpha channel), "paper" (the secondary
-                                           colour) or "none" ] }
+                                           colour) or "none"; with "frames": true, out.png is written
+                                           as numbered PNG frames out_0000.png, out_0001.png, ... ] }
 Add "form": "frmX" to a step to address a form that is not in front.
 .dat layouts (little-endian int16): animation: Frames, W, H, then R, G, B planes per frame (Frames 0:
 one still picture); swap: W, H, R, G, B; alpha: W, H, one plane. W and H are upper bounds: a plane

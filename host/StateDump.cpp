@@ -24,7 +24,9 @@ namespace kirrel::host {
 
 namespace {
 
-std::string q(const QString& s) { return jsonQuote(s.toStdString()); }
+std::string q(const QString& s) {
+    return jsonQuote(s.toStdString());
+}
 
 std::string colour(std::uint32_t c) {
     return "[" + std::to_string(c & 255) + ", " + std::to_string((c >> 8) & 255) + ", " +
@@ -33,7 +35,8 @@ std::string colour(std::uint32_t c) {
 
 std::string itemsOf(const QStringList& items) {
     std::string out = "[";
-    for (int i = 0; i < items.size(); ++i) out += (i ? ", " : "") + q(items[i]);
+    for (int i = 0; i < items.size(); ++i)
+        out += (i ? ", " : "") + q(items[i]);
     return out + "]";
 }
 
@@ -51,19 +54,23 @@ std::string controlJson(QObject* c, QWidget* form) {
         visible = a->isVisible();
     } else if (auto* cb = qobject_cast<QComboBox*>(c)) {
         QStringList l;
-        for (int i = 0; i < cb->count(); ++i) l << cb->itemText(i);
+        for (int i = 0; i < cb->count(); ++i)
+            l << cb->itemText(i);
         text = q(cb->currentText());
         items = itemsOf(l);
         index = std::to_string(cb->currentIndex());
     } else if (auto* lw = qobject_cast<QListWidget*>(c)) {
         QStringList l;
-        for (int i = 0; i < lw->count(); ++i) l << lw->item(i)->text();
+        for (int i = 0; i < lw->count(); ++i)
+            l << lw->item(i)->text();
         text = q(lw->currentItem() ? lw->currentItem()->text() : QString());
         items = itemsOf(l);
         index = std::to_string(lw->currentRow());
     } else if (auto* ck = qobject_cast<QCheckBox*>(c)) {
         text = q(ck->text());
-        value = std::to_string(ck->checkState() == Qt::Checked ? 1 : ck->checkState() == Qt::PartiallyChecked ? 2 : 0);
+        value = std::to_string(ck->checkState() == Qt::Checked            ? 1
+                               : ck->checkState() == Qt::PartiallyChecked ? 2
+                                                                          : 0);
     } else if (auto* op = qobject_cast<QRadioButton*>(c)) {
         text = q(op->text());
         value = op->isChecked() ? "true" : "false";
@@ -78,7 +85,8 @@ std::string controlJson(QObject* c, QWidget* form) {
     }
     return "{\"name\": " + q(c->objectName()) + ", \"kind\": " + q(kind) + ", \"text\": " + text +
            ", \"items\": " + items + ", \"index\": " + index + ", \"value\": " + value +
-           ", \"enabled\": " + (enabled ? "true" : "false") + ", \"visible\": " + (visible ? "true" : "false") + "}";
+           ", \"enabled\": " + (enabled ? "true" : "false") +
+           ", \"visible\": " + (visible ? "true" : "false") + "}";
 }
 
 std::string formJson(panel::FormBase* f) {
@@ -121,15 +129,16 @@ QString stateJson(const HostState& h) {
     s += "  \"history\": {\"undo\": " + labels(h.history().undoLabels()) +
          ", \"redo\": " + labels(h.history().redoLabels()) + "},\n";
     s += "  \"status\": " + jsonQuote(h.lastStatus()) + ",\n";
-    s += "  \"scrub\": [" + std::to_string(h.scrubPosition()) + ", " + std::to_string(h.scrubTotal()) + "],\n";
+    s +=
+        "  \"scrub\": [" + std::to_string(h.scrubPosition()) + ", " + std::to_string(h.scrubTotal()) + "],\n";
     s += "  \"layers\": " + std::to_string(h.layerCount()) + ",\n";
     s += "  \"layer_opacity\": " + std::to_string(h.layerOpacity()) + ",\n";
     s += "  \"dialogs\": [";
     bool first = true;
     for (const auto& d : h.dialogs()) {
         s += (first ? "\n    " : ",\n    ");
-        s += "{\"kind\": " + jsonQuote(d.kind) + ", \"text\": " + jsonQuote(d.text) + ", \"title\": " +
-             jsonQuote(d.title) + ", \"answer\": " + d.answer + "}";
+        s += "{\"kind\": " + jsonQuote(d.kind) + ", \"text\": " + jsonQuote(d.text) +
+             ", \"title\": " + jsonQuote(d.title) + ", \"answer\": " + d.answer + "}";
         first = false;
     }
     s += "],\n  \"forms\": [";
@@ -144,15 +153,18 @@ QString stateJson(const HostState& h) {
 
 void dumpHost(const HostState& h, const QString& folder) {
     QDir dir(folder);
-    if (!dir.mkpath(".") || !dir.mkpath("frames")) throw std::runtime_error("cannot create " + folder.toStdString());
+    if (!dir.mkpath(".") || !dir.mkpath("frames"))
+        throw std::runtime_error("cannot create " + folder.toStdString());
     Animation a;
-    for (int f = 0; f < h.totalFrames(); ++f) a.frames.push_back(h.framePicture(f));
+    for (int f = 0; f < h.totalFrames(); ++f)
+        a.frames.push_back(h.framePicture(f));
     if (a.frames.empty()) a.still = h.mainPicture();
     writeAnimationDat(dir.filePath("animation.dat"), a);
     writePictureDat(dir.filePath("swap.dat"), h.swapPicture());
     writePlaneDat(dir.filePath("alpha.dat"), h.alphaPlane());
     QDir frames(dir.filePath("frames"));
-    for (const QString& old : frames.entryList({"*.png"}, QDir::Files)) frames.remove(old);
+    for (const QString& old : frames.entryList({"*.png"}, QDir::Files))
+        frames.remove(old);
     const auto& pictures = a.frames.empty() ? std::vector<Picture>{a.still} : a.frames;
     for (std::size_t i = 0; i < pictures.size(); ++i) {
         const QString name = QString("%1.png").arg(static_cast<int>(i), 4, 10, QChar('0'));

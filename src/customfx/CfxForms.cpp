@@ -2,13 +2,10 @@
 
 #include "customfx/CfxFile.h"
 #include "customfx/CustomFX.h"
-#include "panel/Panel.h"
-#include "panel/Skin.h"
-#include "stored/AnimUndo.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/DataFile.h"
 #include "stored/SlotFiles.h"
 
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,7 +13,6 @@
 #include <QVBoxLayout>
 
 #include <functional>
-#include <initializer_list>
 
 namespace kirrel::customfx {
 
@@ -47,36 +43,17 @@ class AtExit {
     std::function<void()> f_;
 };
 
-void enableAll(std::initializer_list<QWidget*> controls, bool on) {
-    for (QWidget* w : controls)
-        w->setEnabled(on);
-}
-
-void skin(panel::FormBase* form, QLabel* help, std::initializer_list<QPushButton*> buttons) {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    panel::colourBackground(form, panel::kPanelBackdrop);
-    panel::colourControl(help, s.textboxFill, s.textboxText);
-    for (QPushButton* b : buttons)
-        panel::colourButton(b, s.buttonFill);
-    panel::Draw_Pattern(form);
-}
-
-QLabel* helpLabel(QLabel* label) {
-    label->setWordWrap(true);
-    label->setMargin(6);
-    return label;
-}
+// Both dialogs are this wide; their help text wraps to it.
+constexpr int kWidth = 440;
+constexpr int kHelpMargin = 6;
 
 } // namespace
 
 // --- builder ---------------------------------------------------------------------------------------
 
-frmCFXBuilder::frmCFXBuilder() : FormBase("frmCFXBuilder", "Kirrel - CustomFX Builder (Basic)") {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
-    outer->setSpacing(10);
-    Label1_ = helpLabel(makeLabel("Label1", kBuilderHelp));
-    outer->addWidget(Label1_);
+frmCFXBuilder::frmCFXBuilder() : EffectDialog("frmCFXBuilder", "Kirrel - CustomFX Builder (Basic)") {
+    auto* outer = makeWindowLayout<QVBoxLayout>(10);
+    outer->addWidget(makeDescription(kBuilderHelp, kHelpMargin));
     auto* titleRow = new QHBoxLayout;
     Label2_ = makeLabel("Label2", "CFX Title:");
     txtCFX_Title_ = makeText("txtCFX_Title");
@@ -85,52 +62,37 @@ frmCFXBuilder::frmCFXBuilder() : FormBase("frmCFXBuilder", "Kirrel - CustomFX Bu
     titleRow->addWidget(txtCFX_Title_, 1);
     outer->addLayout(titleRow);
     auto* buttons = new QHBoxLayout;
-    cmdRun_ = makeButton("cmd_Run", "Export CFX", [this] { cmd_Run_Click(); });
-    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { closeDialog(); });
+    cmdRun_ = makeButton("cmd_Run", "Export CFX", [this] { run(); });
+    cmdCancel_ = makeButton("cmdCancel", "Done", [this] { done(); });
     buttons->addStretch(1);
     buttons->addWidget(cmdRun_);
     buttons->addWidget(cmdCancel_);
     outer->addLayout(buttons);
-    setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
+    fixWidth(kWidth);
 }
 
 void frmCFXBuilder::formLoad() {
-    skin(this, Label1_, {cmdRun_, cmdCancel_});
+    applySkin({{}, {}, {cmdRun_, cmdCancel_}});
 }
 
-void frmCFXBuilder::formUnload() {
-    panel::showMainPanel();
-}
-
-void frmCFXBuilder::cmd_Run_Click() {
-    enableAll({cmdRun_, cmdCancel_}, false);
-    AtExit back([this] {
-        enableAll({cmdRun_, cmdCancel_}, true);
-        show();
-    });
+void frmCFXBuilder::run() {
+    // Made first, so that it runs after the buttons are back.
+    const AtExit shownAgain([this] { show(); });
+    const panel::DisabledWhileRunning busy({cmdRun_, cmdCancel_});
     ExportCFX(txtCFX_Title_->text().toStdString());
 }
 
 // --- player ----------------------------------------------------------------------------------------
 
-frmCFXPlayer::frmCFXPlayer() : FormBase("frmCFXPlayer", "Kirrel - CustomFX Player") {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
-    outer->setSpacing(10);
-    Label1_ = helpLabel(makeLabel("Label1", kPlayerHelp));
-    outer->addWidget(Label1_);
-    outer->addLayout(makeApplyRow(
-        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
-        [this] { closeDialog(); }, "Apply CFX"));
-    setFixedSize(QSize(440, sizeHint().height()).expandedTo(QSize(440, heightForWidth(440))));
+frmCFXPlayer::frmCFXPlayer() : EffectDialog("frmCFXPlayer", "Kirrel - CustomFX Player") {
+    auto* outer = makeWindowLayout<QVBoxLayout>(10);
+    outer->addWidget(makeDescription(kPlayerHelp, kHelpMargin));
+    outer->addLayout(makeApplyRow("Apply CFX"));
+    fixWidth(kWidth);
 }
 
 void frmCFXPlayer::formLoad() {
-    skin(this, Label1_, {cmdRun_, cmdUndo_, cmdCancel_});
-}
-
-void frmCFXPlayer::formUnload() {
-    panel::showMainPanel();
+    applySkin();
 }
 
 bool frmCFXPlayer::readHeader() {
@@ -155,16 +117,15 @@ bool frmCFXPlayer::readHeader() {
     return true;
 }
 
-void frmCFXPlayer::cmd_Run_Click() {
+void frmCFXPlayer::run() {
     // PlayCFX doesn't lock the host: the whole dialog waits while it runs, and comes back on every
-    // way out of this handler.
-    enableAll({this, cmdRun_, cmdCancel_}, false);
-    AtExit back([this] {
-        enableAll({this, cmdRun_, cmdCancel_}, true);
+    // way out of this handler, in front.
+    const AtExit shownAgain([this] {
         show();
         activateWindow();
         setFocus();
     });
+    const panel::DisabledWhileRunning busy({this, cmdRun(), cmdCancel()});
     Path.clear();
     Path = van().Van_RequestFile_open("Load CustomFX File", "", kCfxFilter);
     if (Path.empty() || !stored::fileExists(Path)) return;
@@ -173,16 +134,12 @@ void frmCFXPlayer::cmd_Run_Click() {
                                  std::to_string(Width) + " X " + std::to_string(Height) +
                                  "\n\nApply to Animation?";
     if (van().Van_QuestionBox(question) == 2) return;
-    stored::saveUndoIfChecked(chkUndoSave_);
+    saveUndoIfChecked();
     PlayCFX(Path);
 }
 
-void frmCFXPlayer::cmdUndo_Click() {
-    cmdUndo_->setEnabled(false);
-    {
-        AtExit back([this] { cmdUndo_->setEnabled(true); });
-        stored::QuickRestore();
-    }
+void frmCFXPlayer::undo() {
+    EffectDialog::undo();
     van().Van_GotoFrame(0);
     van().Van_Refresh();
 }

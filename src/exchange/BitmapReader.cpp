@@ -41,7 +41,8 @@ int maskByte(std::uint32_t mask) {
 // the 40-byte one just after it (without an alpha mask). False for masks other than whole bytes.
 bool readChannelBytes(const std::vector<std::uint8_t>& b, std::uint32_t headerSize, BitmapFile& f) {
     const std::size_t at = 14 + 40;
-    const int red = maskByte(get32(b, at)), green = maskByte(get32(b, at + 4)), blue = maskByte(get32(b, at + 8));
+    const int red = maskByte(get32(b, at)), green = maskByte(get32(b, at + 4)),
+              blue = maskByte(get32(b, at + 8));
     const int alpha = headerSize >= 56 ? maskByte(get32(b, at + 12)) : -1;
     if (red < 0 || green < 0 || blue < 0 || alpha == -2) return false;
     f.redByte = red;
@@ -169,7 +170,9 @@ void bitmapPlanes(const BitmapFile& f, krl::Plane& r, krl::Plane& g, krl::Plane&
     const int paperR = static_cast<int>(paper & 255), paperG = static_cast<int>((paper >> 8) & 255),
               paperB = static_cast<int>((paper >> 16) & 255);
     // A transparent pixel shows the paper; a partly transparent one is blended with it.
-    auto over = [](int c, int a, int p) { return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255); };
+    auto over = [](int c, int a, int p) {
+        return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255);
+    };
     const std::size_t stride = static_cast<std::size_t>(f.width) + 1;
     for (int row = 0; row < f.height; ++row) {
         const int y = f.height - row - 1; // the first stored row is the picture's bottom

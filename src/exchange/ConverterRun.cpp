@@ -49,7 +49,8 @@ void writeBatchFile(const std::string& path, const std::string& bytes) {
     if (!out) throw std::runtime_error("Disk full: " + path);
 }
 
-ConverterRun::ConverterRun(std::string temp, std::string app) : temp_(std::move(temp)), app_(std::move(app)) {}
+ConverterRun::ConverterRun(std::string temp, std::string app)
+    : temp_(std::move(temp)), app_(std::move(app)) {}
 
 ConverterRun::~ConverterRun() {
     if (process_ && process_->state() != QProcess::NotRunning) endRunner();
@@ -65,11 +66,13 @@ void ConverterRun::start(const QString& batchName) {
     const QString batchPath = temp + "/" + batchName;
     // A marker left by an earlier run says nothing about this one.
     for (const QFileInfo& e : QDir(temp).entryInfoList(QDir::Files))
-        if (e.fileName().compare(batchName + ".failed", Qt::CaseInsensitive) == 0) QFile::remove(e.filePath());
+        if (e.fileName().compare(batchName + ".failed", Qt::CaseInsensitive) == 0)
+            QFile::remove(e.filePath());
     process_ = std::make_unique<QProcess>();
     process_->setProgram(batchRunnerProgram(app_));
-    QStringList args = {"--temp", temp, "--app", QString::fromStdString(app_), "--limit",
-                        QString::number(host::runningHost().converterTimeoutSeconds())};
+    QStringList args = {"--temp",  temp,
+                        "--app",   QString::fromStdString(app_),
+                        "--limit", QString::number(host::runningHost().converterTimeoutSeconds())};
     for (const auto& [from, to] : redirects_)
         args << "--stage" << QString::fromStdString(from) << QString::fromStdString(to);
     process_->setArguments(args << batchPath);
@@ -82,8 +85,9 @@ void ConverterRun::start(const QString& batchName) {
     clock_.start();
     process_->start();
     if (!process_->waitForStarted(30000)) {
-        startFailure_ = ConverterFailure{"runner", "The converter's batch runner could not be started: " +
-                                                       process_->program() + " (" + process_->errorString() + ")."};
+        startFailure_ = ConverterFailure{
+            "runner", "The converter's batch runner could not be started: " + process_->program() + " (" +
+                          process_->errorString() + ")."};
     }
 }
 
@@ -109,10 +113,10 @@ void ConverterRun::stopIfAsked() {
     const int limit = host.converterTimeoutSeconds();
     if (clock_.isValid() && clock_.elapsed() > qint64{limit} * 1000 + 5000) {
         endRunner();
-        throw std::runtime_error("The converter did not finish within " +
-                                 (limit % 60 == 0 ? std::to_string(limit / 60) + " minutes"
-                                                  : std::to_string(limit) + " seconds") +
-                                 " and was stopped.");
+        throw std::runtime_error(
+            "The converter did not finish within " +
+            (limit % 60 == 0 ? std::to_string(limit / 60) + " minutes" : std::to_string(limit) + " seconds") +
+            " and was stopped.");
     }
 }
 

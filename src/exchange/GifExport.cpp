@@ -23,7 +23,8 @@ void finishExport(Vantry::Vantry_Class& van, ConverterRun& run, OutputStage& out
     }
     if (const auto why = output.commit(check))
         van.Van_MessageBox("The converter's result does not check out: " + *why + ".\n" +
-                           QFileInfo(QString::fromStdString(out)).fileName().toStdString() + " was not written.");
+                           QFileInfo(QString::fromStdString(out)).fileName().toStdString() +
+                           " was not written.");
 }
 
 // Both exports take the picture buffers and the frame count, then ask where the GIF goes; with a
@@ -73,7 +74,8 @@ void ExportGifGlobal(Vantry::Vantry_Class& van, const SingleCommandExport& kind,
     run.waitGone("temp*.bmp");
     van.Van_SetProgress(80);
     run.waitGone("gifconvert.bat");
-    finishExport(van, run, output, {kind.kind, width, height, kind.kind == OutputCheck::Kind::Gif ? total : -1}, out);
+    finishExport(van, run, output,
+                 {kind.kind, width, height, kind.kind == OutputCheck::Kind::Gif ? total : -1}, out);
 }
 
 void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
@@ -83,7 +85,8 @@ void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
     const WorkingFiles working(temp);
     OutputStage output(out, OutputCheck::Kind::Gif);
     const auto primary = static_cast<std::uint32_t>(van.Van_getPrimaryColor());
-    const Rgb colour{static_cast<std::uint8_t>(primary & 255), static_cast<std::uint8_t>((primary >> 8) & 255),
+    const Rgb colour{static_cast<std::uint8_t>(primary & 255),
+                     static_cast<std::uint8_t>((primary >> 8) & 255),
                      static_cast<std::uint8_t>((primary >> 16) & 255)};
 
     std::vector<std::string> conversions, appends;
@@ -93,7 +96,8 @@ void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
         conversions.push_back(
             gifConversionLine(app, temp, i, s.transparent ? std::optional<Rgb>(colour) : std::nullopt));
         const long long delay =
-            s.globalDelay ? s.delay : (static_cast<std::size_t>(i) < s.frameDelays.size() ? s.frameDelays[i] : 0);
+            s.globalDelay ? s.delay
+                          : (static_cast<std::size_t>(i) < s.frameDelays.size() ? s.frameDelays[i] : 0);
         appends.push_back(gifAppendLine(app, temp, output.inBatch(), i, delay, s.loops));
     }
     writeBatchFile(temp + "/" + kGifConvertBat, batchBytes(gifPerFrameBatch(temp, conversions, appends)));
@@ -105,8 +109,8 @@ void ExportGifPerFrame(Vantry::Vantry_Class& van, const PerFrameSettings& s) {
     int counter = 0;
     // The second half of the progress follows the frame GIFs the batch makes.
     while (entryExists(qtemp, "gifconvert.bat") && !run.runnerEnded()) {
-        while (!QFileInfo::exists(qtemp + "/temp" + QString::number(counter) + ".gif") && counter < total - 1 &&
-               !run.runnerEnded())
+        while (!QFileInfo::exists(qtemp + "/temp" + QString::number(counter) + ".gif") &&
+               counter < total - 1 && !run.runnerEnded())
             run.pause();
         if (counter <= total - 1) {
             ++counter;

@@ -13,11 +13,12 @@
 namespace kirrel::exchange {
 
 struct SingleCommandExport {
-    const char* title;       // of the save requester
-    const char* filter;      // of the save requester
-    OutputCheck::Kind kind;  // what the converter must have written
+    const char* title;      // of the save requester
+    const char* filter;     // of the save requester
+    OutputCheck::Kind kind; // what the converter must have written
 };
-inline constexpr SingleCommandExport kGifGlobal{"Save animated gif", "gif(*.gif)|*.gif", OutputCheck::Kind::Gif};
+inline constexpr SingleCommandExport kGifGlobal{"Save animated gif", "gif(*.gif)|*.gif",
+                                                OutputCheck::Kind::Gif};
 inline constexpr SingleCommandExport kMng{"Save as MNG", "mng(*.mng)|*.mng", OutputCheck::Kind::Mng};
 
 // Writes every frame's bitmap (moving the host frame by frame, so it ends on the last frame) and

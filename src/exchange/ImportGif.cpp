@@ -55,7 +55,7 @@ std::string askGif(Vantry::Vantry_Class& van) {
     van.Van_BufferHeight();
     van.Van_BufferWidth();
     van.Van_GetTotalFrames();
-    const std::string in = van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
+    std::string in = van.Van_RequestFile_open("Import animated gif", "", "gif(*.gif)|*.gif");
     if (in.empty() || van.Van_ConfirmDiscard() == 2) return {};
     return in;
 }
@@ -101,7 +101,9 @@ void readFramePicture(const QString& path, int w, int h, std::uint32_t paper, kr
     std::uint8_t* bp = b.data();
     const int paperRgb[3] = {static_cast<int>(paper & 255), static_cast<int>((paper >> 8) & 255),
                              static_cast<int>((paper >> 16) & 255)};
-    auto over = [](int c, int a, int p) { return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255); };
+    auto over = [](int c, int a, int p) {
+        return static_cast<std::uint8_t>((c * a + p * (255 - a) + 127) / 255);
+    };
     const int cw = std::min(w, image.width());
     const int ch = std::min(h, image.height());
     for (int y = 0; y < ch; ++y) {
@@ -142,8 +144,8 @@ void finishImport(Vantry::Vantry_Class& van, const ConverterInput& input, const 
     }
     van.Van_Refresh();
     if (input.cutShort && count > 0)
-        van.Van_ShowStatus(QFileInfo(QString::fromStdString(in)).fileName().toStdString() + " ends early: " +
-                           std::to_string(count) + " frames could be read.");
+        van.Van_ShowStatus(QFileInfo(QString::fromStdString(in)).fileName().toStdString() +
+                           " ends early: " + std::to_string(count) + " frames could be read.");
 }
 
 } // namespace

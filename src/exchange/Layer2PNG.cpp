@@ -125,7 +125,8 @@ void ExportLayerPNG(Vantry::Vantry_Class& van, MaskSource source) {
     if (const auto failure = run.finish()) {
         van.Van_MessageBox(failureText(*failure));
     } else if (const auto why = output.commit({OutputCheck::Kind::Png, width, height})) {
-        van.Van_MessageBox("The converter's result does not check out: " + *why + ".\nThe PNG was not written.");
+        van.Van_MessageBox("The converter's result does not check out: " + *why +
+                           ".\nThe PNG was not written.");
     }
 }
 

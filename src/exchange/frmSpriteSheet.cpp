@@ -2,7 +2,7 @@
 
 #include "exchange/ExportForms.h"
 #include "exchange/SpriteSheet.h"
-#include "panel/ButtonRow.h"
+#include "panel/DisabledWhileRunning.h"
 #include "panel/EnsureAnimation.h"
 #include "panel/Skin.h"
 #include "stored/AnimUndo.h"
@@ -66,7 +66,7 @@ void frmSpriteSheet::cmd_Run_Click() {
         return;
     }
     stored::saveUndoIfChecked(chkUndoSave_);
-    const panel::RunButtonBusy busy(cmdRun_);
+    const panel::DisabledWhileRunning busy({cmdRun_});
     buildSheet();
     van().Van_GotoFrame(current);
     van().Van_Refresh();

@@ -1,5 +1,6 @@
 #include "filters/ChannelFilterForm.h"
 
+#include "panel/DisabledWhileRunning.h"
 #include "panel/EventGuard.h"
 #include "panel/Numeric.h"
 #include "panel/Panel.h"
@@ -122,7 +123,7 @@ void ChannelFilterForm::startValues() {
 }
 
 void ChannelFilterForm::run() {
-    DisabledWhileRunning busy({cmdRun(), cmdUndo(), cmdCancel()});
+    const panel::DisabledWhileRunning busy({cmdRun(), cmdUndo(), cmdCancel()});
     if (undoSaveChecked()) stored::QuickSave();
     if (currentFrameChosen()) {
         van().Van_Refresh();
@@ -133,7 +134,7 @@ void ChannelFilterForm::run() {
         van().Van_Refresh();
         PreviewOn = 0;
         if (van().Van_GetTotalFrames() == 0) {
-            animationCheck();
+            offerAnimation();
         } else {
             frameRange();
         }
@@ -142,7 +143,7 @@ void ChannelFilterForm::run() {
 }
 
 void ChannelFilterForm::undo() {
-    DisabledWhileRunning busy({cmdUndo()});
+    const panel::DisabledWhileRunning busy({cmdUndo()});
     P = C;
     stored::QuickRestore();
     P = fetchBuffer(van());

@@ -1,80 +1,32 @@
 #include "filters/FilterForm.h"
 
 #include "filters/PictureAccess.h"
-#include "panel/FrameLists.h"
-#include "panel/Numeric.h"
-#include "panel/Panel.h"
-#include "panel/Skin.h"
+#include "panel/DisabledWhileRunning.h"
 #include "pixel/Mixing.h"
-#include "stored/AnimUndo.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFrame>
-#include <QGridLayout>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include <stdexcept>
-
 namespace kirrel::filters {
 
-namespace {
-
-constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
-// The filters ask with three line feeds between the two sentences.
-constexpr const char* kNoAnimation =
-    "No Animation in memory!\n\n\nWould you like to create an animation now?";
-
-int listNumber(const QComboBox* list) {
-    const std::string t = list->currentText().toStdString();
-    if (t.find_first_of("0123456789") == std::string::npos) throw std::invalid_argument("Type mismatch");
-    return toInt32(leadingNumber(t));
-}
-
-} // namespace
-
-DisabledWhileRunning::DisabledWhileRunning(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
-    for (QWidget* w : controls_)
-        w->setEnabled(false);
-}
-
-DisabledWhileRunning::~DisabledWhileRunning() {
-    for (QWidget* w : controls_)
-        w->setEnabled(true);
-}
-
 FilterForm::FilterForm(const FilterTraits& traits)
-    : FormBase(traits.formName, traits.caption), traits_(traits) {
-    auto* outer = new QHBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
-    outer->setSpacing(14);
+    : EffectDialog(traits.formName, traits.caption), traits_(traits) {
+    auto* outer = makeWindowLayout<QHBoxLayout>(14);
 
     auto* left = new QVBoxLayout;
     left->setSpacing(8);
-    description_ = makeLabel("Label1", traits_.description);
-    description_->setWordWrap(true);
-    description_->setMargin(5);
-    left->addWidget(description_);
+    left->addWidget(makeDescription(traits_.description));
 
     parameters_ = new QVBoxLayout;
     parameters_->setSpacing(6);
     left->addLayout(parameters_);
 
-    const FrameChoice choice = makeFrameChoice();
-    optCurrent_ = choice.optCurrent;
-    optMultiple_ = choice.optMultiple;
-    left->addLayout(choice.layout);
-
-    const FrameRange range = makeFrameRange([this](bool start) { frameListLeft(start); });
-    lblKeyIn_ = range.lblKeyIn;
-    lblKeyOut_ = range.lblKeyOut;
-    cboFrameStart_ = range.cboFrameStart;
-    cboFrameEnd_ = range.cboFrameEnd;
-    left->addLayout(range.layout);
+    left->addLayout(makeFrameChoice());
+    left->addLayout(makeFrameLists());
 
     if (traits_.hasUseAlpha) {
         chkUseAlpha_ = makeCheck("chkUseAlpha", "Use Alpha?");
@@ -82,9 +34,7 @@ FilterForm::FilterForm(const FilterTraits& traits)
     }
     left->addStretch(1);
 
-    left->addLayout(makeApplyRow(
-        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
-        [this] { cmdCancel_Click(); }));
+    left->addLayout(makeApplyRow());
     outer->addLayout(left, 1);
 
     // The preview: the box is the work surface the planes are drawn into, the image keeps what was
@@ -103,99 +53,17 @@ FilterForm::FilterForm(const FilterTraits& traits)
     outer->addWidget(previewFrame, 0, Qt::AlignTop);
 }
 
-void FilterForm::finishLayout() {
-    setFixedSize(sizeHint().expandedTo(QSize(520, 0)));
-}
-
 bool FilterForm::useAlpha() const {
     return chkUseAlpha_ && chkUseAlpha_->checkState() == Qt::Checked;
 }
 
-bool FilterForm::undoSaveChecked() const {
-    return chkUndoSave_->checkState() == Qt::Checked;
-}
-
-bool FilterForm::currentFrameChosen() const {
-    return optCurrent_->isChecked();
-}
-
-bool FilterForm::multipleFrames() const {
-    return optMultiple_->isChecked();
-}
-
-int FilterForm::startIndex() const {
-    return cboFrameStart_->currentIndex();
-}
-
-int FilterForm::endIndex() const {
-    return cboFrameEnd_->currentIndex();
-}
-
-int FilterForm::startText() const {
-    return listNumber(cboFrameStart_);
-}
-
-int FilterForm::endText() const {
-    return listNumber(cboFrameEnd_);
-}
-
 void FilterForm::formLoad() {
-    chkUndoSave_->setChecked(false);
-    TempDir = van().Van_GetTempDir();
-    TotalFrames = van().Van_GetTotalFrames();
-    if (TotalFrames > 0) Fill_Frame_List();
-    Apply_Skin();
-    panel::Draw_Pattern(this);
+    readTempDirAndFrames();
+    std::vector<QWidget*> toggles{chkUndoSave(), optCurrent(), optMultiple()};
+    if (chkUseAlpha_) toggles.push_back(chkUseAlpha_);
+    applySkin({frameListParts(), toggles, {}});
     startValues();
     updatePreview();
-}
-
-void FilterForm::formActivate() {
-    if (TotalFrames > 0) Fill_Frame_List();
-}
-
-void FilterForm::formUnload() {
-    panel::showMainPanel();
-}
-
-void FilterForm::Apply_Skin() {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    panel::colourBackground(this, panel::kPanelBackdrop);
-    for (QWidget* w : {static_cast<QWidget*>(cboFrameStart_), static_cast<QWidget*>(cboFrameEnd_),
-                       static_cast<QWidget*>(lblKeyIn_), static_cast<QWidget*>(lblKeyOut_),
-                       static_cast<QWidget*>(description_)})
-        panel::colourControl(w, s.textboxFill, s.textboxText);
-    for (QPushButton* b : {cmdRun_, cmdUndo_, cmdCancel_})
-        panel::colourButton(b, s.buttonFill);
-    skinToggles({chkUndoSave_, optCurrent_, optMultiple_});
-    if (chkUseAlpha_) skinToggles({chkUseAlpha_});
-}
-
-void FilterForm::skinToggles(std::initializer_list<QWidget*> toggles) {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    for (QWidget* w : toggles) {
-        panel::colourControl(w, s.buttonFill, 0x000000);
-        w->setStyleSheet(w->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
-    }
-}
-
-void FilterForm::skinTextBoxes(std::initializer_list<QWidget*> boxes) {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    for (QWidget* w : boxes)
-        panel::colourControl(w, s.textboxFill, s.textboxText);
-}
-
-void FilterForm::Fill_Frame_List() {
-    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.fill();
-}
-
-void FilterForm::animationCheck() {
-    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.offerAnimation();
-}
-
-void FilterForm::frameListLeft(bool startLeft) {
-    panel::FrameLists{*this, cboFrameStart_, cboFrameEnd_, TotalFrames, kNoAnimation}.followCount();
-    pullFrameListsAlong(cboFrameStart_, cboFrameEnd_, startLeft);
 }
 
 void FilterForm::updatePreview() {
@@ -230,34 +98,19 @@ void FilterForm::showPreview(const krl::Triple& picture) {
 }
 
 std::vector<QWidget*> FilterForm::runDisables() const {
-    if (traits_.runDisablesUndoAndDone) return {cmdRun_, cmdCancel_, cmdUndo_};
-    return {cmdRun_};
-}
-
-void FilterForm::cmd_Run_Click() {
-    run();
+    if (traits_.runDisablesUndoAndDone) return applyRowButtons();
+    return {cmdRun()};
 }
 
 void FilterForm::run() {
-    const int remembered = van().Van_GetCurrentFrame();
-    TotalFrames = van().Van_GetTotalFrames();
-    if (cboFrameStart_->count() != TotalFrames || cboFrameEnd_->count() != TotalFrames) {
-        van().Van_MessageBox(kSizeChanged);
-        Fill_Frame_List();
-        return;
-    }
-    van().Van_StopAnimation();
-    if (multipleFrames() && TotalFrames == 0) {
-        animationCheck();
-        return;
-    }
+    const std::optional<int> remembered = beginRun(multipleFrames());
+    if (!remembered) return;
     {
-        DisabledWhileRunning busy(runDisables());
+        const panel::DisabledWhileRunning busy(runDisables());
         // One option is always selected, so the check box alone decides.
-        stored::saveUndoIfChecked(chkUndoSave_);
-        if (chkUndoSave_->checkState() == Qt::Checked && traits_.gotoFrameAfterUndoSave)
-            van().Van_GotoFrame(remembered);
-        if (optCurrent_->isChecked()) {
+        saveUndoIfChecked();
+        if (undoSaveChecked() && traits_.gotoFrameAfterUndoSave) van().Van_GotoFrame(*remembered);
+        if (currentFrameChosen()) {
             PreviewOn = 0;
             currentFrame();
         }
@@ -266,24 +119,7 @@ void FilterForm::run() {
             if (traits_.showAgainAfterRange) showForm();
         }
     }
-    van().Van_GotoFrame(remembered);
-    van().Van_Refresh();
-}
-
-void FilterForm::cmdUndo_Click() {
-    undo();
-}
-
-void FilterForm::undo() {
-    stored::cmdUndoClick(cmdUndo_);
-}
-
-void FilterForm::cmdCancel_Click() {
-    done();
-}
-
-void FilterForm::done() {
-    closeDialog();
+    endRun(*remembered);
 }
 
 } // namespace kirrel::filters

@@ -9,18 +9,13 @@
 // the frame's shape; every parameter change makes one whole preview, with nothing cached, so the
 // preview always shows the host's frame as it is now.
 
-#include "panel/FormBase.h"
+#include "panel/EffectDialog.h"
 #include "pixel/Triple.h"
 
 #include <cstdint>
-#include <initializer_list>
 #include <vector>
 
 class QCheckBox;
-class QComboBox;
-class QLabel;
-class QPushButton;
-class QRadioButton;
 class QVBoxLayout;
 
 namespace kirrel::filters {
@@ -40,41 +35,20 @@ struct FilterTraits {
     bool hasUseAlpha = true;
 };
 
-// What a run disables comes back however the run ends.
-class DisabledWhileRunning {
-  public:
-    explicit DisabledWhileRunning(std::vector<QWidget*> controls);
-    ~DisabledWhileRunning();
-    DisabledWhileRunning(const DisabledWhileRunning&) = delete;
-    DisabledWhileRunning& operator=(const DisabledWhileRunning&) = delete;
-
-  private:
-    std::vector<QWidget*> controls_;
-};
-
 // The main buffer's three planes, read and written as one picture.
 krl::Triple fetchBuffer(Vantry::Vantry_Class& van);
 void storeBuffer(Vantry::Vantry_Class& van, const krl::Triple& picture);
 
-class FilterForm : public panel::FormBase {
+class FilterForm : public panel::EffectDialog {
     Q_OBJECT
   public:
     explicit FilterForm(const FilterTraits& traits);
 
-    void closeByUser() override { cmdCancel_Click(); }
-
     // -1 while the current-frame procedure works on a preview and leaves the host alone; 0 for a
     // real run.
     std::int16_t PreviewOn = 0;
-    std::int16_t TotalFrames = 0;
 
     bool useAlpha() const;
-    bool multipleFrames() const;
-    int startIndex() const;
-    int endIndex() const;
-    // The lists' texts as numbers (what the user sees), for procedures that read them so.
-    int startText() const;
-    int endText() const;
 
     const FilterTraits& traits() const { return traits_; }
     // The frame (planes with upper bounds w, h) squeezed into the preview's square planes.
@@ -85,7 +59,7 @@ class FilterForm : public panel::FormBase {
     // Where a filter puts its own controls, above the frame choice.
     QVBoxLayout* parameterArea() const { return parameters_; }
     // Fixes the form's size once the filter's controls are in.
-    void finishLayout();
+    void finishLayout() { fixSize(520); }
 
     // The filter's start values, set at the end of the load before the first preview.
     virtual void startValues() {}
@@ -95,48 +69,16 @@ class FilterForm : public panel::FormBase {
 
     // A parameter changed: one whole preview.
     void updatePreview();
-    // The shared run; a filter whose dialog runs otherwise replaces run().
-    virtual void run();
-    virtual void undo();
-    virtual void done();
-    // The "No Animation in memory!" question, with the lists filled again when one was made.
-    void animationCheck();
-    bool undoSaveChecked() const;
-    bool currentFrameChosen() const;
-    QPushButton* cmdRun() const { return cmdRun_; }
-    QPushButton* cmdUndo() const { return cmdUndo_; }
-    QPushButton* cmdCancel() const { return cmdCancel_; }
-    // The skin's colours for a filter's own check boxes, options and text boxes.
-    void skinToggles(std::initializer_list<QWidget*> toggles);
-    void skinTextBoxes(std::initializer_list<QWidget*> boxes);
+    // The shared run; a filter whose dialog runs otherwise replaces run(), undo() and done().
+    void run() override;
     void formLoad() override;
-    void formActivate() override;
-    void formUnload() override;
 
   private:
-    void Fill_Frame_List();
-    void frameListLeft(bool startLeft);
-    void Apply_Skin();
-    void cmd_Run_Click();
-    void cmdUndo_Click();
-    void cmdCancel_Click();
     std::vector<QWidget*> runDisables() const;
 
     const FilterTraits& traits_;
-    std::string TempDir;
     QVBoxLayout* parameters_ = nullptr;
-    QLabel* description_ = nullptr;
-    QRadioButton* optCurrent_ = nullptr;
-    QRadioButton* optMultiple_ = nullptr;
-    QLabel* lblKeyIn_ = nullptr;
-    QLabel* lblKeyOut_ = nullptr;
-    QComboBox* cboFrameStart_ = nullptr;
-    QComboBox* cboFrameEnd_ = nullptr;
     QCheckBox* chkUseAlpha_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
     panel::PictureBox* PreviewBox_ = nullptr;
     panel::PictureBox* ImageBox_ = nullptr;
 };

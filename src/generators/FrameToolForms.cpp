@@ -2,24 +2,18 @@
 
 #include "generators/FrameTools.h"
 #include "panel/EnsureAnimation.h"
-#include "panel/Panel.h"
-#include "panel/Skin.h"
-#include "stored/AnimUndo.h"
 
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace kirrel::generators {
 
 namespace {
 
-constexpr const char* kSizeChanged = "Animation Size Changed. Settings updated.";
 constexpr const char* kSameFrame = "Please Select Two Different Frames";
-constexpr const char* kNoAnimation =
-    "No Animation in memory!\n\n\nWould you like to create an animation now?";
+// The narrowest the tools' dialogs are.
+constexpr int kWidth = 400;
 
 const FrameToolTraits kSwap{"frmFrameSwap",
                             "Kirrel-Swap Frames",
@@ -38,15 +32,6 @@ const FrameToolTraits kCopy{"frmFrameCopy",
                             false,
                             &CopyFrames};
 
-void skin(panel::FormBase* form, QLabel* description, std::initializer_list<QPushButton*> buttons) {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    panel::colourBackground(form, panel::kPanelBackdrop);
-    panel::colourControl(description, s.textboxFill, s.textboxText);
-    for (QPushButton* b : buttons)
-        panel::colourButton(b, s.buttonFill);
-    panel::Draw_Pattern(form);
-}
-
 } // namespace
 
 const FrameToolTraits& frameSwapTraits() {
@@ -58,14 +43,9 @@ const FrameToolTraits& frameCopyTraits() {
 }
 
 FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
-    : FormBase(traits.formName, traits.caption), traits_(traits) {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
-    outer->setSpacing(10);
-    description_ = makeLabel("Label1", traits_.description);
-    description_->setWordWrap(true);
-    description_->setMargin(5);
-    outer->addWidget(description_);
+    : EffectDialog(traits.formName, traits.caption), traits_(traits) {
+    auto* outer = makeWindowLayout<QVBoxLayout>(10);
+    outer->addWidget(makeDescription(traits_.description));
 
     auto* frames = new QHBoxLayout;
     for (int i = 0; i < 2; ++i) {
@@ -82,24 +62,14 @@ FrameToolForm::FrameToolForm(const FrameToolTraits& traits)
     outer->addLayout(frames);
     resetLabels();
 
-    outer->addLayout(makeApplyRow(
-        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { stored::cmdUndoClick(cmdUndo_); },
-        [this] { cmd_Run_Click(); }, [this] { closeDialog(); }));
-    setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
+    outer->addLayout(makeApplyRow());
+    fixSize(kWidth);
 }
 
 void FrameToolForm::formLoad() {
-    chkUndoSave_->setChecked(false);
     TotalFrames = van().Van_GetTotalFrames();
-    skin(this, description_, {cmdRun_, cmdUndo_, cmdCancel_});
     // The two labels are what the user clicks: they wear the colours of the panel's text boxes.
-    const panel::SkinSettings s = panel::readSkinSettings();
-    for (panel::ClickLabel* l : lblFrameSelected_)
-        panel::colourControl(l, s.textboxFill, s.textboxText);
-}
-
-void FrameToolForm::formUnload() {
-    panel::showMainPanel();
+    applySkin({{lblFrameSelected_[0], lblFrameSelected_[1]}, {}, {}});
 }
 
 void FrameToolForm::resetLabels() {
@@ -118,11 +88,11 @@ void FrameToolForm::lblFrameSelected_Click(int index) {
     lblFrameSelected_[index]->setText(QString(traits_.prefix[index]) + QString::number(chosen));
 }
 
-void FrameToolForm::cmd_Run_Click() {
+void FrameToolForm::run() {
     // The tool leaves the user on the last frame it touched.
     const std::int16_t now = van().Van_GetTotalFrames();
     if (TotalFrames != now) {
-        van().Van_MessageBox(kSizeChanged);
+        van().Van_MessageBox(panel::kSizeChanged);
         TotalFrames = now;
         resetLabels();
         return;
@@ -130,53 +100,39 @@ void FrameToolForm::cmd_Run_Click() {
     van().Van_StopAnimation();
     if (TotalFrames == 0) {
         panel::Ensure_Animation(
-            *this, {}, [this] { TotalFrames = van().Van_GetTotalFrames(); }, kNoAnimation);
+            *this, {}, [this] { TotalFrames = van().Van_GetTotalFrames(); }, panel::kNoAnimationOffer);
         return;
     }
     if (traits_.refusesSameFrame && FrameOne == FrameTwo) {
         van().Van_MessageBox(kSameFrame);
         return;
     }
-    stored::saveUndoIfChecked(chkUndoSave_);
+    saveUndoIfChecked();
     traits_.procedure(FrameOne, FrameTwo);
 }
 
-frmPingPong::frmPingPong() : FormBase("frmPingPong", "Kirrel-Ping Pong Animation") {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(14, 14, 14, 12);
-    outer->setSpacing(10);
-    description_ =
-        makeLabel("Label1", "This plugin appends a reversed version of the current animation which "
-                            "gives a time stop and reverse effect.");
-    description_->setWordWrap(true);
-    description_->setMargin(5);
-    outer->addWidget(description_);
-    outer->addLayout(makeApplyRow(
-        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { stored::cmdUndoClick(cmdUndo_); },
-        [this] { cmd_Run_Click(); }, [this] { closeDialog(); }));
-    setFixedSize(sizeHint().expandedTo(QSize(400, 0)));
+frmPingPong::frmPingPong() : EffectDialog("frmPingPong", "Kirrel-Ping Pong Animation") {
+    auto* outer = makeWindowLayout<QVBoxLayout>(10);
+    outer->addWidget(makeDescription("This plugin appends a reversed version of the current animation which "
+                                     "gives a time stop and reverse effect."));
+    outer->addLayout(makeApplyRow());
+    fixSize(kWidth);
 }
 
 void frmPingPong::formLoad() {
-    chkUndoSave_->setChecked(false);
-    skin(this, description_, {cmdRun_, cmdUndo_, cmdCancel_});
+    applySkin();
 }
 
-void frmPingPong::formUnload() {
-    panel::showMainPanel();
-}
-
-void frmPingPong::cmd_Run_Click() {
+void frmPingPong::run() {
     const int remembered = van().Van_GetCurrentFrame();
     van().Van_StopAnimation();
     if (van().Van_GetTotalFrames() == 0) {
-        panel::Ensure_Animation(*this, {}, {}, kNoAnimation);
+        panel::Ensure_Animation(*this, {}, {}, panel::kNoAnimationOffer);
         return;
     }
-    stored::saveUndoIfChecked(chkUndoSave_);
+    saveUndoIfChecked();
     PingPongAppend();
-    van().Van_GotoFrame(remembered);
-    van().Van_Refresh();
+    endRun(remembered);
 }
 
 } // namespace kirrel::generators

@@ -3,13 +3,9 @@
 // two through the host's value box, and what differs (texts, the refusal of two equal frames, the
 // procedure) is a row of data. Ping Pong has no parameter at all.
 
-#include "panel/FormBase.h"
+#include "panel/EffectDialog.h"
 
 #include <cstdint>
-
-class QCheckBox;
-class QLabel;
-class QPushButton;
 
 namespace kirrel::generators {
 
@@ -24,54 +20,34 @@ struct FrameToolTraits {
     void (*procedure)(int frameOne, int frameTwo);
 };
 
-class FrameToolForm : public panel::FormBase {
+class FrameToolForm : public panel::EffectDialog {
     Q_OBJECT
   public:
     explicit FrameToolForm(const FrameToolTraits& traits);
 
-    void closeByUser() override { closeDialog(); }
-
-    std::int16_t TotalFrames = 0;
     std::int16_t FrameOne = 0;
     std::int16_t FrameTwo = 0;
 
   protected:
     void formLoad() override;
-    void formUnload() override;
+    void run() override;
 
   private:
     void lblFrameSelected_Click(int index);
     void resetLabels();
-    void cmd_Run_Click();
 
     const FrameToolTraits& traits_;
     panel::ClickLabel* lblFrameSelected_[2] = {nullptr, nullptr};
-    QLabel* description_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
 };
 
-class frmPingPong : public panel::FormBase {
+class frmPingPong : public panel::EffectDialog {
     Q_OBJECT
   public:
     frmPingPong();
 
-    void closeByUser() override { closeDialog(); }
-
   protected:
     void formLoad() override;
-    void formUnload() override;
-
-  private:
-    void cmd_Run_Click();
-
-    QLabel* description_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
+    void run() override;
 };
 
 const FrameToolTraits& frameSwapTraits();

@@ -7,14 +7,8 @@
 // frames is refused, and whether the undo is saved before that test (so that a refused run has
 // saved all the same) or only for a run that goes ahead.
 
-#include "panel/FormBase.h"
+#include "panel/EffectDialog.h"
 
-#include <cstdint>
-
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QPushButton;
 class QVBoxLayout;
 
 namespace kirrel::generators {
@@ -38,49 +32,31 @@ struct FrameSpan {
     int end = 0;
 };
 
-class GeneratorForm : public panel::FormBase {
+class GeneratorForm : public panel::EffectDialog {
     Q_OBJECT
   public:
     explicit GeneratorForm(const GeneratorTraits& traits);
 
-    void closeByUser() override { cmdCancel_Click(); }
-
-    std::int16_t TotalFrames = 0;
     FrameSpan span() const;
     const GeneratorTraits& traits() const { return traits_; }
 
   protected:
     // Where a form puts its own controls, between the description and the lists.
     QVBoxLayout* parameterArea() const { return parameters_; }
-    void finishLayout();
+    void finishLayout() { fixSize(400); }
     // The form's start values, at the end of the load.
     virtual void startValues() {}
     // Calls the procedure the form's controls choose.
     virtual void runProcedure() = 0;
 
     void formLoad() override;
-    void formActivate() override;
-    void formUnload() override;
+    void run() override;
 
   private:
-    void Fill_Frame_List();
-    void animationCheck();
-    void frameListLeft(bool startLeft);
     bool rangeTooShort();
-    void cmd_Run_Click();
-    void cmdUndo_Click();
-    void cmdCancel_Click();
 
     const GeneratorTraits& traits_;
-    std::string TempDir;
     QVBoxLayout* parameters_ = nullptr;
-    QLabel* description_ = nullptr;
-    QComboBox* cboFrameStart_ = nullptr;
-    QComboBox* cboFrameEnd_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
 };
 
 } // namespace kirrel::generators

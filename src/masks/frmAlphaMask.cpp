@@ -2,13 +2,9 @@
 
 #include "masks/AlphaMaskMod.h"
 #include "masks/MaskSources.h"
-#include "panel/ButtonRow.h"
-#include "stored/AnimUndo.h"
+#include "panel/DisabledWhileRunning.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QPushButton>
-#include <QRadioButton>
 
 namespace kirrel::masks {
 
@@ -31,36 +27,29 @@ void frmAlphaMask::loadExtras() {
     showAlphaPlane(van());
 }
 
-void frmAlphaMask::cmdUndo_Click() {
-    MaskDialog::cmdUndo_Click();
+void frmAlphaMask::undo() {
+    MaskDialog::undo();
     showAlphaPlane(van());
 }
 
-void frmAlphaMask::cmd_Run_Click() {
-    const int remembered = van().Van_GetCurrentFrame();
-    TotalFrames = van().Van_GetTotalFrames();
-    if (!frameCountUnchanged()) return;
-    van().Van_StopAnimation();
-    if (optMultiple()->isChecked() && TotalFrames == 0) {
-        animationCheck();
-        return;
-    }
+void frmAlphaMask::run() {
+    const std::optional<int> remembered = beginRun(multipleFrames());
+    if (!remembered) return;
     // The undo is saved before the sources are compared: a refused run has replaced it all the same.
-    stored::saveUndoIfChecked(chkUndoSave());
+    saveUndoIfChecked();
     if (darker() == lighter()) {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    const panel::RunButtonBusy busy(cmdRun());
-    if (optCurrent()->isChecked()) AlphaMask(lighter(), darker());
-    if (optMultiple()->isChecked())
+    const panel::DisabledWhileRunning busy({cmdRun()});
+    if (currentFrameChosen()) AlphaMask(lighter(), darker());
+    if (multipleFrames())
         for (int frame = startIndex(); frame <= endIndex(); ++frame) {
             van().Van_GotoFrame(frame);
             AlphaMask(lighter(), darker());
         }
     cmdRun()->setEnabled(true);
-    van().Van_GotoFrame(remembered);
-    van().Van_Refresh();
+    endRun(*remembered);
 }
 
 } // namespace kirrel::masks

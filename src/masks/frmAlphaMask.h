@@ -13,8 +13,8 @@ class frmAlphaMask : public MaskDialog {
 
   protected:
     void loadExtras() override;
-    void cmd_Run_Click() override;
-    void cmdUndo_Click() override;
+    void run() override;
+    void undo() override;
 };
 
 } // namespace kirrel::masks

@@ -3,8 +3,7 @@
 #include "filters/PictureAccess.h"
 #include "masks/AnimMaskMod.h"
 #include "masks/MaskSources.h"
-#include "panel/ButtonRow.h"
-#include "stored/AnimUndo.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/DataFile.h"
 #include "stored/SlotFiles.h"
 #include "stored/WholeAnimationLimit.h"
@@ -86,7 +85,7 @@ void frmAnimMask::cmdLoadMask_Click() {
     Label5_->setText(QString::fromStdString(maskDescription({MaskWidth, MaskHeight, MaskFrames})));
 }
 
-void frmAnimMask::cmd_Run_Click() {
+void frmAnimMask::run() {
     const int remembered = van().Van_GetCurrentFrame();
     TotalFrames = van().Van_GetTotalFrames();
     const int H = van().Van_BufferHeight();
@@ -94,7 +93,7 @@ void frmAnimMask::cmd_Run_Click() {
     if (!frameCountUnchanged()) return;
     van().Van_StopAnimation();
     if (TotalFrames == 0) {
-        animationCheck();
+        offerAnimation();
         return;
     }
     if (cboFrameStart()->currentText() == cboFrameEnd()->currentText()) {
@@ -122,21 +121,20 @@ void frmAnimMask::cmd_Run_Click() {
         van().Van_MessageBox(std::string("The mask can't be used.\n\n") + e.what());
         return;
     }
-    stored::saveUndoIfChecked(chkUndoSave());
+    saveUndoIfChecked();
     if (darker() == lighter()) {
         van().Van_MessageBox(kTwoSources);
         return;
     }
-    const panel::RunButtonBusy busy(cmdRun());
+    const panel::DisabledWhileRunning busy({cmdRun()});
     AnimMask(MaskFile, lighter(), darker(), startIndex(), endIndex());
     cmdRun()->setEnabled(true);
-    van().Van_GotoFrame(remembered);
-    van().Van_Refresh();
+    endRun(remembered);
 }
 
-void frmAnimMask::cmdCancel_Click() {
+void frmAnimMask::done() {
     forgetMask();
-    MaskDialog::cmdCancel_Click();
+    MaskDialog::done();
 }
 
 } // namespace kirrel::masks

@@ -27,8 +27,8 @@ class frmAnimMask : public MaskDialog {
     void cmdLoadMask_Click();
 
   protected:
-    void cmd_Run_Click() override;
-    void cmdCancel_Click() override;
+    void run() override;
+    void done() override;
 
   private:
     void forgetMask();

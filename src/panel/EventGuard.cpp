@@ -14,7 +14,7 @@ bool ended = false;
 std::optional<std::string> pendingAbort;
 std::function<void()> endHandler;
 int depth = 0;
-std::string actionLabel;  // named inside the action
+std::string actionLabel;   // named inside the action
 std::string defaultLabel_; // the first default of the action's boundaries
 bool runAction = false;
 
@@ -42,6 +42,10 @@ std::optional<std::string> takeScriptAbort() {
     auto a = std::move(pendingAbort);
     pendingAbort.reset();
     return a;
+}
+
+bool insideAction() {
+    return depth > 0;
 }
 
 void markRunAction() {
@@ -73,7 +77,9 @@ void runGuarded(const std::function<void()>& action, const std::string& defaultL
     struct Step {
         host::HostState& host;
         ~Step() {
-            host.endAction(!actionLabel.empty() ? actionLabel : !defaultLabel_.empty() ? defaultLabel_ : "Change",
+            host.endAction(!actionLabel.empty()     ? actionLabel
+                           : !defaultLabel_.empty() ? defaultLabel_
+                                                    : "Change",
                            runAction);
         }
     } step{host};

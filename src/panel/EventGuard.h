@@ -27,6 +27,8 @@ std::optional<std::string> takeScriptAbort();
 // Every action is one step of the host's undo history when it changed the host's content. The step's
 // label is the one named inside the action, else the default label given here (a form's caption).
 void runGuarded(const std::function<void()>& action, const std::string& defaultLabel = {});
+// Whether an action runs now: what happens inside one is its doing, not a new act of the user.
+bool insideAction();
 // Names the step of the action that runs now ("Wipes", "Open AnimGif"); the first name wins.
 void nameAction(const std::string& label);
 // Marks the action as a run (an effect's Apply): if it changes nothing and says nothing, the host's

@@ -1,7 +1,6 @@
 #include "panel/FormBase.h"
 
 #include "host/HostState.h"
-#include "panel/ButtonRow.h"
 #include "panel/EventGuard.h"
 #include "panel/LivePreview.h"
 #include "panel/Panel.h"
@@ -11,8 +10,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
@@ -167,7 +164,9 @@ QPushButton* FormBase::makeButton(const QString& name, const QString& caption,
                                   std::function<void()> onClick) {
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
-    if (onClick) connect(b, &QPushButton::clicked, this, asAction([f = std::move(onClick)](bool) { f(); }));
+    connect(b, &QPushButton::clicked, this, asUserStep(b, UserEvent::Click, [f = std::move(onClick)](bool) {
+                if (f) f();
+            }));
     connect(b, &QPushButton::clicked, this, &FormBase::noteControlChange);
     return b;
 }
@@ -183,7 +182,9 @@ ClickLabel* FormBase::makeClickLabel(const QString& name, const QString& caption
     auto* l = new ClickLabel(caption, this);
     l->setObjectName(name);
     l->setCursor(Qt::PointingHandCursor);
-    if (onClick) connect(l, &ClickLabel::clicked, this, asAction(std::move(onClick)));
+    connect(l, &ClickLabel::clicked, this, asUserStep(l, UserEvent::Click, [f = std::move(onClick)] {
+                if (f) f();
+            }));
     connect(l, &ClickLabel::clicked, this, &FormBase::noteControlChange);
     return l;
 }
@@ -198,8 +199,10 @@ QComboBox* FormBase::makeCombo(const QString& name, std::function<void()> onClic
     auto* c = new QComboBox(this);
     c->setObjectName(name);
     c->installEventFilter(this);
-    if (onClick)
-        connect(c, &QComboBox::currentIndexChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QComboBox::currentIndexChanged, this,
+            asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     connect(c, &QComboBox::currentIndexChanged, this, &FormBase::noteControlChange);
     return c;
 }
@@ -209,11 +212,13 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
     auto* l = new QListWidget(this);
     l->setObjectName(name);
     l->installEventFilter(this);
-    if (onClick)
-        connect(l, &QListWidget::currentRowChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(l, &QListWidget::currentRowChanged, this,
+            asUserStep(l, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     if (onDblClick)
         connect(l, &QListWidget::itemDoubleClicked, this,
-                asAction([f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
+                asUserStep(l, UserEvent::Open, [f = std::move(onDblClick)](QListWidgetItem*) { f(); }));
     connect(l, &QListWidget::currentRowChanged, this, &FormBase::noteControlChange);
     return l;
 }
@@ -221,7 +226,10 @@ QListWidget* FormBase::makeList(const QString& name, std::function<void()> onCli
 QCheckBox* FormBase::makeCheck(const QString& name, const QString& caption, std::function<void()> onClick) {
     auto* c = new QCheckBox(caption, this);
     c->setObjectName(name);
-    if (onClick) connect(c, &QCheckBox::stateChanged, this, asAction([f = std::move(onClick)](int) { f(); }));
+    connect(c, &QCheckBox::stateChanged, this,
+            asUserStep(c, UserEvent::Change, [f = std::move(onClick)](int) {
+                if (f) f();
+            }));
     connect(c, &QCheckBox::stateChanged, this, &FormBase::noteControlChange);
     return c;
 }
@@ -230,10 +238,16 @@ QRadioButton* FormBase::makeOption(const QString& name, const QString& caption,
                                    std::function<void()> onClick) {
     auto* o = new QRadioButton(caption, this);
     o->setObjectName(name);
-    if (onClick)
-        connect(o, &QRadioButton::toggled, this, asAction([f = std::move(onClick)](bool on) {
-                    if (on) f();
-                }));
+    // Only the option turned on is the user's choice; the one turned off goes with it.
+    connect(o, &QRadioButton::toggled, this, [this, o, f = std::move(onClick)](bool on) {
+        if (on)
+            runUserStep(
+                *this, *o, UserEvent::Click,
+                [&] {
+                    if (f) f();
+                },
+                actionName());
+    });
     connect(o, &QRadioButton::toggled, this, &FormBase::noteControlChange);
     return o;
 }
@@ -243,7 +257,9 @@ QSlider* FormBase::makeSlider(const QString& name, int minimum, int maximum, std
     auto* s = new QSlider(Qt::Horizontal, this);
     s->setObjectName(name);
     s->setRange(minimum, maximum);
-    if (onChange) connect(s, &QSlider::valueChanged, this, asAction([f = std::move(onChange)](int) { f(); }));
+    connect(s, &QSlider::valueChanged, this, asUserStep(s, UserEvent::Change, [f = std::move(onChange)](int) {
+                if (f) f();
+            }));
     if (onScroll) connect(s, &QSlider::sliderMoved, this, asAction([f = std::move(onScroll)](int) { f(); }));
     connect(s, &QSlider::valueChanged, this, &FormBase::noteControlChange);
     return s;
@@ -253,65 +269,16 @@ QLineEdit* FormBase::makeText(const QString& name, std::function<void()> onChang
     auto* t = new QLineEdit(this);
     t->setObjectName(name);
     t->installEventFilter(this);
-    if (onChange)
-        connect(t, &QLineEdit::textChanged, this,
-                asAction([f = std::move(onChange)](const QString&) { f(); }));
+    connect(t, &QLineEdit::textChanged, this,
+            asUserStep(t, UserEvent::Change, [f = std::move(onChange)](const QString&) {
+                if (f) f();
+            }));
     connect(t, &QLineEdit::textChanged, this, &FormBase::noteControlChange);
     return t;
 }
 
 void FormBase::onValidate(QWidget* control, std::function<void()> handler) {
     validators_[control] = std::move(handler);
-}
-
-QHBoxLayout* FormBase::makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
-                                    QPushButton*& cmdCancel, std::function<void()> onUndo,
-                                    std::function<void()> onRun, std::function<void()> onDone,
-                                    const QString& runCaption) {
-    chkUndoSave = makeCheck("chkUndoSave", "Save Undo");
-    cmdUndo = makeButton("cmdUndo", "Undo", std::move(onUndo));
-    cmdRun = makeButton("cmd_Run", runCaption, [onRun = std::move(onRun)] {
-        markRunAction();
-        onRun();
-    });
-    cmdCancel = makeButton("cmdCancel", "Done", std::move(onDone));
-    return buttonRow(chkUndoSave, cmdUndo, cmdRun, cmdCancel);
-}
-
-FormBase::FrameChoice FormBase::makeFrameChoice() {
-    FrameChoice c{makeOption("optDirection(0)", "Current Frame"),
-                  makeOption("optDirection(1)", "Multiple Frames"), new QHBoxLayout};
-    c.optCurrent->setChecked(true);
-    c.layout->addWidget(c.optCurrent);
-    c.layout->addWidget(c.optMultiple);
-    c.layout->addStretch(1);
-    return c;
-}
-
-FormBase::FrameRange FormBase::makeFrameRange(std::function<void(bool start)> onLeft) {
-    FrameRange r{makeLabel("lblKeyIn", "Frame Start"), makeLabel("lblKeyOut", "Frame End"),
-                 makeCombo("cboFrameStart"), makeCombo("cboFrameEnd"), new QGridLayout};
-    r.layout->setHorizontalSpacing(10);
-    r.layout->setVerticalSpacing(3);
-    for (QLabel* l : {r.lblKeyIn, r.lblKeyOut})
-        l->setMargin(3);
-    for (QComboBox* c : {r.cboFrameStart, r.cboFrameEnd})
-        c->setMaxVisibleItems(16);
-    r.layout->addWidget(r.lblKeyIn, 0, 0);
-    r.layout->addWidget(r.cboFrameStart, 1, 0);
-    r.layout->addWidget(r.lblKeyOut, 0, 1);
-    r.layout->addWidget(r.cboFrameEnd, 1, 1);
-    onValidate(r.cboFrameStart, [onLeft] { onLeft(true); });
-    onValidate(r.cboFrameEnd, [onLeft] { onLeft(false); });
-    return r;
-}
-
-void FormBase::pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft) {
-    if (start->currentIndex() <= end->currentIndex()) return;
-    if (startLeft)
-        end->setCurrentIndex(start->currentIndex());
-    else
-        start->setCurrentIndex(end->currentIndex());
 }
 
 LivePreview* FormBase::addLivePreview(QBoxLayout& layout, PreviewPlanner planner) {
@@ -333,7 +300,7 @@ void FormBase::closeDialog() {
 bool FormBase::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut) {
         auto it = validators_.find(watched);
-        if (it != validators_.end()) runGuarded(it->second, actionName());
+        if (it != validators_.end()) runUserStep(*this, *watched, UserEvent::Leave, it->second, actionName());
     }
     return QWidget::eventFilter(watched, event);
 }

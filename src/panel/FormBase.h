@@ -7,6 +7,7 @@
 #include "panel/Controls.h"
 #include "panel/EventGuard.h"
 #include "panel/PreviewPlan.h"
+#include "panel/UserSteps.h"
 #include "panel/Vantry.h"
 
 #include <QPixmap>
@@ -18,8 +19,6 @@
 
 class QAbstractSlider;
 class QBoxLayout;
-class QGridLayout;
-class QHBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -56,6 +55,9 @@ class FormBase : public QWidget {
     std::string askInput(const std::string& prompt, const std::string& title, const std::string& defaultText);
 
     Vantry::Vantry_Class& van() { return van_; }
+    // The caption as a user names the effect: "Kirrel-Alpha Wipes (Requires Alpha Channel)" is
+    // "Alpha Wipes".
+    std::string actionName() const;
     // The tile painted behind the controls (see Draw_Pattern); a null pixmap paints nothing.
     void setWallpaper(const QPixmap& tile);
 
@@ -83,9 +85,14 @@ class FormBase : public QWidget {
     template <class F> auto asAction(F f) {
         return [this, f = std::move(f)](auto&&... args) { runGuarded([&] { f(args...); }, actionName()); };
     }
-    // The caption as a user names the effect: "Kirrel-Alpha Wipes (Requires Alpha Channel)" is
-    // "Alpha Wipes".
-    std::string actionName() const;
+    // The same for the user's use of a control, told to a session recording as one step (see
+    // UserSteps.h); a control without a handler is told all the same.
+    template <class F> auto asUserStep(QObject* control, UserEvent event, F f) {
+        return [this, control, event, f = std::move(f)](auto&&... args) {
+            runUserStep(
+                *this, *control, event, [&] { f(args...); }, actionName());
+        };
+    }
 
     // Control factories; every handler runs behind the event boundary.
     QPushButton* makeButton(const QString& name, const QString& caption, std::function<void()> onClick);
@@ -104,31 +111,6 @@ class FormBase : public QWidget {
     QLineEdit* makeText(const QString& name, std::function<void()> onChange = {});
     void onValidate(QWidget* control, std::function<void()> handler);
 
-    // The frame range every effect dialog shows: "Frame Start" and "Frame End" over their lists,
-    // each list's Validate event calling onLeft (true for the start list).
-    struct FrameRange {
-        QLabel* lblKeyIn;
-        QLabel* lblKeyOut;
-        QComboBox* cboFrameStart;
-        QComboBox* cboFrameEnd;
-        QGridLayout* layout;
-    };
-    FrameRange makeFrameRange(std::function<void(bool start)> onLeft);
-    // The effect dialogs' bottom row: "Save Undo" and "Undo" on the left, the run button and "Done"
-    // on the right. The controls are made into the given members; the row is returned.
-    QHBoxLayout* makeApplyRow(QCheckBox*& chkUndoSave, QPushButton*& cmdUndo, QPushButton*& cmdRun,
-                              QPushButton*& cmdCancel, std::function<void()> onUndo,
-                              std::function<void()> onRun, std::function<void()> onDone,
-                              const QString& runCaption = QStringLiteral("Apply"));
-    // "Current Frame" or "Multiple Frames", the current frame chosen.
-    struct FrameChoice {
-        QRadioButton* optCurrent;
-        QRadioButton* optMultiple;
-        QHBoxLayout* layout;
-    };
-    FrameChoice makeFrameChoice();
-    // When Start has passed End, the list just left stays and the other one is pulled along.
-    static void pullFrameListsAlong(QComboBox* start, QComboBox* end, bool startLeft);
     // A dialog's "Done": the dialog goes, the main panel comes back, and the form is dropped.
     void closeDialog();
     // A live preview of what the form's run would do, added to the layout at its top; it runs again

@@ -65,7 +65,7 @@ void Mainfrm::buildMenus() {
     auto entry = [this](QMenu* menu, const char* name, const char* caption, void (Mainfrm::*handler)()) {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
-        connect(a, &QAction::triggered, this, guarded([this, handler, caption](bool) {
+        connect(a, &QAction::triggered, this, asUserStep(a, UserEvent::Menu, [this, handler, caption](bool) {
                     nameAction(caption);
                     (this->*handler)();
                 }));
@@ -84,7 +84,8 @@ void Mainfrm::buildMenus() {
     auto entryFn = [this](QMenu* menu, const char* name, const char* caption, std::function<void()> fn) {
         auto* a = new QAction(caption, this);
         a->setObjectName(name);
-        connect(a, &QAction::triggered, this, guarded([fn = std::move(fn), caption](bool) {
+        connect(a, &QAction::triggered, this,
+                asUserStep(a, UserEvent::Menu, [fn = std::move(fn), caption](bool) {
                     nameAction(caption);
                     fn();
                 }));

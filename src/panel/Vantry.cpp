@@ -79,25 +79,25 @@ void Vantry_Class::Van_DeleteFrame(int frame) {
 
 // --- planes --------------------------------------------------------------------------------------
 
-#define KIRREL_PLANE_GETTER(NAME, EXPR)                                                                    \
-    krl::Plane Vantry_Class::NAME() {                                                                      \
-        traceCall(#NAME);                                                                                  \
-        return EXPR;                                                                                       \
+#define KIRREL_PLANE_GETTER(NAME, EXPR)                                                                      \
+    krl::Plane Vantry_Class::NAME() {                                                                        \
+        traceCall(#NAME);                                                                                    \
+        return EXPR;                                                                                         \
     }
-#define KIRREL_PLANE_SETTER(NAME, EXPR)                                                                    \
-    void Vantry_Class::NAME(const krl::Plane& p) {                                                         \
-        traceCall(#NAME, p);                                                                               \
-        EXPR;                                                                                              \
+#define KIRREL_PLANE_SETTER(NAME, EXPR)                                                                      \
+    void Vantry_Class::NAME(const krl::Plane& p) {                                                           \
+        traceCall(#NAME, p);                                                                                 \
+        EXPR;                                                                                                \
     }
-#define KIRREL_FRAME_GETTER(NAME, EXPR)                                                                    \
-    krl::Plane Vantry_Class::NAME(int n) {                                                                 \
-        traceCall(#NAME, n);                                                                               \
-        return EXPR;                                                                                       \
+#define KIRREL_FRAME_GETTER(NAME, EXPR)                                                                      \
+    krl::Plane Vantry_Class::NAME(int n) {                                                                   \
+        traceCall(#NAME, n);                                                                                 \
+        return EXPR;                                                                                         \
     }
-#define KIRREL_FRAME_SETTER(NAME, EXPR)                                                                    \
-    void Vantry_Class::NAME(const krl::Plane& p, int n) {                                                  \
-        traceCall(#NAME, p, n);                                                                            \
-        EXPR;                                                                                              \
+#define KIRREL_FRAME_SETTER(NAME, EXPR)                                                                      \
+    void Vantry_Class::NAME(const krl::Plane& p, int n) {                                                    \
+        traceCall(#NAME, p, n);                                                                              \
+        EXPR;                                                                                                \
     }
 
 KIRREL_PLANE_GETTER(Van_GetRBuffer, host_.getBuffer(Channel::R))

@@ -40,26 +40,30 @@ constexpr bool div25IsExact() {
 }
 static_assert(div25IsExact());
 
-// Horizontal 5-tap sums of one row, edges repeated.
-KRL_CELL_LOOP void boxRow(const u8* __restrict src, u16* __restrict dst, int n) {
-    auto at = [&](int x) { return static_cast<u16>(src[std::clamp(x, 0, n - 1)]); };
-    if (n < 5) {
-        for (int x = 0; x < n; ++x)
-            dst[x] = static_cast<u16>(at(x - 2) + at(x - 1) + at(x) + at(x + 1) + at(x + 2));
-        return;
-    }
-    dst[0] = static_cast<u16>(3 * src[0] + src[1] + src[2]);
-    dst[1] = static_cast<u16>(2 * src[0] + src[1] + src[2] + src[3]);
-    for (int x = 2; x < n - 2; ++x)
-        dst[x] = static_cast<u16>(src[x - 2] + src[x - 1] + src[x] + src[x + 1] + src[x + 2]);
-    dst[n - 2] = static_cast<u16>(src[n - 4] + src[n - 3] + src[n - 2] + 2 * src[n - 1]);
-    dst[n - 1] = static_cast<u16>(src[n - 3] + src[n - 2] + 3 * src[n - 1]);
+// The box goes down the columns first: five source rows summed per column (kept running from row to
+// row, one row in and one out), then five column sums across, each row of sums carrying two repeated
+// edge cells at either end. Sums of whole bytes come out the same in either order.
+KRL_CELL_LOOP void boxColumnStart(const u8* __restrict a, const u8* __restrict b, const u8* __restrict c,
+                                  const u8* __restrict d, const u8* __restrict e, u16* __restrict column,
+                                  int n) {
+    for (int x = 0; x < n; ++x)
+        column[x] = static_cast<u16>(a[x] + b[x] + c[x] + d[x] + e[x]);
 }
 
-KRL_CELL_LOOP void boxColumn(const u16* __restrict a, const u16* __restrict b, const u16* __restrict c,
-                             const u16* __restrict d, const u16* __restrict e, u8* __restrict dst, int n) {
+KRL_CELL_LOOP void boxColumnStep(const u8* __restrict enter, const u8* __restrict leave,
+                                 u16* __restrict column, int n) {
     for (int x = 0; x < n; ++x)
-        dst[x] = static_cast<u8>(div25(static_cast<u16>(a[x] + b[x] + c[x] + d[x] + e[x] + 12u)));
+        column[x] = static_cast<u16>(column[x] + enter[x] - leave[x]);
+}
+
+KRL_CELL_LOOP void boxAcross(u16* __restrict column, u8* __restrict dst, int n) {
+    column[-2] = column[-1] = column[0];
+    column[n] = column[n + 1] = column[n - 1];
+    for (int x = 0; x < n; ++x) {
+        const auto sum =
+            static_cast<u16>(column[x - 2] + column[x - 1] + column[x] + column[x + 1] + column[x + 2]);
+        dst[x] = static_cast<u8>(div25(static_cast<u16>(sum + 12u)));
+    }
 }
 
 // Horizontal [1 2 1] sums of one row, edges repeated.
@@ -80,29 +84,50 @@ KRL_CELL_LOOP void tentColumn(const u16* __restrict a, const u16* __restrict b, 
         dst[x] = static_cast<u8>(static_cast<u16>(a[x] + 2u * b[x] + c[x] + 8u) >> 4);
 }
 
-// Rows [y0, y1) of one plane through a separable kernel of the given radius. Row sums of the last
-// 2*radius+1 source rows live in a ring; source rows are read strictly ahead of the rows written.
-// srcAt(y) gives source row y.
-template <int Radius, class SrcAt, class RowFn, class ColFn>
-void blurRows(SrcAt srcAt, u8* dst, int dstStride, Extent e, int y0, int y1, RowFn rowFn, ColFn colFn) {
-    constexpr int kTaps = 2 * Radius + 1;
-    const int n = e.cols;
+// Rows [y0, y1) of one plane through the 5x5 box. The window's source rows are clamped to the extent,
+// so at the edges the same row may come in or go out several times; they are copied into a ring as
+// they are read, since in place a row that goes out has long been overwritten. Source rows are read
+// strictly ahead of the rows written. srcAt(y) gives source row y.
+template <class SrcAt> void boxRows(SrcAt srcAt, u8* dst, int dstStride, Extent e, int y0, int y1) {
+    constexpr int kRing = 6; // the window's five rows and the one coming in
+    const int n = e.cols, last = e.rows - 1;
+    const std::size_t sn = static_cast<std::size_t>(n);
+    thread_local std::vector<u8> ring;
+    ring.resize(kRing * sn);
+    thread_local std::vector<u16> sums;
+    sums.resize(sn + 4);
+    auto slot = [&](int y) {
+        return ring.data() + static_cast<std::size_t>(std::clamp(y, 0, last) % kRing) * sn;
+    };
+    auto take = [&](int y) { std::memcpy(slot(y), srcAt(y), sn); };
+    u16* const column = sums.data() + 2;
+    for (int y = std::max(0, y0 - 2); y <= std::min(last, y0 + 2); ++y)
+        take(y);
+    boxColumnStart(slot(y0 - 2), slot(y0 - 1), slot(y0), slot(y0 + 1), slot(y0 + 2), column, n);
+    for (int y = y0; y < y1; ++y) {
+        if (y > y0) {
+            if (y + 2 <= last) take(y + 2);
+            boxColumnStep(slot(y + 2), slot(y - 3), column, n);
+        }
+        boxAcross(column, dst + static_cast<std::size_t>(y) * dstStride, n);
+    }
+}
+
+// Rows [y0, y1) of one plane through the 3x3 tent. Row sums of the last three source rows live in a
+// ring; source rows are read strictly ahead of the rows written. srcAt(y) gives source row y.
+template <class SrcAt> void tentRows(SrcAt srcAt, u8* dst, int dstStride, Extent e, int y0, int y1) {
+    constexpr int kTaps = 3;
+    const int n = e.cols, last = e.rows - 1;
     thread_local std::vector<u16> ring;
     ring.resize(static_cast<std::size_t>(kTaps) * static_cast<std::size_t>(n));
-    auto slot = [&](int y) { return ring.data() + static_cast<std::size_t>(y % kTaps) * n; };
-    int next = std::max(0, y0 - Radius); // next source row to sum
+    auto slot = [&](int y) {
+        return ring.data() + static_cast<std::size_t>(std::clamp(y, 0, last) % kTaps) * n;
+    };
+    int next = std::max(0, y0 - 1); // next source row to sum
     for (int y = y0; y < y1; ++y) {
-        const int need = std::min(y + Radius, e.rows - 1);
-        for (; next <= need; ++next)
-            rowFn(srcAt(next), slot(next), n);
-        const u16* rows[kTaps];
-        for (int k = 0; k < kTaps; ++k)
-            rows[k] = slot(std::clamp(y - Radius + k, 0, e.rows - 1));
-        u8* out = dst + static_cast<std::size_t>(y) * dstStride;
-        if constexpr (Radius == 2)
-            colFn(rows[0], rows[1], rows[2], rows[3], rows[4], out, n);
-        else
-            colFn(rows[0], rows[1], rows[2], out, n);
+        for (; next <= std::min(y + 1, last); ++next)
+            tentRow(srcAt(next), slot(next), n);
+        tentColumn(slot(y - 1), slot(y), slot(y + 1), dst + static_cast<std::size_t>(y) * dstStride, n);
     }
 }
 
@@ -110,8 +135,8 @@ void blurRows(SrcAt srcAt, u8* dst, int dstStride, Extent e, int y0, int y1, Row
 // either side of its own; where a plane is blurred in place those rows belong to the neighbouring
 // slices, which may already have written them, so they are copied aside before the slices start
 // and read from there.
-template <int Radius, class RowFn, class ColFn>
-void blurPlanes(Plane* const out[3], const Plane* const in[3], Extent e, RowFn rowFn, ColFn colFn) {
+template <int Radius, class Rows>
+void blurPlanes(Plane* const out[3], const Plane* const in[3], Extent e, Rows rowsOfPlane) {
     u8* dst[3];
     for (int c = 0; c < 3; ++c)
         dst[c] = out[c]->data();
@@ -157,7 +182,7 @@ void blurPlanes(Plane* const out[3], const Plane* const in[3], Extent e, RowFn r
                 }
                 return src[c] + static_cast<std::size_t>(y) * srcStride[c];
             };
-            blurRows<Radius>(srcAt, dst[c], out[c]->cols(), e, y0, y1, rowFn, colFn);
+            rowsOfPlane(srcAt, dst[c], out[c]->cols(), e, y0, y1);
         }
     };
     // A result plane that is another channel's source (or another channel's result) ties the channels
@@ -182,7 +207,9 @@ void BoxBlur(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, 
     if (e.empty()) return;
     Plane* const out[3] = {&AR, &AG, &AB};
     const Plane* const in[3] = {&BR, &BG, &BB};
-    blurPlanes<2>(out, in, e, boxRow, boxColumn);
+    blurPlanes<2>(out, in, e, [](auto srcAt, u8* dst, int stride, Extent ex, int y0, int y1) {
+        boxRows(srcAt, dst, stride, ex, y0, y1);
+    });
 }
 
 void TriBlur(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
@@ -190,7 +217,9 @@ void TriBlur(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
     if (e.empty()) return;
     Plane* const out[3] = {&AR, &AG, &AB};
     const Plane* const in[3] = {&AR, &AG, &AB};
-    blurPlanes<1>(out, in, e, tentRow, tentColumn);
+    blurPlanes<1>(out, in, e, [](auto srcAt, u8* dst, int stride, Extent ex, int y0, int y1) {
+        tentRows(srcAt, dst, stride, ex, y0, y1);
+    });
 }
 
 } // namespace krl

@@ -14,6 +14,10 @@ inline std::uint8_t luma(std::uint8_t r, std::uint8_t g, std::uint8_t b) {
     return static_cast<std::uint8_t>(sum >> 8);
 }
 
+// The grey of each pixel of a row (built for AVX2 as well, like the cell loops).
+void lumaRow(const std::uint8_t* r, const std::uint8_t* g, const std::uint8_t* b,
+             std::uint8_t* __restrict out, int n);
+
 // v / 2 rounded half to even, the rounding the dialogs use in their own pixel loops.
 inline unsigned halfEven(unsigned v) {
     const unsigned q = v >> 1;
@@ -21,20 +25,38 @@ inline unsigned halfEven(unsigned v) {
 }
 
 // A fixed, stateless hash of a position. Used for grain that must stay put from frame to frame, like
-// the tooth of paper, and must not consume the noise source.
-inline std::uint32_t positionHash(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
-    std::uint32_t h = x * 0x9E3779B1u ^ (y + 0x7F4A7C15u) * 0x85EBCA77u ^ salt * 0xC2B2AE3Du;
+// the tooth of paper, and must not consume the noise source. The position is mixed in by
+// multiplies that row loops can keep as running sums (x * kHashX grows by kHashX a column), then
+// stirred.
+constexpr std::uint32_t kHashX = 0x9E3779B1u, kHashY = 0x85EBCA77u, kHashSalt = 0xC2B2AE3Du;
+constexpr std::uint32_t kHashYBase = 0x7F4A7C15u;
+
+inline std::uint32_t positionMix(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
+    return x * kHashX ^ (y + kHashYBase) * kHashY ^ salt * kHashSalt;
+}
+
+// The stirring of a mixed position, up to its last shift, which leaves the top byte as it is.
+inline std::uint32_t hashStir(std::uint32_t h) {
     h ^= h >> 15;
     h *= 0x2C1B3C6Du;
     h ^= h >> 12;
     h *= 0x297A2D39u;
-    h ^= h >> 15;
     return h;
+}
+
+inline std::uint32_t positionHash(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
+    const std::uint32_t h = hashStir(positionMix(x, y, salt));
+    return h ^ (h >> 15);
 }
 
 // Grain value 0..255 of a position.
 inline std::uint8_t positionGrain(std::uint32_t x, std::uint32_t y, std::uint32_t salt) {
     return static_cast<std::uint8_t>(positionHash(x, y, salt) >> 24);
+}
+
+// The same from a mixed position: the top byte, which the last shift leaves as it is.
+inline std::uint8_t mixedGrain(std::uint32_t mixed) {
+    return static_cast<std::uint8_t>(hashStir(mixed) >> 24);
 }
 
 // One row of fixed grain for row y: a long stretch of positionGrain values, started at a place that

@@ -1,14 +1,14 @@
-// The filters that each stand behind one dialog look: cartoon, pencil sketch, chalk, night vision.
+// The filters that each stand behind one dialog look: pencil sketch and chalk (the cartoon and the
+// night vision have files of their own).
 //
-// Sizes: ToonFilter and ToonFilter2 take upper bounds (a count is clamped to the planes);
-// SketchHard, ChalkFilter and NightVision take counts (W, H leave the last column and row).
-// Where a pixel depends on neighbours, the processed extent is treated as the whole picture and its
-// edge is repeated outward, so nothing outside it is read.
+// Sizes: SketchHard and ChalkFilter take counts (W, H leave the last column and row).
 
+#include "pixel/ByteTable.h"
 #include "pixel/CellLoop.h"
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Kernels.h"
 #include "pixel/Slices.h"
 
 #include <algorithm>
@@ -16,6 +16,11 @@
 #include <cmath>
 #include <cstring>
 #include <vector>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#define KRL_LOOKS_KERNELS 1
+#endif
 
 namespace krl {
 
@@ -36,222 +41,6 @@ struct PlaneOut {
     u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
 };
 
-KRL_CELL_LOOP void lumaRow(const u8* r, const u8* g, const u8* b, u8* __restrict out, int n) {
-    for (int x = 0; x < n; ++x)
-        out[x] = filt::luma(r[x], g[x], b[x]);
-}
-
-// ---- cartoon -------------------------------------------------------------------------------------
-
-struct ToonStyle {
-    int edgeFrom;   // Sobel magnitude (0..2040) where the line starts to darken
-    int edgeGain;   // darkening per unit of magnitude above edgeFrom, out of 256
-    int tones;      // flat colour bands per channel
-    int smoothing;  // a blur change beyond this is a smeared edge and is not taken
-    bool thickLine; // widen lines by one pixel each way
-};
-
-// [1 2 1] smoothing of one row of grey from three rows, edges repeated; keeps grain out of the lines.
-void smoothRow(const u8* a, const u8* b, const u8* c, u8* __restrict out, int n) {
-    auto v = [&](int x) { return a[x] + 2 * b[x] + c[x]; };
-    if (n == 1) {
-        out[0] = static_cast<u8>((4 * v(0) + 8) >> 4);
-        return;
-    }
-    out[0] = static_cast<u8>((3 * v(0) + v(1) + 8) >> 4);
-    for (int x = 1; x < n - 1; ++x)
-        out[x] = static_cast<u8>((v(x - 1) + 2 * v(x) + v(x + 1) + 8) >> 4);
-    out[n - 1] = static_cast<u8>((v(n - 2) + 3 * v(n - 1) + 8) >> 4);
-}
-
-// Line darkness (0 none .. 256 black) of one row from three rows of grey, edges repeated.
-void edgeRow(const u8* a, const u8* b, const u8* c, u16* __restrict out, int n, const ToonStyle& st) {
-    auto edgeAt = [&](int xl, int x, int xr) {
-        const int gx = (a[xr] + 2 * b[xr] + c[xr]) - (a[xl] + 2 * b[xl] + c[xl]);
-        const int gy = (c[xl] + 2 * c[x] + c[xr]) - (a[xl] + 2 * a[x] + a[xr]);
-        const int mag = std::abs(gx) + std::abs(gy);
-        return static_cast<u16>(filt::clampInt((mag - st.edgeFrom) * st.edgeGain, 0, 256));
-    };
-    if (n == 1) {
-        out[0] = edgeAt(0, 0, 0);
-        return;
-    }
-    out[0] = edgeAt(0, 0, 1);
-    for (int x = 1; x < n - 1; ++x)
-        out[x] = edgeAt(x - 1, x, x + 1);
-    out[n - 1] = edgeAt(n - 2, n - 1, n - 1);
-}
-
-// Rows of a per-row stage kept in a small ring, produced in order on demand.
-// The rows live in storage kept per thread and reused from call to call, cleared as a fresh ring
-// would be, so the filter allocates nothing once it has run at a size.
-template <class T> struct RowRing {
-    std::vector<T>& data;
-    std::size_t n;
-    int size;
-    int next = 0;
-    RowRing(std::vector<T>& storage, int ringRows, std::size_t cols)
-        : data(storage), n(cols), size(ringRows) {
-        data.assign(static_cast<std::size_t>(ringRows) * cols, T{});
-    }
-    T* row(int y) { return data.data() + static_cast<std::size_t>(y % size) * n; }
-};
-
-// How far the blur may pull each pixel, by the largest change of its channels between the blurred A
-// and B: fully while the change stays within half of `smoothing`, not at all beyond `smoothing`. The
-// quotient is taken in single precision: its numerator is exact and a quotient short of a whole number
-// misses it by at least 1 / smoothing, so truncation gives the integer division's result.
-KRL_CELL_LOOP void pullRow(const u8* __restrict p0, const u8* __restrict p1, const u8* __restrict p2,
-                           const u8* __restrict q0, const u8* __restrict q1, const u8* __restrict q2,
-                           u16* __restrict pulled, int n, int smoothing) {
-    const auto s = static_cast<float>(smoothing);
-    for (int x = 0; x < n; ++x) {
-        const int moved =
-            std::max({std::abs(p0[x] - q0[x]), std::abs(p1[x] - q1[x]), std::abs(p2[x] - q2[x])});
-        const int share = static_cast<int>(static_cast<float>((smoothing - moved) * 512) / s);
-        pulled[x] = static_cast<u16>(filt::clampInt(share, 0, 256));
-    }
-}
-
-// Each byte to the tone of its band: `tones` bands spread evenly from black to white, rounded to
-// nearest; the quotient in single precision, exact as in pullRow.
-KRL_CELL_LOOP void bandRow(u8* __restrict v, int n, int tones) {
-    const int halfStep = (tones - 1) / 2;
-    const auto step = static_cast<float>(tones - 1);
-    for (int x = 0; x < n; ++x) {
-        const int k = (v[x] * tones) >> 8;
-        v[x] = static_cast<u8>(static_cast<int>(static_cast<float>(k * 255 + halfStep) / step));
-    }
-}
-
-// Flat colour bands with dark lines where the unblurred picture B has edges. The colour is the blurred
-// A where the blur changed the pixel little, B where it changed it much: within an area the blur
-// irons out texture and shading, while near a strong edge, where the blur has smeared one colour into
-// the next, each side keeps its own colour, so heavy blurring flattens without halos. Lines come from B
-// (lightly smoothed against grain) so that they stay crisp however much A was blurred. B is never
-// written.
-void toon(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w, int h,
-          const ToonStyle& st) {
-    const Extent e = boundExtent(w, h, AR, AG, AB, BR, BG, BB);
-    if (e.empty()) return;
-    const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
-    const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
-
-    // Three stages, each a ring of rows: grey of B, smoothed grey, line darkness. Output row y needs
-    // line rows up to y+1 (thick lines), hence smoothed rows up to y+2 and grey rows up to y+3; all
-    // of B that row y depends on is read before row y of A is written. A slice of rows starts its
-    // rings three rows early, so its first row sees the stages exactly as the whole loop would; the
-    // rings hold eight rows, room for that start. Slices need A apart from B: in place, a slice's
-    // first rows would read B rows that the slice above has already written.
-    auto rows = [&](int y0, int y1) {
-        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
-        const int n = e.cols;
-        const std::size_t sn = static_cast<std::size_t>(n);
-        const int last = e.rows - 1;
-        const bool thick = st.thickLine;
-        const int smoothing = st.smoothing, tones = st.tones;
-        auto clampY = [last](int y) { return std::clamp(y, 0, last); };
-        thread_local std::vector<u8> greyRows, smoothRows;
-        thread_local std::vector<u16> edgeRows;
-        RowRing<u8> grey(greyRows, 8, sn), smooth(smoothRows, 8, sn);
-        RowRing<u16> edge(edgeRows, 8, sn);
-        grey.next = clampY(y0 - 3);
-        smooth.next = clampY(y0 - 2);
-        edge.next = clampY(y0 - 1);
-        thread_local std::vector<u16> line;
-        line.resize(sn);
-        thread_local std::vector<u16> pull;
-        pull.resize(sn);
-        thread_local std::vector<u8> flatRow;
-        flatRow.resize(sn);
-        for (int y = y0; y < y1; ++y) {
-            const int needEdge = std::min(y + (thick ? 1 : 0), last);
-            const int needSmooth = std::min(needEdge + 1, last);
-            const int needGrey = std::min(needSmooth + 1, last);
-            for (; grey.next <= needGrey; ++grey.next)
-                lumaRow(in[0].row(grey.next), in[1].row(grey.next), in[2].row(grey.next), grey.row(grey.next),
-                        n);
-            for (int& k = smooth.next; k <= needSmooth; ++k)
-                smoothRow(grey.row(clampY(k - 1)), grey.row(k), grey.row(clampY(k + 1)), smooth.row(k), n);
-            for (int& k = edge.next; k <= needEdge; ++k)
-                edgeRow(smooth.row(clampY(k - 1)), smooth.row(k), smooth.row(clampY(k + 1)), edge.row(k), n,
-                        st);
-            if (thick) {
-                const u16* up = edge.row(clampY(y - 1));
-                const u16* mid = edge.row(y);
-                const u16* down = edge.row(clampY(y + 1));
-                for (int x = 0; x < n; ++x) {
-                    const int xl = std::max(x - 1, 0);
-                    const int xr = std::min(x + 1, n - 1);
-                    line[static_cast<std::size_t>(x)] = std::max({up[x], down[x], mid[xl], mid[x], mid[xr]});
-                }
-            } else {
-                std::memcpy(line.data(), edge.row(y), sn * sizeof(u16));
-            }
-            u16* __restrict pulled = pull.data();
-            pullRow(out[0].row(y), out[1].row(y), out[2].row(y), in[0].row(y), in[1].row(y), in[2].row(y),
-                    pulled, n, smoothing);
-            const u16* __restrict lines = line.data();
-            u8* __restrict flat = flatRow.data();
-            for (int c = 0; c < 3; ++c) {
-                u8* __restrict p = out[c].row(y);
-                const u8* __restrict q = in[c].row(y);
-                // Three passes, each a loop of its own that vectorises.
-                for (int x = 0; x < n; ++x)
-                    flat[x] = static_cast<u8>(q[x] + (((p[x] - q[x]) * pulled[x]) >> 8));
-                bandRow(flat, n, tones);
-                for (int x = 0; x < n; ++x)
-                    p[x] = static_cast<u8>((flat[x] * (256u - lines[x]) + 128u) >> 8);
-            }
-        }
-    };
-    bool apart = true;
-    for (const PlaneOut& o : out)
-        for (const PlaneRef& i : in)
-            apart = apart && o.base != i.base;
-    if (apart)
-        forRowSlices(e.rows, 6LL * e.cols, rows);
-    else
-        rows(0, e.rows);
-}
-
-// ---- night vision --------------------------------------------------------------------------------
-
-struct NightTables {
-    std::array<u8, 256> gain{}; // lifts the dark the way an image intensifier does
-    std::array<u8, 256> r{}, g{}, b{};
-};
-
-NightTables makeNightTables() {
-    NightTables t;
-    for (int v = 0; v < 256; ++v) {
-        const double f = v / 255.0;
-        t.gain[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * std::pow(f, 0.7)));
-        // Phosphor green: never quite black, highlights bleed toward a pale green-white.
-        t.g[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(18.0 + 237.0 * f));
-        t.r[static_cast<std::size_t>(v)] = static_cast<u8>(std::lround(255.0 * (0.06 * f + 0.5 * f * f * f)));
-        t.b[static_cast<std::size_t>(v)] =
-            static_cast<u8>(std::lround(255.0 * (0.10 * f + 0.35 * f * f * f)));
-    }
-    return t;
-}
-
-const NightTables& nightTables() {
-    static const NightTables t = makeNightTables();
-    return t;
-}
-
-// Distance-squared falloff toward the edge of the extent along one axis: 0 in the centre, `depth` at
-// the edge, out of 256.
-void falloff(int n, int depth, std::vector<u16>& f) {
-    f.assign(static_cast<std::size_t>(n), u16{});
-    const double half = std::max(1.0, (n - 1) / 2.0);
-    for (int i = 0; i < n; ++i) {
-        const double d = (i - (n - 1) / 2.0) / half;
-        f[static_cast<std::size_t>(i)] = static_cast<u16>(std::lround(depth * d * d));
-    }
-}
-
 // ---- sketch --------------------------------------------------------------------------------------
 
 // Colour dodge of the picture by its blurred negative: flat areas dodge to white, edges stay dark.
@@ -265,18 +54,50 @@ KRL_CELL_LOOP void dodgeRow(const u8* a, const u8* b, u8* __restrict out, int n)
     }
 }
 
+#ifdef KRL_LOOKS_KERNELS
+// Eight bytes as eight floats, widened by one instruction (the compiler's own widening takes three
+// shuffles for eight bytes, and the dodge waited on them more than on its division).
+__attribute__((target("avx2"))) inline __m256 floatsOf(const u8* p) {
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+
+// dodgeRow eight cells at a time, the same float operations in the same order.
+__attribute__((target("avx2"))) __m256i dodgeEight(const u8* a, const u8* b) {
+    const __m256 neg = floatsOf(a);
+    const __m256 full = _mm256_cvtepi32_ps(
+        _mm256_srli_epi32(_mm256_add_epi32(_mm256_cvttps_epi32(neg), _mm256_set1_epi32(1)), 8));
+    const __m256 room = _mm256_add_ps(_mm256_sub_ps(_mm256_set1_ps(255.0f), neg), full);
+    const __m256 top = _mm256_add_ps(_mm256_mul_ps(floatsOf(b), _mm256_set1_ps(255.0f)),
+                                     _mm256_mul_ps(full, _mm256_set1_ps(65025.0f)));
+    const __m256 q = _mm256_add_ps(_mm256_div_ps(top, room), _mm256_set1_ps(0.5f));
+    return _mm256_cvttps_epi32(_mm256_min_ps(q, _mm256_set1_ps(255.0f)));
+}
+
+// Thirty-two cells a time; returns the cells done.
+__attribute__((target("avx2"))) int dodgeAvx2(const u8* a, const u8* b, u8* out, int n) {
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7); // undoes the packing's interleave
+    int x = 0;
+    for (; x + 32 <= n; x += 32) {
+        const __m256i words = _mm256_packs_epi32(dodgeEight(a + x, b + x), dodgeEight(a + x + 8, b + x + 8));
+        const __m256i words2 =
+            _mm256_packs_epi32(dodgeEight(a + x + 16, b + x + 16), dodgeEight(a + x + 24, b + x + 24));
+        const __m256i bytes = _mm256_permutevar8x32_epi32(_mm256_packus_epi16(words, words2), order);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + x), bytes);
+    }
+    return x;
+}
+#endif
+
+// The dodge of a row, by the widest kernel the processor runs and then the plain loop.
+void dodge(const u8* a, const u8* b, u8* out, int n, [[maybe_unused]] bool avx2) {
+    int done = 0;
+#ifdef KRL_LOOKS_KERNELS
+    if (avx2) done = dodgeAvx2(a, b, out, n);
+#endif
+    dodgeRow(a + done, b + done, out + done, n - done);
+}
+
 } // namespace
-
-void ToonFilter(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{112, 3, 6, 40, false});
-}
-
-// "Edge Boost": lines start at weaker edges, darken faster and are a pixel wider each way.
-void ToonFilter2(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG, const Plane& BB, int w,
-                 int h) {
-    toon(AR, AG, AB, BR, BG, BB, w, h, ToonStyle{64, 5, 6, 40, true});
-}
 
 // A holds the blurred negative, B the picture; the line drawing replaces A, B is only read. The
 // dodge gives the pencil line; strength shapes its tone: 128 leaves the plain dodge, higher values
@@ -290,45 +111,90 @@ void SketchHard(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& B
     const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
     const PlaneRef in[3] = {{BR.data(), BR.cols()}, {BG.data(), BG.cols()}, {BB.data(), BB.cols()}};
     const bool plainDodge = strength <= 128;
+    const bool avx2 = kernelSet() >= KernelSet::Avx2;
     const double exponent = 1.0 + 3.0 * (filt::clampInt(strength, 128, 255) - 128) / 127.0;
-    std::array<u8, 256> tone{};
+    std::array<u8, 256> curve{};
     for (int v = 0; v < 256; ++v)
-        tone[static_cast<std::size_t>(v)] =
+        curve[static_cast<std::size_t>(v)] =
             static_cast<u8>(std::lround(255.0 * std::pow(v / 255.0, exponent)));
+    const ByteTable tone(curve);
     forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
         // Locals: byte stores could otherwise alias the captured values.
         const int n = e.cols;
         const bool plain = plainDodge;
-        const u8* const toneOf = tone.data();
         thread_local std::vector<u8> dodged;
         dodged.resize(static_cast<std::size_t>(n));
         u8* __restrict d = dodged.data();
         for (int y = y0; y < y1; ++y) {
             for (int c = 0; c < 3; ++c) {
                 u8* p = out[c].row(y);
-                dodgeRow(p, in[c].row(y), d, n);
+                dodge(p, in[c].row(y), d, n, avx2);
                 if (plain) {
                     std::memcpy(p, d, static_cast<std::size_t>(n));
                     continue;
                 }
-                for (int x = 0; x < n; ++x)
-                    p[x] = toneOf[d[x]];
+                tone.apply(d, p, n);
             }
         }
     });
 }
 
 namespace {
+// The paper's tooth: strokes that are grain cells eight pixels long along the diagonal and one pixel
+// across it (positionGrain of the cell), roughened by a fine grain of their own (positionGrain of the
+// pixel). The positions are mixed in as running sums along the row.
+using u32 = std::uint32_t;
+
+// The stroke grain of the pixels x = first + 8 m and the one after each, for m from 0 while x stays
+// below cols: where (x + y) is a multiple of 8, so both lie at the start of a cell. The cell and the
+// diagonal go up by one and by eight with m.
+KRL_CELL_LOOP void strokeStarts(int y, int first, int cols, u8* __restrict at0, u8* __restrict at1) {
+    const int count = (cols - first + 7) / 8;
+    u32 alongMix = static_cast<u32>((first + y) >> 3) * filt::kHashX;
+    u32 acrossMix = (static_cast<u32>(first - y + 4096) + filt::kHashYBase) * filt::kHashY;
+    for (int m = 0; m < count; ++m) {
+        const u32 mixed = alongMix ^ acrossMix ^ filt::kHashSalt;
+        at0[m] = filt::mixedGrain(mixed);
+        at1[m] = filt::mixedGrain(alongMix ^ (acrossMix + filt::kHashY) ^ filt::kHashSalt);
+        alongMix += filt::kHashX;
+        acrossMix += 8 * filt::kHashY;
+    }
+}
+
+// The stroke grain of row y. A stroke's cell runs down the diagonal, so a pixel shares the grain of
+// the pixel up and to the left unless it starts a cell ((x + y) % 8 of 0 or 1 for them both to lie
+// in one cell, that is at least 2 for the pixel itself): `above` is row y - 1's grain, or null for a
+// slice's first row, which is worked out in full. `starts` is scratch of (cols + 7) / 4 bytes.
+void strokeRow(int y, int cols, const u8* above, u8* __restrict stroke, u8* __restrict starts) {
+    if (above == nullptr) {
+        for (int x = 0; x < cols; ++x)
+            stroke[x] =
+                filt::positionGrain(static_cast<u32>((x + y) >> 3), static_cast<u32>(x - y + 4096), 1);
+        return;
+    }
+    std::memcpy(stroke + 1, above, static_cast<std::size_t>(cols - 1));
+    stroke[0] = filt::positionGrain(static_cast<u32>(y >> 3), static_cast<u32>(4096 - y), 1);
+    const int first = (8 - y % 8) % 8;
+    if (first >= cols) return;
+    const int count = (cols - first + 7) / 8;
+    u8* at1 = starts + count;
+    strokeStarts(y, first, cols, starts, at1);
+    for (int m = 0, x = first; m < count; ++m, x += 8) {
+        stroke[x] = starts[m];
+        if (x + 1 < cols) stroke[x + 1] = at1[m];
+    }
+}
+
 // How far each pixel of row y goes to white: the lift everywhere, and more where the paper's tooth
-// stands above `skipAbove` and the chalk skipped. Strokes are grain cells eight pixels long along the
-// diagonal and one pixel across it, roughened by a fine grain of their own.
-KRL_CELL_LOOP void chalkRow(int y, int cols, int liftBy, int skipAbove, u16* __restrict whiten) {
+// stands above `skipAbove` and the chalk skipped.
+KRL_CELL_LOOP void chalkRow(int y, int cols, const u8* __restrict stroke, int liftBy, int skipAbove,
+                            u16* __restrict whiten) {
+    const u32 fineRow = filt::positionMix(0, static_cast<u32>(y), 2);
+    u32 fineX = 0;
     for (int x = 0; x < cols; ++x) {
-        const auto along = static_cast<std::uint32_t>((x + y) >> 3);
-        const auto across = static_cast<std::uint32_t>(x - y + 4096);
-        const int stroke = filt::positionGrain(along, across, 1);
-        const int fine = filt::positionGrain(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), 2);
-        const int tooth = (3 * stroke + fine) >> 2;
+        const int fine = filt::mixedGrain(fineX ^ fineRow);
+        fineX += filt::kHashX;
+        const int tooth = (3 * stroke[x] + fine) >> 2;
         const int skip = tooth > skipAbove ? (tooth - skipAbove) * 3 : 0;
         whiten[x] = static_cast<u16>(std::min(256, liftBy + skip));
     }
@@ -367,6 +233,11 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         const unsigned softBy = soften;
         thread_local std::vector<u16> whiten;
         whiten.resize(n);
+        thread_local std::vector<u8> strokes;
+        strokes.resize(2 * n + (n + 7) / 4 + 2);
+        u8* stroke = strokes.data();
+        u8* above = nullptr;
+        u8* const starts = strokes.data() + 2 * n;
         thread_local std::vector<u8> grey;
         grey.resize(n);
         thread_local std::vector<u8> result;
@@ -374,73 +245,16 @@ void ChalkFilter(Plane& AR, Plane& AG, Plane& AB, int w, int h, int level) {
         u16* __restrict wh = whiten.data();
         u8* __restrict gr = grey.data();
         for (int y = y0; y < y1; ++y) {
-            chalkRow(y, cols, liftBy, skipAbove, wh);
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
+            strokeRow(y, cols, above, stroke, starts);
+            chalkRow(y, cols, stroke, liftBy, skipAbove, wh);
+            above = stroke;
+            stroke = stroke == strokes.data() ? strokes.data() + n : strokes.data();
+            filt::lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
             for (int c = 0; c < 3; ++c)
                 chalkTone(out[c].row(y), gr, wh, result.data() + static_cast<std::size_t>(c) * n, cols,
                           softBy);
             for (int c = 0; c < 3; ++c)
                 std::memcpy(out[c].row(y), result.data() + static_cast<std::size_t>(c) * n, n);
-        }
-    });
-}
-
-namespace {
-// The lifted grey of a row darkened toward the rim (`across` per column, `down` for the row) and
-// given its grain; the table lookups stay outside so that this vectorises.
-KRL_CELL_LOOP void nightRow(u8* __restrict grey, const u8* __restrict grain, const u16* __restrict across,
-                            int down, int n) {
-    for (int x = 0; x < n; ++x) {
-        const int keep = 256 - across[x] - down;
-        grey[x] = static_cast<u8>(filt::clampInt(((grey[x] * keep) >> 8) + (grain[x] - 128) / 20, 0, 255));
-    }
-}
-} // namespace
-
-// Night-vision goggles: the picture's grey, lifted in the dark, darkened toward the rim of the view
-// like an eyepiece, with a fine fixed grain, shown in phosphor green.
-void NightVision(Plane& AR, Plane& AG, Plane& AB, int w, int h) {
-    const Extent e = countExtent(w, h, AR, AG, AB);
-    if (e.empty()) return;
-    const PlaneOut out[3] = {{AR.data(), AR.cols()}, {AG.data(), AG.cols()}, {AB.data(), AB.cols()}};
-    const NightTables& t = nightTables();
-    thread_local std::vector<u16> fxStore, fyStore;
-    falloff(e.cols, 60, fxStore);
-    falloff(e.rows, 60, fyStore);
-    // Named through plain references: a slice on another thread would see its own thread_local.
-    const std::vector<u16>& fx = fxStore;
-    const std::vector<u16>& fy = fyStore;
-    forRowSlices(e.rows, 3LL * e.cols, [&](int y0, int y1) {
-        // Locals: byte stores could otherwise alias the captured values and stop vectorising.
-        const int cols = e.cols;
-        const std::size_t n = static_cast<std::size_t>(cols);
-        const u16* const across = fx.data();
-        const u8* const gain = t.gain.data();
-        thread_local std::vector<u8> grey;
-        grey.resize(n);
-        thread_local std::vector<u8> grainLine;
-        grainLine.resize(n);
-        u8* __restrict gr = grey.data();
-        u8* __restrict grain = grainLine.data();
-        const u8* const toR = t.r.data();
-        const u8* const toG = t.g.data();
-        const u8* const toB = t.b.data();
-        for (int y = y0; y < y1; ++y) {
-            lumaRow(out[0].row(y), out[1].row(y), out[2].row(y), gr, cols);
-            filt::grainRow(static_cast<std::uint32_t>(y), 3, grain, cols);
-            const int down = fy[static_cast<std::size_t>(y)];
-            for (std::size_t x = 0; x < n; ++x)
-                gr[x] = gain[gr[x]];
-            nightRow(gr, grain, across, down, cols);
-            u8* __restrict r = out[0].row(y);
-            u8* __restrict g = out[1].row(y);
-            u8* __restrict b = out[2].row(y);
-            for (std::size_t x = 0; x < n; ++x) {
-                const u8 v = gr[x];
-                r[x] = toR[v];
-                g[x] = toG[v];
-                b[x] = toB[v];
-            }
         }
     });
 }

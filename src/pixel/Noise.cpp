@@ -90,9 +90,19 @@ KRL_CELL_LOOP void mixRow(u8* __restrict p, const u8* __restrict noise, unsigned
         p[x] = static_cast<u8>(static_cast<std::uint16_t>(p[x] * keep + noise[x] * take + 128u) >> 8);
 }
 
-void alphaShares(const u8* __restrict m, std::uint16_t* __restrict part, unsigned share, int n) {
+// Each pixel's noise share: share scaled by the mask read as 0..256 (255 -> share). In 16-bit lanes:
+// the product stays below 65536 unless the share is the whole 256, where it is the mask itself.
+KRL_CELL_LOOP void alphaShares(const u8* __restrict m, std::uint16_t* __restrict part, unsigned share,
+                               int n) {
+    using u16 = std::uint16_t;
+    if (share >= 256) {
+        for (int x = 0; x < n; ++x)
+            part[x] = static_cast<u16>(m[x] + (m[x] >> 7u));
+        return;
+    }
+    const auto s = static_cast<u16>(share);
     for (int x = 0; x < n; ++x)
-        part[x] = static_cast<std::uint16_t>(((m[x] + (m[x] >> 7u)) * share) >> 8); // 255 -> share
+        part[x] = static_cast<u16>(static_cast<u16>(static_cast<u16>(m[x] + (m[x] >> 7u)) * s) >> 8);
 }
 
 KRL_CELL_LOOP void mixRowByShares(u8* __restrict p, const u8* __restrict noise,

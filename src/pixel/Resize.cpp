@@ -5,6 +5,8 @@
 // interpolates linearly between the two nearest cell centres. An axis of equal size is an exact
 // copy. Each target row gathers its source rows into one float row, which is then resampled across.
 
+#include "pixel/CellLoop.h"
+#include "pixel/Kernels.h"
 #include "pixel/MixRows.h"
 #include "pixel/Mixing.h"
 #include "pixel/Slices.h"
@@ -15,7 +17,7 @@
 
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__SANITIZE_THREAD__)
 #include <immintrin.h>
-#define KRL_GATHER_ACROSS 1
+#define KRL_RESIZE_KERNELS 1
 #endif
 
 namespace krl {
@@ -34,12 +36,20 @@ struct Taps {
     // index[k * dst + i] with weight byTap[k * dst + i].
     std::vector<int> index;
     std::vector<float> byTap;
-    // For blocks of eight cells whose taps all lie within 16 source cells: where the 16 start
-    // (blockStart, moved back to end at the row's end) and, per tap, each cell's place in them.
-    // blocksNear counts such blocks from the start of the row; the rest go by gathers.
+    // For blocks of eight cells whose taps all lie within 16 source cells: whether they lie within 8
+    // (narrow: all such blocks, none, or some), and where those 8 or 16 start (blockStart, moved back
+    // to end at the row's end). blocksNear counts such blocks from the start
+    // of the row; the rest go by gathers. Each block sums tapCount taps, those that weigh anything in
+    // any of its cells (the others add nothing but zero to a sum that is never negative, which leaves
+    // it as it is); their places among the 16 and their weights lie block after block, tap after tap,
+    // eight lanes each, so the loop only steps along.
     int blocksNear = 0;
     std::vector<int> blockStart;
-    std::vector<int> place; // block * taps * 8 + k * 8 + lane
+    std::vector<unsigned char> narrow;
+    enum class Narrow { All, None, Some } narrowness = Narrow::Some;
+    int tapCount = 0;
+    std::vector<int> place; // in the form the permutes read
+    std::vector<float> placeWeight;
 
     const float* of(int i) const { return weight.data() + static_cast<std::size_t>(i) * taps; }
 };
@@ -90,20 +100,49 @@ void makeTaps(int dst, int src, Taps& t) {
         }
     t.blocksNear = 0;
     t.blockStart.clear();
+    t.narrow.clear();
     t.place.clear();
+    t.placeWeight.clear();
     if (src < 16) return;
+    // The blocks, and the taps that weigh anything: [from, to) of each.
+    std::vector<std::pair<int, int>> weighing;
+    t.tapCount = 1;
     for (int b = 0; b < dst / 8; ++b) {
         const int lo = t.first[static_cast<std::size_t>(b) * 8];
         const int hi = t.first[static_cast<std::size_t>(b) * 8 + 7] + t.taps - 1;
         if (hi - lo >= 16) break;
-        const int start = std::min(lo, src - 16);
-        t.blockStart.push_back(start);
+        const bool narrow = hi - lo < 8;
+        t.blockStart.push_back(std::min(lo, src - (narrow ? 8 : 16)));
+        t.narrow.push_back(narrow ? 1 : 0);
+        int from = t.taps, to = 0;
         for (int k = 0; k < t.taps; ++k)
-            for (int lane = 0; lane < 8; ++lane)
-                t.place.push_back(t.first[static_cast<std::size_t>(b) * 8 + static_cast<std::size_t>(lane)] +
-                                  k - start);
+            for (std::size_t lane = 0; lane < 8; ++lane)
+                if (t.byTap[static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(b) * 8 + lane] !=
+                    0.0f) {
+                    from = std::min(from, k);
+                    to = k + 1;
+                }
+        weighing.emplace_back(std::min(from, to), to);
+        t.tapCount = std::max(t.tapCount, to - std::min(from, to));
         ++t.blocksNear;
     }
+    for (int b = 0; b < t.blocksNear; ++b) {
+        const int from = std::min(weighing[static_cast<std::size_t>(b)].first, t.taps - t.tapCount);
+        for (int k = from; k < from + t.tapCount; ++k)
+            for (std::size_t lane = 0; lane < 8; ++lane) {
+                const std::size_t i = static_cast<std::size_t>(b) * 8 + lane;
+                const int at = t.first[i] + k - t.blockStart[static_cast<std::size_t>(b)];
+                // The cell among the 8 in the low three bits (all a permute reads), and the 8 it lies in
+                // as the sign (all a blend reads).
+                t.place.push_back(
+                    static_cast<int>(static_cast<unsigned>(at & 7) | static_cast<unsigned>(at & 8) << 28));
+                t.placeWeight.push_back(t.byTap[static_cast<std::size_t>(k) * cells + i]);
+            }
+    }
+    const auto narrowBlocks = std::count(t.narrow.begin(), t.narrow.end(), 1);
+    t.narrowness = narrowBlocks == t.blocksNear ? Taps::Narrow::All
+                   : narrowBlocks == 0          ? Taps::Narrow::None
+                                                : Taps::Narrow::Some;
 }
 
 std::uint8_t toByte(float v) {
@@ -132,40 +171,110 @@ std::uint8_t acrossCell(const float* acc, int x, const Taps& t) {
     return toByte(v);
 }
 
-#ifdef KRL_GATHER_ACROSS
-// Eight sums made bytes as toByte makes them: plus a half, held to 0..255, truncated.
+#ifdef KRL_RESIZE_KERNELS
+// Sums made bytes as toByte makes them: plus a half, held to 0..255, truncated. The sums are of bytes
+// by weights that add up to one, so they stay far inside the integers, and truncating first and then
+// saturating while packing gives the same bytes as holding first.
+__attribute__((target("avx2"))) __m256i wholeOf(__m256 v) {
+    return _mm256_cvttps_epi32(_mm256_add_ps(v, _mm256_set1_ps(0.5f)));
+}
+
 __attribute__((target("avx2"))) void storeEight(__m256 v, std::uint8_t* dst) {
-    v = _mm256_min_ps(_mm256_max_ps(_mm256_add_ps(v, _mm256_set1_ps(0.5f)), _mm256_setzero_ps()),
-                      _mm256_set1_ps(255.0f));
-    const __m256i whole = _mm256_cvttps_epi32(v);
+    const __m256i whole = wholeOf(v);
     const __m128i words = _mm_packus_epi32(_mm256_castsi256_si128(whole), _mm256_extracti128_si256(whole, 1));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), _mm_packus_epi16(words, words));
 }
 
+// Thirty-two sums made bytes, packed four blocks at once: the packing's shuffles, not
+// the arithmetic, are what the processor has fewest of.
+__attribute__((target("avx2"))) void storeThirtyTwo(__m256 a, __m256 b, __m256 c, __m256 d,
+                                                    std::uint8_t* dst) {
+    // Packing works within each 128-bit half: the bytes come out as a0-3 b0-3 c0-3 d0-3 a4-7 b4-7 ...
+    const __m256i words = _mm256_packs_epi32(wholeOf(a), wholeOf(b));
+    const __m256i words2 = _mm256_packs_epi32(wholeOf(c), wholeOf(d));
+    const __m256i bytes = _mm256_packus_epi16(words, words2);
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), _mm256_permutevar8x32_epi32(bytes, order));
+}
+
+// Tap k's source cells of a block, by their places among the 16 source cells low and high: one permute
+// where they all lie among the first 8, else two and a blend chosen by the place's sign.
+__attribute__((target("avx2"))) inline __m256 tapCells(__m256 low, __m256 high, bool narrow, const int* place,
+                                                       int k) {
+    const __m256i at =
+        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place + static_cast<std::size_t>(k) * 8));
+    if (narrow) return _mm256_permutevar8x32_ps(low, at);
+    return _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at), _mm256_permutevar8x32_ps(high, at),
+                            _mm256_castsi256_ps(at));
+}
+
+// The sum of one block of eight cells whose taps lie within 16 source cells s (within 8 where narrow,
+// enlarging mostly), its places and weights eight lanes a tap. T is the count of taps where the
+// compiler knows it, 0 where it does not. The sum starts from the first product itself rather than
+// adding it to zero: the products are never negative, so that is the same float.
+template <int T>
+__attribute__((target("avx2"))) inline __m256 blockSum(const float* s, bool narrow, const int* place,
+                                                       const float* weight, int count) {
+    const int taps = T > 0 ? T : count;
+    const __m256 low = _mm256_loadu_ps(s);
+    const __m256 high = narrow ? low : _mm256_loadu_ps(s + 8);
+    __m256 v = _mm256_mul_ps(_mm256_loadu_ps(weight), tapCells(low, high, narrow, place, 0));
+    for (int k = 1; k < taps; ++k) {
+        const __m256 w = _mm256_loadu_ps(weight + static_cast<std::size_t>(k) * 8);
+        v = _mm256_add_ps(v, _mm256_mul_ps(w, tapCells(low, high, narrow, place, k)));
+    }
+    return v;
+}
+
+// The blocks whose taps lie within 16 source cells, from the start of the row, four at a time; N says
+// whether all of them are narrow, none, or some (then each block says). Everything the loop reads is
+// taken into locals first: its byte stores could otherwise alias the tables. Returns the cells done.
+template <int T, Taps::Narrow N>
+__attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    const int blocks = std::min(t.blocksNear, n / 8);
+    const int count = t.tapCount;
+    const std::size_t step = static_cast<std::size_t>(count) * 8;
+    const int* start = t.blockStart.data();
+    const unsigned char* narrow = t.narrow.data();
+    const int* place = t.place.data();
+    const float* weight = t.placeWeight.data();
+    auto isNarrow = [narrow](int b) {
+        return N == Taps::Narrow::All || (N == Taps::Narrow::Some && narrow[b]);
+    };
+    int b = 0;
+    for (; b + 4 <= blocks; b += 4, place += 4 * step, weight += 4 * step) {
+        const __m256 v0 = blockSum<T>(acc + start[b], isNarrow(b), place, weight, count);
+        const __m256 v1 =
+            blockSum<T>(acc + start[b + 1], isNarrow(b + 1), place + step, weight + step, count);
+        const __m256 v2 =
+            blockSum<T>(acc + start[b + 2], isNarrow(b + 2), place + 2 * step, weight + 2 * step, count);
+        const __m256 v3 =
+            blockSum<T>(acc + start[b + 3], isNarrow(b + 3), place + 3 * step, weight + 3 * step, count);
+        storeThirtyTwo(v0, v1, v2, v3, dst + static_cast<std::size_t>(b) * 8);
+    }
+    for (; b < blocks; ++b, place += step, weight += step)
+        storeEight(blockSum<T>(acc + start[b], isNarrow(b), place, weight, count),
+                   dst + static_cast<std::size_t>(b) * 8);
+    return blocks * 8;
+}
+
+// The near blocks with the tap count and the narrowness made known to the compiler where they are
+// the usual ones.
+__attribute__((target("avx2"))) int nearBlocks(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
+    using N = Taps::Narrow;
+    if (t.tapCount == 2 && t.narrowness == N::All) return nearBlocks<2, N::All>(acc, dst, n, t);
+    if (t.tapCount == 3 && t.narrowness == N::None) return nearBlocks<3, N::None>(acc, dst, n, t);
+    if (t.tapCount == 2 && t.narrowness == N::None) return nearBlocks<2, N::None>(acc, dst, n, t);
+    return nearBlocks<0, N::Some>(acc, dst, n, t);
+}
+
 // Eight cells at a time, their taps taken from 16 loaded cells where they lie that close together
-// and gathered otherwise. The sum is built in the scalar path's order, tap
-// after tap from zero, with separate multiplies and adds, and the byte is made the same way, so the
-// result is the same to the bit.
+// and gathered otherwise. The sum is built in the scalar path's order, tap after tap from zero, with
+// separate multiplies and adds, and the byte is made the same way, so the result is the same to the
+// bit.
 __attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
     const std::size_t cells = t.first.size();
-    int x = 0;
-    // Blocks whose taps lie within 16 source cells: two loads, and per tap two permutes and a blend
-    // chosen by bit 3 of the cell's place.
-    const int* place = t.place.data();
-    for (int b = 0; b < t.blocksNear && x + 8 <= n; ++b, x += 8) {
-        const float* s = acc + t.blockStart[static_cast<std::size_t>(b)];
-        const __m256 low = _mm256_loadu_ps(s), high = _mm256_loadu_ps(s + 8);
-        __m256 v = _mm256_setzero_ps();
-        for (int k = 0; k < t.taps; ++k, place += 8) {
-            const __m256i at = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(place));
-            const __m256 fromHigh = _mm256_castsi256_ps(_mm256_slli_epi32(at, 28));
-            const __m256 cellK = _mm256_blendv_ps(_mm256_permutevar8x32_ps(low, at),
-                                                  _mm256_permutevar8x32_ps(high, at), fromHigh);
-            const std::size_t i = static_cast<std::size_t>(k) * cells + static_cast<std::size_t>(x);
-            v = _mm256_add_ps(v, _mm256_mul_ps(_mm256_loadu_ps(t.byTap.data() + i), cellK));
-        }
-        storeEight(v, dst + x);
-    }
+    int x = nearBlocks(acc, dst, n, t);
     for (; x + 8 <= n; x += 8) {
         __m256 v = _mm256_setzero_ps();
         for (int k = 0; k < t.taps; ++k) {
@@ -179,15 +288,11 @@ __attribute__((target("avx2"))) int acrossEight(const float* acc, std::uint8_t* 
     return x;
 }
 
-bool gathersAvailable() {
-    static const bool yes = __builtin_cpu_supports("avx2") != 0;
-    return yes;
-}
 #endif
 
 void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
-#ifdef KRL_GATHER_ACROSS
-    if (gathersAvailable() && t.taps > 1) {
+#ifdef KRL_RESIZE_KERNELS
+    if (t.taps > 1 && kernelSet() >= KernelSet::Avx2) {
         for (int x = acrossEight(acc, dst, n, t); x < n; ++x)
             dst[x] = acrossCell(acc, x, t);
         return;
@@ -205,6 +310,89 @@ void across(const float* acc, std::uint8_t* dst, int n, const Taps& t) {
     default:
         for (int x = 0; x < n; ++x)
             dst[x] = acrossCell(acc, x, t);
+    }
+}
+
+// Down the columns: the weighted source rows summed in order, the first two in one pass.
+KRL_CELL_LOOP void firstRow(const std::uint8_t* __restrict a, float wa, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] = wa * static_cast<float>(a[x]);
+}
+
+KRL_CELL_LOOP void firstRows(const std::uint8_t* __restrict a, float wa, const std::uint8_t* __restrict b,
+                             float wb, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] = wa * static_cast<float>(a[x]) + wb * static_cast<float>(b[x]);
+}
+
+KRL_CELL_LOOP void addRow(const std::uint8_t* __restrict a, float wa, float* __restrict s, int n) {
+    for (int x = 0; x < n; ++x)
+        s[x] += wa * static_cast<float>(a[x]);
+}
+
+#ifdef KRL_RESIZE_KERNELS
+// Eight bytes as eight floats, widened by one instruction (the compiler's own widening of a row takes
+// three shuffles for eight bytes, and the shuffles were what this pass waited on).
+__attribute__((target("avx2"))) inline __m256 floatsOf(const std::uint8_t* p) {
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
+}
+
+// firstRow, firstRows and addRow eight cells at a time, the same multiplies and adds in the same order.
+// Each returns the cells done.
+__attribute__((target("avx2"))) int firstRowAvx2(const std::uint8_t* a, float wa, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(s + x, _mm256_mul_ps(va, floatsOf(a + x)));
+    return x;
+}
+
+__attribute__((target("avx2"))) int firstRowsAvx2(const std::uint8_t* a, float wa, const std::uint8_t* b,
+                                                  float wb, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa), vb = _mm256_set1_ps(wb);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(
+            s + x, _mm256_add_ps(_mm256_mul_ps(va, floatsOf(a + x)), _mm256_mul_ps(vb, floatsOf(b + x))));
+    return x;
+}
+
+__attribute__((target("avx2"))) int addRowAvx2(const std::uint8_t* a, float wa, float* s, int n) {
+    const __m256 va = _mm256_set1_ps(wa);
+    int x = 0;
+    for (; x + 8 <= n; x += 8)
+        _mm256_storeu_ps(s + x, _mm256_add_ps(_mm256_loadu_ps(s + x), _mm256_mul_ps(va, floatsOf(a + x))));
+    return x;
+}
+#endif
+
+// One target row's sum down the columns: the first tap always (the sum starts from it), the others
+// where they weigh anything.
+void down(const In& pb, const Taps& ty, int y, float* s, int n) {
+    const int first = ty.first[static_cast<std::size_t>(y)];
+    const float* wy = ty.of(y);
+    [[maybe_unused]] const bool avx2 = kernelSet() >= KernelSet::Avx2;
+    int k = 1;
+    while (k < ty.taps && wy[k] == 0.0f)
+        ++k;
+    int done = 0;
+    if (k == ty.taps) {
+#ifdef KRL_RESIZE_KERNELS
+        if (avx2) done = firstRowAvx2(pb[first], wy[0], s, n);
+#endif
+        return firstRow(pb[first] + done, wy[0], s + done, n - done);
+    }
+#ifdef KRL_RESIZE_KERNELS
+    if (avx2) done = firstRowsAvx2(pb[first], wy[0], pb[first + k], wy[k], s, n);
+#endif
+    firstRows(pb[first] + done, wy[0], pb[first + k] + done, wy[k], s + done, n - done);
+    for (++k; k < ty.taps; ++k) {
+        if (wy[k] == 0.0f) continue;
+        done = 0;
+#ifdef KRL_RESIZE_KERNELS
+        if (avx2) done = addRowAvx2(pb[first + k], wy[k], s, n);
+#endif
+        addRow(pb[first + k] + done, wy[k], s + done, n - done);
     }
 }
 
@@ -240,20 +428,8 @@ void ResizeBuffer(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane&
             acc.resize(static_cast<std::size_t>(eb.cols));
             for (int y = y0; y < y1; ++y) {
                 // Down the columns: gather the weighted source rows of this target row, then across.
-                const int first = ty.first[static_cast<std::size_t>(y)];
-                const float* wy = ty.of(y);
-                float* s = acc.data();
-                const std::uint8_t* top = pb[first];
-                for (int x = 0; x < eb.cols; ++x)
-                    s[x] = wy[0] * static_cast<float>(top[x]);
-                for (int k = 1; k < ty.taps; ++k) {
-                    const float wk = wy[k];
-                    if (wk == 0.0f) continue;
-                    const std::uint8_t* src = pb[first + k];
-                    for (int x = 0; x < eb.cols; ++x)
-                        s[x] += wk * static_cast<float>(src[x]);
-                }
-                across(s, pa[y], ea.cols, tx);
+                down(pb, ty, y, acc.data(), eb.cols);
+                across(acc.data(), pa[y], ea.cols, tx);
             }
         });
     }

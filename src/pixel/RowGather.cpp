@@ -1,5 +1,7 @@
 #include "pixel/RowGather.h"
 
+#include "pixel/Kernels.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -16,8 +18,7 @@ constexpr std::uint8_t kNone = 0x80; // a shuffle index that yields 0
 
 #ifdef KRL_SHUFFLE_GATHER
 bool shufflesAvailable() {
-    static const bool yes = __builtin_cpu_supports("ssse3") != 0;
-    return yes;
+    return kernelSet() >= KernelSet::Ssse3;
 }
 #endif
 } // namespace

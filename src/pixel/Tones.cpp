@@ -12,6 +12,7 @@
 #include "pixel/Extent.h"
 #include "pixel/FilterSupport.h"
 #include "pixel/Filters.h"
+#include "pixel/Kernels.h"
 #include "pixel/Slices.h"
 
 #include <algorithm>
@@ -95,8 +96,7 @@ KRL_CELL_LOOP void takeMasked(u8* __restrict p, const u8* __restrict from, const
 
 #if defined(__x86_64__) || defined(__i386__)
 bool shufflesAvailable() {
-    static const bool yes = __builtin_cpu_supports("ssse3") != 0;
-    return yes;
+    return kernelSet() >= KernelSet::Ssse3;
 }
 
 // Sixteen bytes at a time: each byte's band (v >> halvings, at most 15 here) picks its tone from the

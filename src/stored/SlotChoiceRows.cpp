@@ -70,7 +70,8 @@ void SlotChoiceRows::ResetSlots(const std::string& tempDir) {
             row.option->setEnabled(false);
         } else {
             row.option->setEnabled(true);
-            showThumbnail(row.thumbnail, loadThumbnail(slotThumbPath(tempDir, i)), QSize(header.width, header.height));
+            showThumbnail(row.thumbnail, loadThumbnail(slotThumbPath(tempDir, i)),
+                          QSize(header.width, header.height));
         }
     }
 }

@@ -1,29 +1,19 @@
 #include "stored/SpliceDialog.h"
 
-#include "panel/Panel.h"
 #include "panel/Skin.h"
-#include "stored/AnimUndo.h"
 
 #include <QCheckBox>
 #include <QFrame>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace kirrel::stored {
 
 SpliceDialog::SpliceDialog(const QString& name, const QString& caption, const QString& help)
-    : FormBase(name, caption) {
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(12, 12, 12, 10);
-    outer->setSpacing(8);
-
-    help_ = makeLabel("Label1", help);
-    help_->setWordWrap(true);
-    help_->setMargin(5);
-    outer->addWidget(help_);
+    : EffectDialog(name, caption) {
+    auto* outer = makeWindowLayout<QVBoxLayout>(8, QMargins(12, 12, 12, 10));
+    outer->addWidget(makeDescription(help));
 
     heading_ = makeLabel("Label2", "Select Stored Animation");
     heading_->setMargin(3);
@@ -46,27 +36,19 @@ SpliceDialog::SpliceDialog(const QString& name, const QString& caption, const QS
     outer->addLayout(options_);
     outer->addStretch(1);
 
-    outer->addLayout(makeApplyRow(
-        chkUndoSave_, cmdUndo_, cmdRun_, cmdCancel_, [this] { cmdUndo_Click(); }, [this] { cmd_Run_Click(); },
-        [this] { cmdCancel_Click(); }));
-}
-
-void SpliceDialog::finishLayout() {
-    setFixedSize(sizeHint().expandedTo(QSize(440, 0)));
-}
-
-bool SpliceDialog::undoChecked() const {
-    return chkUndoSave_->checkState() == Qt::Checked;
-}
-
-std::vector<QWidget*> SpliceDialog::runButtons() const {
-    return {cmdRun_, cmdUndo_, cmdCancel_};
+    outer->addLayout(makeApplyRow());
 }
 
 void SpliceDialog::refresh() {
-    tempDir_ = van().Van_GetTempDir();
-    Total = van().Van_GetTotalFrames();
-    rows_->ResetSlots(tempDir_);
+    readTempDirAndFrames();
+    rows_->ResetSlots(tempDir());
+}
+
+bool SpliceDialog::lengthUnchanged() {
+    if (van().Van_GetTotalFrames() == TotalFrames) return true;
+    van().Van_MessageBox(kSpliceSizeChanged);
+    refresh();
+    return false;
 }
 
 std::optional<FrameFileHeader> SpliceDialog::checkedSlot(short slot) {
@@ -81,58 +63,18 @@ std::optional<FrameFileHeader> SpliceDialog::checkedSlot(short slot) {
 }
 
 void SpliceDialog::formLoad() {
-    chkUndoSave_->setChecked(false);
     refresh();
     refreshed();
-    Apply_Skin();
+    rows_->skin(panel::readSkinSettings());
+    SkinParts skin = ownSkin_;
+    skin.texts.push_back(heading_);
+    skin.toggles.insert(skin.toggles.begin(), chkUndoSave());
+    applySkin(skin);
 }
 
 void SpliceDialog::formActivate() {
     refresh();
     refreshed();
-}
-
-void SpliceDialog::formUnload() {
-    panel::showMainPanel();
-}
-
-void SpliceDialog::Apply_Skin() {
-    const panel::SkinSettings s = panel::readSkinSettings();
-    panel::colourBackground(this, panel::kPanelBackdrop);
-    rows_->skin(s);
-    std::vector<QWidget*> texts{help_, heading_};
-    texts.insert(texts.end(), textControls_.begin(), textControls_.end());
-    for (QWidget* w : texts)
-        panel::colourControl(w, s.textboxFill, s.textboxText);
-    std::vector<QWidget*> buttons{cmdRun_, cmdUndo_, cmdCancel_};
-    buttons.insert(buttons.end(), buttonControls_.begin(), buttonControls_.end());
-    for (QWidget* b : buttons)
-        panel::colourButton(b, s.buttonFill);
-    std::vector<QWidget*> options{chkUndoSave_};
-    options.insert(options.end(), optionControls_.begin(), optionControls_.end());
-    for (QWidget* w : options) {
-        panel::colourControl(w, s.buttonFill, 0x000000);
-        w->setStyleSheet(w->styleSheet() + " padding: 3px 6px; border-radius: 3px;");
-    }
-    panel::Draw_Pattern(this);
-}
-
-void SpliceDialog::cmdUndo_Click() {
-    cmdUndoClick(cmdUndo_);
-}
-
-void SpliceDialog::cmdCancel_Click() {
-    closeDialog();
-}
-
-DisabledDuringRun::DisabledDuringRun(std::vector<QWidget*> controls) : controls_(std::move(controls)) {
-    for (QWidget* w : controls_)
-        w->setEnabled(false);
-}
-
-DisabledDuringRun::~DisabledDuringRun() {
-    for (QWidget* w : controls_)
-        w->setEnabled(true);
 }
 
 } // namespace kirrel::stored

@@ -3,88 +3,50 @@
 // four slot rows under "Select Stored Animation", the undo pair, "Apply" and "Done", and the
 // refusal of a slot file that is damaged, made before the undo is saved so nothing has changed.
 
-#include "panel/FormBase.h"
+#include "panel/EffectDialog.h"
 #include "stored/SlotChoiceRows.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
-#include <vector>
 
-class QCheckBox;
-class QPushButton;
 class QVBoxLayout;
 
 namespace kirrel::stored {
 
 inline constexpr const char* kSpliceSizeChanged = "Animation Size Changed!\nUpdating Settings";
 
-class SpliceDialog : public panel::FormBase {
+class SpliceDialog : public panel::EffectDialog {
     Q_OBJECT
   public:
     SpliceDialog(const QString& name, const QString& caption, const QString& help);
 
-    void closeByUser() override { cmdCancel_Click(); }
-
-    // The frame count when the dialog last looked.
-    std::int16_t Total = 0;
-
   protected:
     // Where a dialog puts its options, below the slot rows.
     QVBoxLayout* optionArea() const { return options_; }
-    void finishLayout();
+    void finishLayout() { fixSize(440); }
 
     SlotChoiceRows& rows() { return *rows_; }
-    const std::string& tempDir() const { return tempDir_; }
-    bool undoChecked() const;
-    QCheckBox* chkUndoSave() const { return chkUndoSave_; }
-    // Run, Undo and Done, which the longer runs disable while they work.
-    std::vector<QWidget*> runButtons() const;
 
     // Temporary directory, frame count and slot rows read anew.
     void refresh();
+    // Apply's first check: when the animation's length changed the user is told, everything is read
+    // anew and false returned.
+    bool lengthUnchanged();
     // The slot's header when its file is whole; otherwise the refusal is shown and nullopt returned.
     std::optional<FrameFileHeader> checkedSlot(short slot);
 
     void formLoad() override;
     void formActivate() override;
-    void formUnload() override;
     // Runs after refresh at load and at activation.
     virtual void refreshed() {}
-    virtual void cmd_Run_Click() = 0;
-    virtual void cmdUndo_Click();
-    void cmdCancel_Click();
 
-    // Extra controls a dialog wants coloured like the lists and labels, and like buttons.
-    std::vector<QWidget*> textControls_;
-    std::vector<QWidget*> buttonControls_;
-    std::vector<QWidget*> optionControls_; // option buttons and check boxes of the dialog's own
+    // A dialog's own controls the skin colours too.
+    SkinParts ownSkin_;
 
   private:
-    void Apply_Skin();
-
     std::unique_ptr<SlotChoiceRows> rows_;
-    std::string tempDir_;
     QVBoxLayout* options_ = nullptr;
-    QLabel* help_ = nullptr;
     QLabel* heading_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
-};
-
-// Disables controls for the length of a run and enables them again however it ends.
-class DisabledDuringRun {
-  public:
-    explicit DisabledDuringRun(std::vector<QWidget*> controls);
-    ~DisabledDuringRun();
-    DisabledDuringRun(const DisabledDuringRun&) = delete;
-    DisabledDuringRun& operator=(const DisabledDuringRun&) = delete;
-
-  private:
-    std::vector<QWidget*> controls_;
 };
 
 } // namespace kirrel::stored

@@ -24,7 +24,8 @@ void showThumbnail(panel::PictureBox* box, const QImage& thumbnail, QSize pictur
     if (pictureSize.width() > 0 && pictureSize.height() > 0)
         shown = pictureSize.scaled(shown, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     // Each stored pixel becomes a block: the thumbnail is small enough to read that way.
-    box->setPixmap(QPixmap::fromImage(thumbnail.scaled(shown, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
+    box->setPixmap(
+        QPixmap::fromImage(thumbnail.scaled(shown, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
 }
 
 } // namespace kirrel::stored

@@ -1,5 +1,6 @@
 #include "stored/frmAttachAnims.h"
 
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 #include "stored/AttachRuns.h"
 #include "stored/WholeAnimationLimit.h"
@@ -26,7 +27,7 @@ frmAttachAnims::frmAttachAnims()
         group->addButton(optAttachAnim_[i]);
         optionArea()->addWidget(optAttachAnim_[i]);
     }
-    optionControls_.assign(optAttachAnim_.begin(), optAttachAnim_.end());
+    ownSkin_.toggles.assign(optAttachAnim_.begin(), optAttachAnim_.end());
     finishLayout();
 }
 
@@ -36,12 +37,8 @@ void frmAttachAnims::refreshed() {
         optAttachAnim_[1]->setChecked(true); // a dialog opens on the right side
 }
 
-void frmAttachAnims::cmd_Run_Click() {
-    if (van().Van_GetTotalFrames() != Total) {
-        van().Van_MessageBox(kSpliceSizeChanged);
-        refresh();
-        return;
-    }
+void frmAttachAnims::run() {
+    if (!lengthUnchanged()) return;
     const short slot = rows().selectedSlot();
     if (slot == -1) return;
     const int H = van().Van_BufferHeight();
@@ -80,8 +77,8 @@ void frmAttachAnims::cmd_Run_Click() {
         van().Van_MessageBox(tooLargeMessage(bytes));
         return;
     }
-    saveUndoIfChecked(chkUndoSave());
-    DisabledDuringRun busy(runButtons());
+    saveUndoIfChecked();
+    const panel::DisabledWhileRunning busy(applyRowButtons());
     AttachStored(side, slotDataPath(tempDir(), slot));
 }
 

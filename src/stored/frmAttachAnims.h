@@ -17,7 +17,7 @@ class frmAttachAnims : public SpliceDialog {
 
   protected:
     void refreshed() override;
-    void cmd_Run_Click() override;
+    void run() override;
 
   private:
     std::array<QRadioButton*, 4> optAttachAnim_{};

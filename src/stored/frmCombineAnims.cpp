@@ -37,33 +37,33 @@ frmCombineAnims::frmCombineAnims()
     after->addWidget(cboSelectFrame_);
     after->addStretch(1);
     optionArea()->addLayout(after);
-    textControls_ = {cboSelectFrame_};
-    optionControls_.assign(std::begin(optCombineAnim_), std::end(optCombineAnim_));
+    ownSkin_.texts = {cboSelectFrame_};
+    ownSkin_.toggles.assign(std::begin(optCombineAnim_), std::end(optCombineAnim_));
     finishLayout();
 }
 
 void frmCombineAnims::refreshed() {
-    if (Total > 0) FillFrameChoices();
+    if (TotalFrames > 0) FillFrameChoices();
     // Appending is where a run starts: it changes none of the frames already there.
     optCombineAnim_[1]->setChecked(true);
 }
 
 void frmCombineAnims::FillFrameChoices() {
     cboSelectFrame_->clear();
-    if (Total < 1) {
+    if (TotalFrames < 1) {
         cboSelectFrame_->setEnabled(false);
         return;
     }
-    for (int i = 0; i < Total; ++i)
+    for (int i = 0; i < TotalFrames; ++i)
         cboSelectFrame_->addItem(QString::number(i));
     cboSelectFrame_->setEnabled(true);
     cboSelectFrame_->setCurrentIndex(0);
 }
 
-void frmCombineAnims::cmd_Run_Click() {
-    if (van().Van_GetTotalFrames() != Total) {
+void frmCombineAnims::run() {
+    if (van().Van_GetTotalFrames() != TotalFrames) {
         van().Van_MessageBox(kSpliceSizeChanged);
-        Total = van().Van_GetTotalFrames();
+        TotalFrames = van().Van_GetTotalFrames();
         FillFrameChoices();
         return;
     }
@@ -76,13 +76,14 @@ void frmCombineAnims::cmd_Run_Click() {
     (void)van().Van_BufferWidth();
     const auto header = checkedSlot(Slot);
     if (!header) return;
-    if (Total + static_cast<long long>(header->frames) > kMostFrames) {
-        van().Van_MessageBox("The combined animation would have " + std::to_string(Total + header->frames) +
-                             " frames, more than the " + std::to_string(kMostFrames) +
+    if (TotalFrames + static_cast<long long>(header->frames) > kMostFrames) {
+        van().Van_MessageBox("The combined animation would have " +
+                             std::to_string(TotalFrames + header->frames) + " frames, more than the " +
+                             std::to_string(kMostFrames) +
                              " an animation can hold.\nNothing has been changed.");
         return;
     }
-    saveUndoIfChecked(chkUndoSave());
+    saveUndoIfChecked();
 
     const std::string path = slotDataPath(van().Van_GetTempDir(), Slot);
     if (optCombineAnim_[1]->isChecked()) AppendStored(path);
@@ -92,15 +93,15 @@ void frmCombineAnims::cmd_Run_Click() {
         InsertStoredAfter(path, after);
     }
 
-    Total = van().Van_GetTotalFrames();
+    TotalFrames = van().Van_GetTotalFrames();
     FillFrameChoices();
-    van().Van_GotoFrame(Total - 1);
-    van().Van_ShowScrub(Total - 1, van().Van_GetTotalFrames());
+    van().Van_GotoFrame(TotalFrames - 1);
+    van().Van_ShowScrub(TotalFrames - 1, van().Van_GetTotalFrames());
     van().Van_Refresh();
 }
 
-void frmCombineAnims::cmdUndo_Click() {
-    SpliceDialog::cmdUndo_Click();
+void frmCombineAnims::undo() {
+    SpliceDialog::undo();
     van().Van_GotoFrame(0);
     van().Van_Refresh();
 }

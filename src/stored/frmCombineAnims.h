@@ -20,8 +20,8 @@ class frmCombineAnims : public SpliceDialog {
 
   protected:
     void refreshed() override;
-    void cmd_Run_Click() override;
-    void cmdUndo_Click() override;
+    void run() override;
+    void undo() override;
 
   private:
     QRadioButton* optCombineAnim_[3] = {};

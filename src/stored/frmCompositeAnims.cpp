@@ -3,6 +3,7 @@
 #include "filters/PictureAccess.h"
 #include "masks/AnimMaskMod.h"
 #include "masks/MaskFile.h"
+#include "panel/DisabledWhileRunning.h"
 #include "stored/AnimUndo.h"
 #include "stored/CompositeRuns.h"
 
@@ -73,8 +74,8 @@ frmCompositeAnims::frmCompositeAnims()
     maskRow->addWidget(view);
     optionArea()->addLayout(maskRow);
 
-    textControls_ = {cboModeOptions_, cboAlphaOptions_, label3, label4, Label5_, label6, Label7_};
-    buttonControls_ = {cmdLoadMask_};
+    ownSkin_.texts = {cboModeOptions_, cboAlphaOptions_, label3, label4, Label5_, label6, Label7_};
+    ownSkin_.buttons = {cmdLoadMask_};
     cboModeOptions_->setCurrentIndex(0);
     cboAlphaOptions_->setCurrentIndex(0);
     alphaOptionsChanged();
@@ -124,12 +125,8 @@ void frmCompositeAnims::cmdLoadMask_Click() {
     ImageBox_->adjustSize();
 }
 
-void frmCompositeAnims::cmd_Run_Click() {
-    if (van().Van_GetTotalFrames() != Total) {
-        van().Van_MessageBox(kSpliceSizeChanged);
-        refresh();
-        return;
-    }
+void frmCompositeAnims::run() {
+    if (!lengthUnchanged()) return;
     const short slot = rows().selectedSlot();
     if (slot == -1) {
         van().Van_MessageBox("Please Select a Stored Animation");
@@ -152,8 +149,8 @@ void frmCompositeAnims::cmd_Run_Click() {
             return;
         }
     }
-    saveUndoIfChecked(chkUndoSave());
-    DisabledDuringRun busy(runButtons());
+    saveUndoIfChecked();
+    const panel::DisabledWhileRunning busy(applyRowButtons());
     const int mode = compositeModeNumber(cboModeOptions_->currentText().toStdString());
     if (mode == 0) return;
     CompositeRun({mode, Slider1_->value(), alpha, MaskFile}, slotDataPath(tempDir(), slot));

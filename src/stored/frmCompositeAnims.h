@@ -26,7 +26,7 @@ class frmCompositeAnims : public SpliceDialog {
     void cmdLoadMask_Click();
 
   protected:
-    void cmd_Run_Click() override;
+    void run() override;
 
   private:
     void alphaOptionsChanged();

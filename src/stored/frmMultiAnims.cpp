@@ -147,8 +147,9 @@ class SlotButtonsBusy {
 
 void frmMultiAnims::SaveAnimToSlot() {
     panel::PictureBox* box = rows_[static_cast<std::size_t>(CurrentSlot)].picThumbnail;
-    stored::SaveAnimToSlot(CurrentSlot,
-                           [box](const QImage& thumbnail, QSize picture) { showThumbnail(box, thumbnail, picture); });
+    stored::SaveAnimToSlot(CurrentSlot, [box](const QImage& thumbnail, QSize picture) {
+        showThumbnail(box, thumbnail, picture);
+    });
 }
 
 void frmMultiAnims::LoadAnimFromSlot() {

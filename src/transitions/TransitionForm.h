@@ -7,47 +7,39 @@
 // With a stored source they offer only the frames from which a splice with that slot can run, and
 // Apply hands the list's text on.
 
-#include "panel/FormBase.h"
+#include "panel/EffectDialog.h"
 #include "panel/PreviewPlan.h"
 #include "transitions/Families.h"
 
-#include <cstdint>
 #include <memory>
 #include <string>
 
-class QCheckBox;
 class QComboBox;
 class QLabel;
-class QPushButton;
 
 namespace kirrel::transitions {
 
-class TransitionForm : public panel::FormBase {
+class TransitionForm : public panel::EffectDialog {
     Q_OBJECT
   public:
     explicit TransitionForm(const TransitionFamily& family);
 
-    void closeByUser() override { cmdCancel_Click(); }
-
   protected:
     void formLoad() override;
     void formActivate() override;
-    void formUnload() override;
+    void run() override;
+    // With a plain source the lists hold every frame; the stored slot's picture and words go.
+    void fillFrameLists() override;
+    // A stored source's lists hold fewer frames than the animation: only more than it has is a change.
+    void frameListLeft(bool startLeft) override;
 
   private:
-    void Reset_Frame_Lists();
-    void Ensure_Animation();
     void Fill_Source_List();
     void Apply_Skin();
     void Refresh_Source_Controls();
     void Show_Stored_Slot(int slot);
-    void clearFrameLists();
-    void frameListLeft(bool startLeft);
 
     void lblToggle_Click();
-    void cmd_Run_Click();
-    void cmdUndo_Click();
-    void cmdCancel_Click();
 
     bool towardSource() const; // the arrow points from the main buffer to the source
     std::string sourceText() const;
@@ -66,28 +58,18 @@ class TransitionForm : public panel::FormBase {
     // False when the variant list points at no variant: Apply then runs nothing.
     bool validVariant() const;
     // scale: see FamilyRun.
-    void run(const RunChoice& c, double scale = 1.0);
+    void runChoice(const RunChoice& c, double scale = 1.0);
     // Apply's words for a range it will not run on; nullptr when the range will do.
     const char* rangeRefusal() const;
     panel::PreviewPlan previewPlan();
 
     const TransitionFamily& family_;
-    std::int16_t frameCount_ = 0;
-    std::string tempDir_;
 
     QComboBox* cboTransitions_ = nullptr; // absent for families without variants
     QComboBox* sourceList_ = nullptr;
     QLabel* lblToggle_ = nullptr;
-    QComboBox* cboFrameStart_ = nullptr;
-    QComboBox* cboFrameEnd_ = nullptr;
-    QLabel* lblKeyIn_ = nullptr;
-    QLabel* lblKeyOut_ = nullptr;
     QLabel* storedPreview_ = nullptr;
     QLabel* lblStoredDesc_ = nullptr;
-    QCheckBox* chkUndoSave_ = nullptr;
-    QPushButton* cmdUndo_ = nullptr;
-    QPushButton* cmdRun_ = nullptr;
-    QPushButton* cmdCancel_ = nullptr;
     std::unique_ptr<FamilyControls> familyControls_; // the family's own controls, if it has any
 };
 

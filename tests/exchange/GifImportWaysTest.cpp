@@ -26,12 +26,12 @@ TEST_F(GifImportWays, BothPanelWaysGiveTheCoalescedFramesOnThePaper) {
         const std::string file = "gifs/" + QFileInfo(gifs[i]).fileName().toStdString();
         steps += R"({"answer": [{"file": ")" + file + R"("}]}, {"open": "Import AnimGif"}, {"dump": "png)" +
                  std::to_string(i) + R"("},)";
-        steps += R"({"answer": [{"file": ")" + file + R"("}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct)" +
-                 std::to_string(i) + R"("},)";
+        steps += R"({"answer": [{"file": ")" + file +
+                 R"("}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct)" + std::to_string(i) + R"("},)";
     }
     steps.pop_back();
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "secondary": [192, 160, 96]}, "steps": [)" + steps +
-                            "]}");
+    const RunResult r =
+        run(R"({"host": {"temp_dir": "tmp", "secondary": [192, 160, 96]}, "steps": [)" + steps + "]}");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const std::uint32_t paper = host::packColor(192, 160, 96);
     for (int i = 0; i < gifs.size(); ++i) {
@@ -42,7 +42,8 @@ TEST_F(GifImportWays, BothPanelWaysGiveTheCoalescedFramesOnThePaper) {
             const QString dump = way + QString::number(i);
             EXPECT_EQ(pixelsUnlikeCoalesced(dumped(dump), want, paper, false), 0);
             for (const auto& d : state(dump)["dialogs"].toArray())
-                EXPECT_EQ(d.toObject()["kind"].toString(), "file_open") << d.toObject()["text"].toString().toStdString();
+                EXPECT_EQ(d.toObject()["kind"].toString(), "file_open")
+                    << d.toObject()["text"].toString().toStdString();
         }
     }
     EXPECT_TRUE(QDir(at("tmp")).entryList({"gif_frame*", "temp*", "*.bat"}, QDir::Files).isEmpty());

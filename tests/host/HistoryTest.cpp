@@ -54,7 +54,8 @@ TEST_F(History, OneStepPerActionUndoRedoAndANewStepDropsRedo) {
     EXPECT_EQ(red(1), 10);
     ASSERT_TRUE(host().undo());
     EXPECT_EQ(red(1), original.frames[1].r.at(3, 3));
-    EXPECT_TRUE(host().framePicture(2).r.sharesBufferWith(original.frames[2].r)) << "the very planes come back";
+    EXPECT_TRUE(host().framePicture(2).r.sharesBufferWith(original.frames[2].r))
+        << "the very planes come back";
     EXPECT_FALSE(host().undo());
     EXPECT_EQ(host().history().redoLabels(), (std::vector<std::string>{"Wipes", "Toonify"}));
 
@@ -140,7 +141,8 @@ class HistoryScript : public ScriptTest {};
 
 TEST_F(HistoryScript, AWipeIsUndoneAndRedoneFromTheScript) {
     host::writePictureDat(at("swap.dat"), Picture::filled(8, 6, 0xFF0000));
-    const RunResult ok = run(R"JS({"host": {"temp_dir": "tmp", "size": [8, 6], "frames": 5, "swap": "swap.dat"},
+    const RunResult ok =
+        run(R"JS({"host": {"temp_dir": "tmp", "size": [8, 6], "frames": 5, "swap": "swap.dat"},
       "steps": [
         {"open": "Wipes"},
         {"click": "cmd_Run"},

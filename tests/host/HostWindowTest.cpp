@@ -4,10 +4,10 @@
 
 #include "HostWindowSupport.h"
 
-#include "host/CanvasView.h"
-#include "host/FrameBar.h"
 #include "exchange/GifExport.h"
 #include "exchange/ImportGif.h"
+#include "host/CanvasView.h"
+#include "host/FrameBar.h"
 #include "host/PanelDock.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
@@ -16,8 +16,8 @@
 
 #include <QAction>
 #include <QDir>
-#include <QFileInfo>
 #include <QFile>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>

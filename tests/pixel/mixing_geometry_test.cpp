@@ -4,6 +4,8 @@
 // vertical twins, copying whole rows, check at every band size.
 
 #include "mixing_support.h"
+#include "pixel/Kernels.h"
+#include "pixel/Slices.h"
 
 #include <gtest/gtest.h>
 
@@ -157,35 +159,82 @@ TEST(Resize, CopiesEqualSizesKeepsFlatsAveragesAndInterpolates) {
         EXPECT_EQ(big.g.at(x, 1), expected[x]);
 }
 
-// Rows long enough for the eight-cell paths, resized across only, against each cell worked out on its
-// own: the source cells under the target cell weighted by overlap (shrinking) or the two nearest
-// cell centres (enlarging), summed in single precision from the first tap, plus a half, truncated.
-TEST(Resize, EveryTargetCellIsItsOwnWeightedSum) {
-    for (const auto& [from, to] :
-         {std::pair{48, 32}, std::pair{40, 37}, std::pair{20, 64}, std::pair{33, 50}, std::pair{300, 41}}) {
-        const Pic src = noise(from - 1, 0, 5);
-        Pic out = flat(to - 1, 0, 0);
-        ResizeBuffer(T3(out), T3(src), to - 1, 0, from - 1, 0);
-        const double scale = static_cast<double>(from) / to;
-        for (int i = 0; i < to; ++i) {
-            float v = 0.0f;
-            if (from > to) {
-                const double lo = i * scale, hi = (i + 1) * scale;
-                for (int j = static_cast<int>(lo); j < from && j < hi; ++j)
-                    v += static_cast<float>((std::min<double>(hi, j + 1) - std::max<double>(lo, j)) / scale) *
-                         static_cast<float>(src.r.at(j, 0));
-            } else {
-                const double pos = std::clamp((i + 0.5) * scale - 0.5, 0.0, from - 1.0);
-                const int j = static_cast<int>(pos);
-                const double f = pos - j;
-                v += static_cast<float>(j + 1 < from ? 1.0 - f : 1.0) * static_cast<float>(src.r.at(j, 0));
-                if (j + 1 < from) v += static_cast<float>(f) * static_cast<float>(src.r.at(j + 1, 0));
+// The source cells behind target cell i of `to` on an axis of `from` cells, in order, with their weights:
+// the cells under it weighted by overlap (shrinking), the two nearest cell centres (enlarging), the
+// cell itself (same size).
+std::vector<std::pair<int, float>> taps(int from, int to, int i) {
+    const double scale = static_cast<double>(from) / to;
+    if (from > to) {
+        std::vector<std::pair<int, float>> t;
+        const double lo = i * scale, hi = (i + 1) * scale;
+        for (int j = static_cast<int>(lo); j < from && j < hi; ++j)
+            t.emplace_back(
+                j, static_cast<float>((std::min<double>(hi, j + 1) - std::max<double>(lo, j)) / scale));
+        return t;
+    }
+    if (from == to) return {{i, 1.0f}};
+    const double pos = std::clamp((i + 0.5) * scale - 0.5, 0.0, from - 1.0);
+    const int j = static_cast<int>(pos);
+    const double f = pos - j;
+    if (j + 1 >= from) return {{j, 1.0f}};
+    return {{j, static_cast<float>(1.0 - f)}, {j + 1, static_cast<float>(f)}};
+}
+
+// Every target cell against its own weighted sum: down the source columns first, then across, each
+// summed in single precision from the first tap, plus a half, held to 0..255, truncated. Sizes cover
+// the eight-cell paths and their ends (blocks of eight target cells whose taps span 8 source cells or
+// fewer, 16 or fewer, a mix of both, more), one axis alone, and pictures cut into row slices; each on
+// one thread and several, through every kernel set.
+struct ResizeCase {
+    int fw, fh, tw, th; // source and target columns and rows
+};
+const ResizeCase kResizes[] = {
+    {48, 1, 32, 1},       {40, 3, 37, 2},       {20, 1, 64, 3},   {33, 17, 50, 9},      {300, 5, 41, 7},
+    {1, 1, 7, 5},         {7, 5, 1, 1},         {17, 16, 16, 17}, {641, 479, 481, 359}, {481, 359, 641, 479},
+    {641, 479, 961, 479}, {962, 719, 641, 479}, {58, 3, 64, 2},   {641, 479, 700, 479}};
+
+class ResizeCells : public ::testing::TestWithParam<ResizeCase> {};
+
+TEST_P(ResizeCells, EveryTargetCellIsItsOwnWeightedSum) {
+    const auto [fw, fh, tw, th] = GetParam();
+    const Pic src = noise(fw - 1, fh - 1, 5);
+    Pic want = flat(tw - 1, th - 1, 0);
+    std::vector<float> down(static_cast<std::size_t>(fw));
+    for (int c = 0; c < 3; ++c)
+        for (int y = 0; y < th; ++y) {
+            for (int x = 0; x < fw; ++x) {
+                float v = 0.0f;
+                for (const auto& [j, w] : taps(fh, th, y))
+                    if (w != 0.0f) v += w * static_cast<float>(src[c].at(x, j));
+                down[static_cast<std::size_t>(x)] = v;
             }
-            const auto want = static_cast<std::uint8_t>(std::clamp(v + 0.5f, 0.0f, 255.0f));
-            ASSERT_EQ(out.r.at(i, 0), want) << from << " to " << to << ", cell " << i;
+            for (int x = 0; x < tw; ++x) {
+                float v = 0.0f;
+                for (const auto& [j, w] : taps(fw, tw, x))
+                    v += w * down[static_cast<std::size_t>(j)];
+                want[c].at(x, y) = static_cast<std::uint8_t>(std::clamp(v + 0.5f, 0.0f, 255.0f));
+            }
+        }
+    for (auto set : {KernelSet::Plain, KernelSet::Ssse3, KernelSet::Avx2}) {
+        if (set > kernelSet()) continue;
+        for (const int threads : {1, 3}) {
+            capKernelSet(set);
+            setSliceThreads(threads);
+            Pic out = noise(tw - 1, th - 1, 6);
+            ResizeBuffer(T3(out), T3(src), tw - 1, th - 1, fw - 1, fh - 1);
+            setSliceThreads(0);
+            capKernelSet(KernelSet::Avx2);
+            ASSERT_TRUE(out == want) << "kernels " << static_cast<int>(set) << ", " << threads << " threads";
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ResizeCells, ::testing::ValuesIn(kResizes),
+                         [](const ::testing::TestParamInfo<ResizeCase>& info) {
+                             const ResizeCase& r = info.param;
+                             return std::to_string(r.fw) + "x" + std::to_string(r.fh) + "_to_" +
+                                    std::to_string(r.tw) + "x" + std::to_string(r.th);
+                         });
 
 } // namespace
 } // namespace krl::mixtest

@@ -61,11 +61,13 @@ TEST_F(AnimationExchangeScript, AGifOpensWithItsTimingAndExportsEveryFormat) {
 }
 
 TEST_F(AnimationExchangeScript, TheHostBlockSetsDelaysAndBadExportsAreScriptErrors) {
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "size": [6, 4], "frames": 3, "delays": [40, 50, 60]},
+    const RunResult r =
+        run(R"({"host": {"temp_dir": "tmp", "size": [6, 4], "frames": 3, "delays": [40, 50, 60]},
       "steps": [{"dump": "a"}]})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(ints(state("a")["delays"]), (std::vector<int>{40, 50, 60}));
-    const RunResult all = run(R"({"host": {"size": [6, 4], "frames": 3, "delays": 70}, "steps": [{"dump": "b"}]})");
+    const RunResult all =
+        run(R"({"host": {"size": [6, 4], "frames": 3, "delays": 70}, "steps": [{"dump": "b"}]})");
     ASSERT_EQ(all.exitCode, 0) << all.err;
     EXPECT_EQ(ints(state("b")["delays"]), (std::vector<int>{70, 70, 70}));
 
@@ -73,9 +75,11 @@ TEST_F(AnimationExchangeScript, TheHostBlockSetsDelaysAndBadExportsAreScriptErro
         const RunResult e = run(std::string(R"({"host": {"size": [6, 4], "frames": 3, )") + bad + "}");
         EXPECT_EQ(e.exitCode, 2) << bad;
     }
-    for (const char* bad : {R"({"export": "out.bmp"})", R"({"export": "out.gif", "loop": -1})",
-                            R"({"export": "out.gif", "colour": 1})", R"({"export": "out.mp4", "quality": 101})"}) {
-        const RunResult e = run(std::string(R"({"host": {"size": [6, 4], "frames": 3}, "steps": [)") + bad + "]}");
+    for (const char* bad :
+         {R"({"export": "out.bmp"})", R"({"export": "out.gif", "loop": -1})",
+          R"({"export": "out.gif", "colour": 1})", R"({"export": "out.mp4", "quality": 101})"}) {
+        const RunResult e =
+            run(std::string(R"({"host": {"size": [6, 4], "frames": 3}, "steps": [)") + bad + "]}");
         EXPECT_EQ(e.exitCode, 2) << bad;
         EXPECT_NE(e.err.find("step 1"), std::string::npos) << e.err;
     }

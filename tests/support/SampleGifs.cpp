@@ -2,12 +2,12 @@
 
 #include <QDir>
 
-#include <algorithm>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <algorithm>
 
 #include <stdexcept>
 
@@ -139,7 +139,8 @@ int pixelsUnlikeCoalesced(const std::vector<host::Picture>& frames, const Coales
         if (p.width() != want.width || p.height() != want.height) return all;
         for (int y = 0; y < want.height + extra; ++y)
             for (int x = 0; x < want.width + extra; ++x) {
-                const std::uint8_t* px = want.pixel(f, std::min(x, want.width - 1), std::min(y, want.height - 1));
+                const std::uint8_t* px =
+                    want.pixel(f, std::min(x, want.width - 1), std::min(y, want.height - 1));
                 const std::uint32_t expected =
                     px[3] == 0 ? paper : px[0] | (std::uint32_t{px[1]} << 8) | (std::uint32_t{px[2]} << 16);
                 wrong += host::packColor(p.r.at(x, y), p.g.at(x, y), p.b.at(x, y)) != expected;
