@@ -78,8 +78,8 @@ def plot(best):
         with open(size_dat, "w") as f:
             for w, h in sorted({(k[2], k[3]) for k in best if k[1] == 30}, key=lambda s: s[0] * s[1]):
                 keys = [(name, 30, w, h) for name, _ in RUNS]
-                # Megabytes of one frame's three planes, and its name for the axis.
-                f.write(f"{w * h * 3 / 1e6:.4f} {w}x{h} " +
+                # The size's place on the axis is its rank; its name labels it.
+                f.write(f"{w * h} {w}x{h} " +
                         " ".join(f"{ns_per_pixel(k, best[k]):.4f}" for k in keys) + "\n")
         script = f"""
 set terminal pngcairo size 1200,480 font ",11"
@@ -93,9 +93,11 @@ set yrange [0:*]
 set xlabel "frames (640x480)"
 plot "{frames_dat}" using 1:2 with linespoints lw 2 title "{RUNS[0][1]}", \\
      "{frames_dat}" using 1:3 with linespoints lw 2 title "{RUNS[1][1]}"
-set xlabel "one frame's three planes, MB (30 frames)"
-plot "{size_dat}" using 1:3:xticlabels(2) with linespoints lw 2 title "{RUNS[0][1]}", \\
-     "{size_dat}" using 1:4 with linespoints lw 2 title "{RUNS[1][1]}"
+unset logscale x
+set xlabel "frame size (30 frames)"
+set xtics rotate by -30
+plot "{size_dat}" using 0:3:xticlabels(2) with linespoints lw 2 title "{RUNS[0][1]}", \\
+     "{size_dat}" using 0:4 with linespoints lw 2 title "{RUNS[1][1]}"
 unset multiplot
 """
         subprocess.run(["gnuplot"], input=script, text=True, check=True)
