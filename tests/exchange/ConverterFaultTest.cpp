@@ -192,6 +192,9 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     for (const char* stale :
          {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
         writeFile(at(QString("tmp/") + stale), readFile(at("in.gif")));
+    // What an ended runner's lines wrote ahead of their turn.
+    QDir().mkpath(at("tmp/.kirrel-ahead-4242/7"));
+    writeFile(at("tmp/.kirrel-ahead-4242/7/temp7.gif"), readFile(at("in.gif")));
     const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
         {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct"},
         {"answer": [{"file": "in.gif"}]}, {"open": "Import AnimGif"}, {"dump": "png"},
@@ -205,6 +208,7 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     identify.waitForFinished(60000);
     EXPECT_EQ(identify.readAllStandardOutput().count(' '), frames);
     EXPECT_TRUE(leftovers().isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(at("tmp/.kirrel-ahead-4242")));
 }
 
 TEST_F(ConverterFaults, AnExportOfMoreThanAThousandFramesTakesEveryFrame) {
