@@ -176,12 +176,12 @@ BatchPlan planBatch(const QByteArray& bytes, const RunnerFolders& folders, const
                 dir = name.left(slash == 0 ? 1 : slash);
                 pattern = name.mid(slash + 1);
             } else {
-                for (QChar c : name)
-                    if (!bareNameCharacter(c)) {
-                        plan.refusal = refused(number, QString("the character '%1' in a name").arg(c));
-                        break;
-                    }
-                if (!plan.refusal.isEmpty()) break;
+                const auto bad =
+                    std::find_if(name.begin(), name.end(), [](QChar c) { return !bareNameCharacter(c); });
+                if (bad != name.end()) {
+                    plan.refusal = refused(number, QString("the character '%1' in a name").arg(*bad));
+                    break;
+                }
                 dir = cwd;
                 pattern = name;
             }
@@ -214,9 +214,11 @@ namespace {
 QString resolveBatch(const QString& batchPath) {
     if (QFileInfo::exists(batchPath)) return batchPath;
     const QFileInfo info(batchPath);
-    for (const QFileInfo& e : QDir(info.absolutePath()).entryInfoList(QDir::Files))
-        if (e.fileName().compare(info.fileName(), Qt::CaseInsensitive) == 0) return e.absoluteFilePath();
-    return batchPath;
+    const QFileInfoList entries = QDir(info.absolutePath()).entryInfoList(QDir::Files);
+    const auto same = std::find_if(entries.begin(), entries.end(), [&](const QFileInfo& e) {
+        return e.fileName().compare(info.fileName(), Qt::CaseInsensitive) == 0;
+    });
+    return same != entries.end() ? same->absoluteFilePath() : batchPath;
 }
 
 } // namespace
