@@ -13,7 +13,12 @@
 namespace kirrel::test {
 
 ToolOutput runTool(const QString& program, const QStringList& args) {
+    return runToolIn({}, program, args);
+}
+
+ToolOutput runToolIn(const QString& dir, const QString& program, const QStringList& args) {
     QProcess p;
+    p.setWorkingDirectory(dir);
     p.setStandardInputFile(QProcess::nullDevice());
     p.start(program, args);
     ToolOutput r;
