@@ -79,9 +79,7 @@ std::vector<std::string> dialogTexts(const QJsonObject& state) {
 
 std::vector<std::string> traceFileLines(const QString& path) {
     std::vector<std::string> out;
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) return out;
-    for (const QByteArray& l : f.readAll().split('\n'))
+    for (const QByteArray& l : QByteArray::fromStdString(readFile(path)).split('\n'))
         if (!l.isEmpty()) out.push_back(l.toStdString());
     return out;
 }
