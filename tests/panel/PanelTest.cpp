@@ -5,12 +5,12 @@
 // "Done" does, and the frame lists filled from the animation and pulling each other along. Quitting
 // and closing are the session scripts' business.
 
+#include "panel/Panel.h"
 #include "panel/Catalogue.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
 #include "panel/Mainfrm.h"
-#include "panel/Panel.h"
 #include "panel/Skin.h"
 #include "stored/StoredSupport.h"
 #include "support/Forms.h"
@@ -118,7 +118,9 @@ TEST_F(MainPanel, EnsureAnimationMakesTheCountGivenWithTheDefaultText) {
         EXPECT_EQ(calls("Van_ShowScrub"),
                   made ? std::vector<std::string>{"Van_ShowScrub(0, 30)"} : std::vector<std::string>{});
         EXPECT_EQ(calls("Van_CreateAnim").empty(), !made);
-        if (made) EXPECT_EQ(main->frameCount(), 30);
+        if (made) {
+            EXPECT_EQ(main->frameCount(), 30);
+        }
         const auto& input = host().dialogs().back();
         EXPECT_EQ(input.kind, "input");
         EXPECT_EQ(input.text, " Create new animation");
