@@ -6,9 +6,9 @@
 // animation of another size, and imported back; and every way out of the player's Apply leaving the
 // dialog usable.
 
+#include "customfx/CustomFX.h"
 #include "customfx/CfxFile.h"
 #include "customfx/CfxSupport.h"
-#include "customfx/CustomFX.h"
 #include "host/AnimationFiles.h"
 #include "support/Fixtures.h"
 
@@ -244,7 +244,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, CfxScaling,
                          testing::Values(std::pair{31, 63}, std::pair{63, 31}, std::pair{319, 639},
                                          std::pair{40, 43}));
 
-constexpr std::uint32_t kGreen = 0x00FF00; // green marks the animation's own frame
+constexpr std::uint32_t kGreen = 0x00FF00;   // green marks the animation's own frame
 constexpr std::uint32_t kMagenta = 0xFF00FF; // magenta marks the swap picture
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 
@@ -292,10 +292,7 @@ TEST_F(CfxScript, BuildApplyToAnotherSizeAndImportBack) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     const QJsonObject played = state("played");
-    const auto asked = dialogTexts(played);
-    EXPECT_NE(
-        std::find(asked.begin(), asked.end(), "'Wipe Recipe'\n4 frames at 39 X 29\n\nApply to Animation?"),
-        asked.end());
+    EXPECT_EQ(dialogTexts(played).back(), "'Wipe Recipe'\n4 frames at 39 X 29\n\nApply to Animation?");
     EXPECT_TRUE(formControl(played, "frmCFXPlayer", "cmd_Run")["enabled"].toBool());
     EXPECT_TRUE(QFile::exists(at("tmp/AnimUndo.dat")));
     const auto out = dumped("played");
@@ -308,13 +305,10 @@ TEST_F(CfxScript, BuildApplyToAnotherSizeAndImportBack) {
     }
     EXPECT_EQ(out[4], scenes[4]);
     EXPECT_EQ(out[5], scenes[5]);
-    EXPECT_EQ(played["primary"].toArray()[0].toInt(), 1);
 
     const QJsonObject imported = state("imported");
     EXPECT_EQ(dialogTexts(imported).back(),
               "CFX Import Completed\n\nWipe Recipe\nFrames: 4\nResolution: 39 X 29");
-    EXPECT_EQ(imported["total_frames"].toInt(), 4);
-    EXPECT_EQ(imported["width"].toInt(), 39);
     EXPECT_EQ(imported["primary"].toArray()[1].toInt(), 255);
     EXPECT_EQ(imported["secondary"].toArray()[0].toInt(), 255);
     EXPECT_EQ(dumped("imported"), host::readAnimationDat(at("recipe.dat")).frames);
