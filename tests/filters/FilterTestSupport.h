@@ -5,6 +5,7 @@
 #include "pixel/Mixing.h"
 #include "support/Forms.h"
 
+#include <QComboBox>
 #include <QImage>
 #include <QLabel>
 
@@ -45,6 +46,19 @@ class FilterTest : public FormTest {
                          qBlue(c) != expected.b.at(x, y);
             }
         return wrong;
+    }
+    // Apply to frames start..end rather than the frame shown.
+    static void chooseRange(panel::FormBase* f, int start, int end) {
+        choose(f, "optDirection(1)");
+        ctl<QComboBox>(f, "cboFrameStart")->setCurrentIndex(start);
+        ctl<QComboBox>(f, "cboFrameEnd")->setCurrentIndex(end);
+    }
+    // The progress the run reported, as the percentages it passed.
+    std::vector<int> progress() const {
+        std::vector<int> out;
+        for (const std::string& c : calls("Van_SetProgress"))
+            out.push_back(std::stoi(c.substr(c.find('(') + 1)));
+        return out;
     }
     static bool isGrey(const host::Picture& p, int w, int h) {
         for (int y = 0; y < h; ++y)

@@ -1,0 +1,400 @@
+// The plain run shapes proved on the wipes, fades and dissolves: the host call order, progress, the
+// level each frame gets, the sources that work on the frame alone, the alpha members against their
+// plain fellows, the dissolve's noise made once per run, and the stored run shapes (the splice):
+// result lengths, slots of another size, the per-member differences and the refusal of an empty slot.
+// Which frames a wipe changes and by how much is the wipe reference's business.
+
+#include "pixel/Filters.h"
+#include "pixel/Mixing.h"
+#include "stored/StoredFrame.h"
+#include "transitions/Dissolves.h"
+#include "transitions/Fades.h"
+#include "transitions/TransitionSupport.h"
+#include "transitions/Wipes.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace kirrel::test {
+namespace {
+
+using host::Picture;
+using namespace transitions;
+
+using WipeRun = TransitionTest;
+
+TEST_F(WipeRun, ToTraceFollowsTheRunBracket) {
+    load(4, 7, 3);
+    Wipe2LeftTo(1, 3, "Swap");
+    // The source is fetched before the bracket opens; each frame is read, mixed, written and counted.
+    const auto expected =
+        seq("Van_BufferHeight(); Van_BufferWidth(); Van_GetSwapRBuffer(); Van_GetSwapGBuffer(); "
+            "Van_GetSwapBBuffer(); Van_GetTotalFrames(); Van_GetCurrentFrame(); Van_Lock(); "
+            "Van_ChangePointer(11); "
+            "Van_GotoFrame(2); Van_GetRBuffer(); Van_GetGBuffer(); Van_GetBBuffer(); "
+            "Van_SetRbuffer(plane(7,3)); Van_SetGbuffer(plane(7,3)); Van_SetBbuffer(plane(7,3)); "
+            "van_status(66.66666666666666); "
+            "Van_GotoFrame(3); Van_GetRBuffer(); Van_GetGBuffer(); Van_GetBBuffer(); "
+            "Van_SetRbuffer(plane(7,3)); Van_SetGbuffer(plane(7,3)); Van_SetBbuffer(plane(7,3)); "
+            "van_status(100); van_StatusClose(); Van_RestorePointer(); Van_Unlock()");
+    EXPECT_EQ(trace, expected);
+    EXPECT_FALSE(host().locked());
+}
+
+TEST_F(WipeRun, PerFrameSourcesFetchTheFrameTwiceAndKeepTheNamedChannels) {
+    load(3, 4, 4);
+    Wipe2LeftFrom(0, 2, "Negative");
+    EXPECT_EQ(calls("Van_GetRBuffer").size(), 6u)
+        << "M and the copy for the source, for each of three frames";
+    EXPECT_EQ(calls("van_status"),
+              (std::vector<std::string>{"van_status(0)", "van_status(50)", "van_status(100)"}));
+    EXPECT_EQ(frame(0).r.at(1, 1), 255 - original[0].r.at(1, 1)) << "frame 0 is the negative of itself";
+
+    load(3, 4, 4);
+    Wipe2LeftTo(0, 2, "Red & Blue Channels");
+    EXPECT_EQ(frame(2).r, original[2].r);
+    EXPECT_EQ(frame(2).b, original[2].b);
+    EXPECT_EQ(count(frame(2).g, 0), static_cast<int>(frame(2).g.size()));
+}
+
+TEST_F(WipeRun, SpanZeroIsReportedNotACrash) {
+    load(3, 4, 4);
+    // Called directly with one frame: the top wipe mixes at Start, and its ratio divides by zero.
+    EXPECT_THROW(Wipe2TopTo(1, 1, "Swap"), std::domain_error);
+    EXPECT_THROW(Wipe2TopFrom(1, 1, "Swap"), std::domain_error);
+    // The others make no call at Start and so run nothing.
+    Wipe2LeftFrom(1, 1, "Swap");
+    EXPECT_EQ(frame(1), host().swapPicture());
+}
+
+// Frame f mixed with the swap grey at pct (the share of the frame that stays), as the library does it.
+Picture mixedWithSwap(const Picture& frame, const Picture& swap, int pct) {
+    Picture p = frame;
+    krl::MixBuffers(p.r, p.g, p.b, swap.r, swap.g, swap.b, pct, p.width(), p.height());
+    return p;
+}
+
+using FadeRun = TransitionTest;
+
+TEST_F(FadeRun, SpanTwoKeepsAHundredThenFiftyThenNothingEitherWay) {
+    load(4, 9, 5);
+    FadeTo(1, 3, "Swap");
+    EXPECT_EQ(frame(0), original[0]);
+    EXPECT_EQ(frame(1), original[1]) << "frame Start is fetched and written back as it was";
+    EXPECT_EQ(frame(2), mixedWithSwap(original[2], host().swapPicture(), 50));
+    EXPECT_EQ(frame(3), host().swapPicture());
+    EXPECT_TRUE(calls("van_status").empty()) << "a fade shows no progress";
+    EXPECT_EQ(calls("Van_SetRbuffer").size(), 3u);
+    EXPECT_FALSE(host().locked());
+
+    load(3, 9, 5);
+    FadeFrom(0, 2, "Swap");
+    EXPECT_EQ(frame(0), host().swapPicture()) << "frame Start is all source";
+    EXPECT_EQ(frame(1), mixedWithSwap(original[1], host().swapPicture(), 50));
+    EXPECT_EQ(frame(2), original[2]);
+    EXPECT_EQ(host().swapPicture(), Picture::filled(9, 5, 0x505050)) << "the source is never changed";
+}
+
+TEST_F(FadeRun, SourcesOfTheFrameAloneGetTheEffectsShare) {
+    load(3, 6, 4);
+    FadeTo(0, 2, "Negative");
+    Picture negative = original[2];
+    krl::Negative(negative.r, negative.g, negative.b, 7, 5);
+    EXPECT_EQ(frame(2), negative) << "Pct 0 gives the full negative";
+
+    load(3, 6, 4);
+    FadeTo(0, 2, "Brightness");
+    Picture bright = original[1];
+    krl::IncreaseBrightness(bright.r, bright.g, bright.b, 50, 6, 4);
+    EXPECT_EQ(frame(1), bright);
+
+    load(3, 6, 4);
+    FadeFrom(0, 2, "Darkness");
+    Picture dark = original[0];
+    krl::IncreaseDarkness(dark.r, dark.g, dark.b, 100, 6, 4);
+    EXPECT_EQ(frame(0), dark);
+    EXPECT_EQ(frame(2), original[2]);
+}
+
+// The alpha members against their plain fellows, for odd and even sizes: all-255 alpha is the plain
+// run, all-0 alpha changes nothing. At frame Start an alpha wipe may differ from its plain fellow by
+// one edge line: the alpha From wipes all mix there, and so do the right and top To wipes, while of the
+// plain wipes only the top ones do.
+struct AlphaCase {
+    std::string name;
+    std::function<void(WipeFamily, int, int)> run; // the plain or the alpha member over S..E
+    bool edgeAtStart;
+    int w;
+};
+
+class AlphaMembers : public TransitionTest, public testing::WithParamInterface<AlphaCase> {};
+
+TEST_P(AlphaMembers, FullAlphaIsThePlainRunAndNoAlphaChangesNothing) {
+    const AlphaCase& c = GetParam();
+    const int S = 1, E = 4, h = c.w - 3;
+    load(6, c.w, h);
+    c.run(WipeFamily::Plain, S, E);
+    std::vector<Picture> plain;
+    for (int f = 0; f < 6; ++f)
+        plain.push_back(frame(f));
+
+    load(6, c.w, h);
+    host().setAlpha(flatPlane(c.w, h, 255));
+    c.run(WipeFamily::Alpha, S, E);
+    for (int f = 0; f < 6; ++f)
+        if (f != S || !c.edgeAtStart)
+            EXPECT_EQ(frame(f), plain[static_cast<std::size_t>(f)]) << "frame " << f;
+    if (c.edgeAtStart) {
+        int differing = 0;
+        for (std::size_t i = 0; i < plain[S].r.size(); ++i)
+            differing += frame(S).r.data()[i] != plain[S].r.data()[i];
+        EXPECT_GT(differing, 0);
+        EXPECT_LE(differing, c.w + 1);
+    }
+
+    load(6, c.w, h);
+    host().setAlpha(flatPlane(c.w, h, 0));
+    c.run(WipeFamily::Alpha, S, E);
+    for (int f = 0; f < 6; ++f)
+        EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]) << "frame " << f;
+    if (c.name.starts_with("Fade")) EXPECT_EQ(calls("Van_GetABuffer").size(), 1u) << "the alpha is read once";
+}
+
+std::vector<AlphaCase> alphaCases() {
+    static const char* names[] = {"Right", "Left", "Bottom", "Top"};
+    std::vector<AlphaCase> out;
+    for (int w : {11, 12})
+        for (bool to : {true, false}) {
+            const std::string way = to ? "To" : "From";
+            for (int m = 0; m < 4; ++m)
+                out.push_back({names[m] + way + std::to_string(w),
+                               [m, to](WipeFamily fam, int s, int e) {
+                                   to ? runWipeTo(fam, m, s, e, "Swap") : runWipeFrom(fam, m, s, e, "Swap");
+                               },
+                               (!to || m == 0 || m == 3) != (m == 3), w});
+            out.push_back({"Fade" + way + std::to_string(w),
+                           [to](WipeFamily fam, int s, int e) {
+                               if (fam == WipeFamily::Plain)
+                                   (to ? FadeTo : FadeFrom)(s, e, "Swap");
+                               else
+                                   (to ? AFadeTo : AFadeFrom)(s, e, "Swap");
+                           },
+                           false, w});
+        }
+    return out;
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, AlphaMembers, testing::ValuesIn(alphaCases()),
+                         [](const auto& i) { return i.param.name; });
+
+class DissolveRun : public TransitionTest {
+  protected:
+    // Pixels of frame f (the picture proper) that hold the swap grey.
+    int swapPixels(int f) const {
+        int n = 0;
+        for (int y = 0; y < frame(f).height(); ++y)
+            for (int x = 0; x < frame(f).width(); ++x)
+                n += isSwap(f, x, y);
+        return n;
+    }
+    bool isSwap(int f, int x, int y) const {
+        const Picture& p = frame(f);
+        return p.r.at(x, y) == 0x50 && p.g.at(x, y) == 0x50 && p.b.at(x, y) == 0x50;
+    }
+};
+
+TEST_F(DissolveRun, SpanTwoUsesHalfThenAllAndFromRunsBack) {
+    load(3, 40, 30);
+    DissolveTo(0, 2, "Swap");
+    EXPECT_EQ(frame(0), original[0]);
+    EXPECT_EQ(frame(2), host().swapPicture()) << "level 256 takes every pixel";
+    EXPECT_GT(swapPixels(1), 40 * 30 / 4);
+    EXPECT_LT(swapPixels(1), 40 * 30 * 3 / 4) << "level 128 of noise spread over 0..255";
+    EXPECT_EQ(calls("Van_Refresh").size(), 1u);
+
+    load(4, 20, 10);
+    DissolveFrom(0, 3, "Swap");
+    EXPECT_EQ(frame(0), host().swapPicture());
+    EXPECT_EQ(frame(3), original[3]);
+    EXPECT_GT(swapPixels(1), swapPixels(2));
+}
+
+TEST_F(DissolveRun, AChangedPixelStaysChangedAndTwoRunsDiffer) {
+    load(6, 30, 20);
+    DissolveTo(0, 5, "Swap");
+    for (int f = 1; f < 5; ++f)
+        for (int y = 0; y < 20; ++y)
+            for (int x = 0; x < 30; ++x)
+                if (isSwap(f, x, y)) ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
+    const Picture first = frame(2);
+    load(6, 30, 20);
+    DissolveTo(0, 5, "Swap");
+    EXPECT_NE(frame(2), first) << "the noise is seeded from the clock";
+}
+
+// The primary colour as a source: the colour is read once, and the run ends on it without touching
+// the swap. The wipe fills planes of its own once, the fade mixes the colour without any, and the
+// dissolve paints it over a copy of the swap planes.
+struct ColourRun {
+    const char* name;
+    void (*run)(int, int, const std::string&);
+    std::size_t swapReads;
+};
+
+class PrimaryColourSource : public TransitionTest, public testing::WithParamInterface<ColourRun> {};
+
+TEST_P(PrimaryColourSource, EndsOnTheColourAndLeavesTheSwapAlone) {
+    load(3, 6, 4);
+    host().setPrimaryColor(200, 10, 30);
+    const Picture swapBefore = host().swapPicture();
+    GetParam().run(0, 2, "Primary Color");
+    EXPECT_EQ(frame(2), Picture::filled(6, 4, host::packColor(200, 10, 30)));
+    EXPECT_EQ(host().swapPicture(), swapBefore);
+    EXPECT_EQ(calls("Van_getPrimaryColor").size(), 1u);
+    EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), GetParam().swapReads);
+}
+
+INSTANTIATE_TEST_SUITE_P(Runs, PrimaryColourSource,
+                         testing::Values(ColourRun{"Wipe", Wipe2LeftTo, 0}, ColourRun{"Fade", FadeTo, 0},
+                                         ColourRun{"Dissolve", DissolveTo, 1}),
+                         [](const auto& i) { return std::string(i.param.name); });
+
+using StoredSplice = TransitionTest;
+
+TEST_F(StoredSplice, ToStoredInsertsTheRestWithoutProgressAndASlotThatJustFitsInsertsNothing) {
+    load(6, 100, 10);
+    writeSlot(1, 7, 100, 10);
+    Wipe2LeftToStored(2, 1);
+    EXPECT_EQ(host().totalFrames(), 2 + 7) << "Start + SlotFrames";
+    EXPECT_EQ(calls("Van_InsertFrame"), seq("Van_InsertFrame(5); Van_InsertFrame(6); Van_InsertFrame(7)"));
+    EXPECT_FALSE(host().locked());
+    EXPECT_TRUE(calls("van_status").empty()) << "stored runs show no progress";
+
+    // A slot that just covers the tail (To), or whose frames all meet the animation (From, Extra 0).
+    load(5, 8, 6);
+    const auto tail = writeSlot(0, 4, 8, 6);
+    Wipe2RightToStored(1, 0);
+    EXPECT_EQ(host().totalFrames(), 5);
+    EXPECT_EQ(frame(4), tail[3]);
+    load(4, 8, 6);
+    const auto front = writeSlot(3, 3, 8, 6);
+    Wipe2BottomFromStored(2, 3);
+    EXPECT_EQ(host().totalFrames(), 4);
+    EXPECT_EQ(frame(0), front[0]);
+    EXPECT_EQ(frame(2), original[2]);
+    EXPECT_TRUE(calls("Van_InsertFrame").empty());
+}
+
+TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
+    load(4, 20, 16);
+    const std::string path = stored::slotDataPath(tempDir(), 0);
+    const std::vector<Picture> slot = patternFrames(5, 9, 7, 40);
+    const std::string bytes = slotBytes(5, slot);
+    writeFile(QString::fromStdString(path), bytes);
+    auto resized = [&](int k) {
+        const Picture& s = slot[static_cast<std::size_t>(k)];
+        krl::Triple out(20, 16);
+        krl::ResizeBuffer(out.r, out.g, out.b, s.r, s.g, s.b, 20, 16, 9, 7);
+        return out;
+    };
+    Wipe2TopToStored(1, 0);
+    ASSERT_EQ(host().totalFrames(), 1 + 5);
+    EXPECT_EQ(frame(3).r, resized(2).r) << "the last animation frame is all stored frame Overlap - 1";
+    EXPECT_EQ(frame(5).g, resized(4).g);
+    EXPECT_EQ(readFile(QString::fromStdString(path)), bytes);
+}
+
+TEST_F(StoredSplice, TheTopWipesFromStoredRunSkipsItsTwoPositioningCalls) {
+    // Total 4, End 2, slot 5: Extra 2, StartS 2. The other members go to StartS before each frame put
+    // in front and once more before the overlap; the result is the same all the same.
+    auto positioning = [this](void (*run)(int, int)) {
+        load(4, 6, 6);
+        writeSlot(0, 5, 6, 6);
+        run(2, 0);
+        return std::count(trace.begin(), trace.end(), "Van_GotoFrame(2)");
+    };
+    const auto left = positioning(Wipe2LeftFromStored);
+    const auto top = positioning(Wipe2TopFromStored);
+    EXPECT_EQ(left - top, 3) << "two front frames and the move before the overlap";
+    const auto topResult = host().framePicture(4);
+    positioning(Wipe2LeftFromStored);
+    EXPECT_EQ(host().framePicture(4), topResult);
+}
+
+TEST_F(StoredSplice, AnEmptySlotIsRefusedBeforeAnythingChanges) {
+    load(4, 6, 6);
+    Wipe2LeftToStored(1, 2);
+    FadeFromStored(2, 2);
+    EXPECT_EQ(calls("Van_MessageBox"), seq("Van_MessageBox(\"Slot Empty\"); Van_MessageBox(\"Slot Empty\")"));
+    EXPECT_TRUE(calls("Van_Lock").empty());
+    EXPECT_EQ(host().totalFrames(), 4);
+    for (int f = 0; f < 4; ++f)
+        EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]);
+}
+
+TEST_F(StoredSplice, TheAlphaMembersKeepTheirBracketAndReadTheAlphaPerFrame) {
+    load(5, 6, 6);
+    writeSlot(0, 4, 6, 6);
+    AWipe2LeftToStored(1, 0);
+    EXPECT_EQ(calls("Van_GetABuffer").size(), 1u + 3u) << "once before the frames, then for each mixed";
+
+    // The plain stored fades take no lock and show the new length; the alpha fades keep the bracket
+    // and leave the scrubber alone.
+    load(4, 6, 6);
+    const auto slot = writeSlot(1, 6, 6, 6);
+    Fade2Stored(1, 1);
+    EXPECT_TRUE(calls("Van_Lock").empty());
+    EXPECT_TRUE(calls("van_StatusClose").empty());
+    EXPECT_EQ(host().totalFrames(), 7);
+    EXPECT_EQ(host().scrubTotal(), 7);
+    EXPECT_EQ(frame(3), slot[2]) << "the fade's last overlap frame is all stored";
+    EXPECT_EQ(frame(1), original[1]);
+    EXPECT_EQ(calls("Van_Refresh").size(), 1u);
+    load(4, 6, 6);
+    host().setAlpha(flatPlane(6, 6, 255));
+    AFade2Stored(1, 1);
+    EXPECT_EQ(calls("Van_Lock").size(), 1u);
+    EXPECT_TRUE(calls("Van_ShowScrub").empty());
+}
+
+// The alpha wipes, the fades and the dissolves splice as the plain wipes do (whose every frame the wipe
+// reference checks): the ends of the overlap are all animation and all stored frame.
+struct SpliceCase {
+    const char* name;
+    void (*toStored)(int, int);
+    void (*fromStored)(int, int);
+};
+
+class SpliceEnds : public TransitionTest, public testing::WithParamInterface<SpliceCase> {};
+
+TEST_P(SpliceEnds, OverlapEndsAreAllAnimationAndAllStored) {
+    for (const int size : {7, 8}) { // odd and even bounds
+        for (bool to : {true, false}) {
+            load(6, size, size - 1);
+            host().setAlpha(flatPlane(size, size - 1, 255));
+            const auto slot = writeSlot(0, 5, size, size - 1);
+            to ? GetParam().toStored(2, 0) : GetParam().fromStored(3, 0);
+            EXPECT_EQ(host().totalFrames(), 7);
+            const std::vector<std::pair<int, Picture>> ends =
+                to ? std::vector<std::pair<int, Picture>>{{2, original[2]}, {5, slot[3]}, {6, slot[4]}}
+                   : std::vector<std::pair<int, Picture>>{
+                         {0, slot[0]}, {1, slot[1]}, {4, original[3]}, {6, original[5]}};
+            for (const auto& [f, want] : ends)
+                EXPECT_EQ(frame(f), want) << (to ? "To" : "From") << size << " frame " << f;
+            EXPECT_FALSE(host().locked());
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, SpliceEnds,
+                         testing::Values(SpliceCase{"ARight", AWipe2RightToStored, AWipe2RightFromStored},
+                                         SpliceCase{"ALeft", AWipe2LeftToStored, AWipe2LeftFromStored},
+                                         SpliceCase{"ABottom", AWipe2BottomToStored, AWipe2BottomFromStored},
+                                         SpliceCase{"ATop", AWipe2TopToStored, AWipe2TopFromStored},
+                                         SpliceCase{"Fade", Fade2Stored, FadeFromStored},
+                                         SpliceCase{"AFade", AFade2Stored, AFadeFromStored},
+                                         SpliceCase{"Dissolve", Dissolve2Stored, DissolveFromStored}),
+                         [](const auto& i) { return std::string(i.param.name); });
+
+} // namespace
+} // namespace kirrel::test
