@@ -140,13 +140,13 @@ def transitions(tmp, ours1, oursAll):
 def blur(pixel):
     exe = os.path.join(BUILD, "bench", "kirrel_opencv_box_blur")
     if not os.path.exists(exe):
-        print("Box blur: the reference toolkit is not installed; skipped.\n")
+        print("Box blur: OpenCV is not installed; skipped.\n")
         return
-    print("5x5 box blur of three planes, single thread (milliseconds; ratio = toolkit / ours)")
+    print("5x5 box blur of three planes, single thread (milliseconds; ratio = OpenCV / ours)")
     for w, h in SIZES:
         theirs = float(run([exe, str(w), str(h)]).stdout.split()[-1])
         mine = ms(pixel[f"BM_BoxBlur/{w}/{h}"])
-        print(f"{w}x{h:<5} ours {mine:8.3f}  toolkit {theirs:8.3f}  ratio {theirs / mine:5.2f}")
+        print(f"{w}x{h:<5} ours {mine:8.3f}  OpenCV {theirs:8.3f}  ratio {theirs / mine:5.2f}")
     print()
 
 

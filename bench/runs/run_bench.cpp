@@ -5,6 +5,7 @@
 // Each iteration starts from the same animation (restored outside the timing), so every run does the
 // full work; the host's plane exchange is part of what is measured.
 
+#include "NoisePictures.h"
 #include "filters/ToonFilterMod.h"
 #include "filters/frmToon.h"
 #include "host/HostState.h"
@@ -27,7 +28,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -38,16 +38,7 @@ using kirrel::host::runningHost;
 
 constexpr int kFrames = 60;
 
-Picture noisePicture(int w, int h, unsigned seed) {
-    Picture p = Picture::filled(w, h, 0);
-    std::mt19937 rng(seed);
-    for (krl::Plane* plane : {&p.r, &p.g, &p.b}) {
-        std::uint8_t* d = plane->data();
-        for (std::size_t i = 0; i < plane->size(); ++i)
-            d[i] = static_cast<std::uint8_t>(rng() >> 24);
-    }
-    return p;
-}
+using kirrel::bench::noisePicture;
 
 // One animation per size, made once: frames share their planes until a run writes them.
 const std::vector<Picture>& animation(int w, int h) {

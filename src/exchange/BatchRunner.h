@@ -76,8 +76,12 @@ struct RunOutcome {
 };
 
 // The environment the converter runs in: the system's, with the memory settings that spare it most
-// of its time in the kernel.
+// of its time in the kernel. None of them changes a byte the converter writes.
 QProcessEnvironment converterEnvironment();
+
+// How many converters a batch may run at once: KIRREL_BATCH_WORKERS when set (1 runs the lines one
+// after another), else one for every core.
+int batchWorkers();
 
 // Runs a batch file inside folders.temp. converter is the program that stands for the host's
 // converter; empty when none could be found.

@@ -1,6 +1,7 @@
 #include "exchange/ConverterFiles.h"
 
 #include "exchange/BatchRunner.h"
+#include "exchange/BatchWorkers.h"
 #include "exchange/GifBlocks.h"
 
 #include <QCoreApplication>
@@ -81,6 +82,10 @@ void clearWorkingFiles(const std::string& temp) {
                 break;
             }
     }
+    // A runner that was ended leaves the folder its lines ran ahead in.
+    for (const QFileInfo& e : dir.entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
+        if (!e.isSymLink() && wildcardMatch(QString::fromLatin1(kAheadFolderPattern), e.fileName()))
+            QDir(e.absoluteFilePath()).removeRecursively();
 }
 
 WorkingFiles::WorkingFiles(std::string temp) : temp_(std::move(temp)) {

@@ -16,7 +16,8 @@
 namespace kirrel::exchange {
 
 // Removes the converter's working files from the temporary folder (frame bitmaps and GIFs, the
-// import's frame files, the layer bitmaps, the batch files and their failure markers).
+// import's frame files, the layer bitmaps, the batch files and their failure markers, and the folder
+// of lines that ran ahead, left by a runner that was ended).
 void clearWorkingFiles(const std::string& temp);
 
 // Clears the working files now and again when it goes, on every way out of the run.

@@ -3,15 +3,25 @@
 // file is gone at the end in every case.
 
 #include "exchange/BatchRunner.h"
+#include "exchange/BatchOrder.h"
 #include "exchange/BatchText.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+#include <QMap>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
 
 namespace kirrel::exchange {
 namespace {
@@ -40,20 +50,41 @@ class BatchRunner : public testing::Test {
     BatchPlan plan(const std::string& bytes) const {
         return planBatch(QByteArray::fromStdString(bytes), folders, folders.temp);
     }
-    // Runs the runner program on a batch written into the temporary folder.
-    int run(const std::string& name, const std::string& bytes, const QString& path = {}) {
+    // Runs the runner program on a batch written into the temporary folder, with the given PATH and
+    // further settings ("NAME=value").
+    int run(const std::string& name, const std::string& bytes, const QString& path = {},
+            const QStringList& settings = {}) {
         touch(at("tmp/" + QString::fromStdString(name)), QByteArray::fromStdString(bytes));
         QProcess p;
         p.setWorkingDirectory(folders.temp);
-        if (!path.isNull()) {
-            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-            env.insert("PATH", path);
-            p.setProcessEnvironment(env);
-        }
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        if (!path.isNull()) env.insert("PATH", path);
+        for (const QString& s : settings)
+            env.insert(s.section('=', 0, 0), s.section('=', 1));
+        p.setProcessEnvironment(env);
         p.start(runnerProgram(),
                 {"--temp", folders.temp, "--app", folders.app, at("tmp/" + QString::fromStdString(name))});
         EXPECT_TRUE(p.waitForFinished(60000));
         return p.exitCode();
+    }
+    // Every file and folder under the fixture's root with its bytes, to compare whole runs.
+    QMap<QString, QByteArray> snapshot() const {
+        QMap<QString, QByteArray> files;
+        QDirIterator it(root.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QFileInfo e(it.next());
+            QFile f(e.filePath());
+            files[QDir(root.path()).relativeFilePath(e.filePath())] =
+                e.isFile() && f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<folder>");
+        }
+        return files;
+    }
+    void clearFolders() {
+        for (const char* d : {"tmp", "outside"}) {
+            QDir(at(d)).removeRecursively();
+            QDir(root.path()).mkpath(d);
+        }
     }
     QString marker(const std::string& name) const {
         QFile f(at("tmp/" + QString::fromStdString(name) + ".failed"));
@@ -138,6 +169,228 @@ TEST_F(BatchRunner, RefusesOtherProgramsFoldersAndCommands) {
         else
             EXPECT_FALSE(p.refusal.isEmpty()) << lines[i];
     }
+}
+
+// The per-frame export's lines: each frame's conversion, then its append to the output.
+std::string perFrameExport(const std::string& app, const std::string& temp, const std::string& out,
+                           int frames) {
+    std::vector<std::string> conversions, appends;
+    for (int i = 0; i < frames; ++i) {
+        conversions.push_back(
+            gifConversionLine(app, temp, i, i % 2 ? std::optional<Rgb>(Rgb{200, 40, 40}) : std::nullopt));
+        appends.push_back(gifAppendLine(app, temp, out, i, 4 + i, 0));
+    }
+    return batchBytes(gifPerFrameBatch(temp, conversions, appends));
+}
+
+bool realConverterInstalled() {
+    if (QStandardPaths::findExecutable("convert").isEmpty()) return false;
+    QProcess p;
+    p.start("convert", {"-version"});
+    return p.waitForFinished(60000) && p.readAllStandardOutput().contains("ImageMagick");
+}
+
+// One run line after another and one on several converters at once, with the converter's memory
+// settings, leave the same files, byte for byte, and the same marker: a per-frame export, the same with a
+// broken frame in the middle, and the import's frame-by-frame batch.
+TEST_F(BatchRunner, LinesRunAtOnceLeaveWhatOneAfterAnotherLeaves) {
+    if (!realConverterInstalled()) GTEST_SKIP() << "ImageMagick's convert is not installed";
+    constexpr int kFrames = 5;
+    auto picture = [](int i) {
+        QImage image(48, 36, QImage::Format_RGB32);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, y, (x + 3 * i) % 8 == 0 ? qRgb(200, 40, 40) : qRgb(x * 5, y * 7, 30 * i));
+        return image;
+    };
+    auto frames = [&](const char* format, const char* stem, const char* extension, int broken) {
+        for (int i = 0; i < kFrames; ++i) {
+            const QString path = at(QString("tmp/%1%2.%3").arg(stem).arg(i).arg(extension));
+            if (i == broken)
+                touch(path, "not a picture");
+            else
+                ASSERT_TRUE(picture(i).save(path, format));
+        }
+    };
+    const std::string out = at("outside/anim.gif").toStdString();
+    struct Case {
+        const char* what;
+        std::function<void()> prepare;
+        std::string name, bytes;
+        int code;
+    };
+    std::vector<BatchLine> import;
+    for (int i = 0; i < kFrames; ++i)
+        for (BatchLine& l : gifImportBitmapLines(app(), temp(), i))
+            import.push_back(l);
+    import.push_back(gifImportBitmapClosing(temp()));
+    const std::vector<Case> cases = {
+        {"export", [&] { frames("BMP", "temp", "bmp", -1); }, kGifConvertBat,
+         perFrameExport(app(), temp(), out, kFrames), 0},
+        {"export with frame 2 broken", [&] { frames("BMP", "temp", "bmp", 2); }, kGifConvertBat,
+         perFrameExport(app(), temp(), out, kFrames), 1},
+        {"import", [&] { frames("PNG", "gif_frame-", "png", -1); }, kGifImport02Bat, batchBytes(import), 0},
+    };
+    // One after another with the converter's plain memory settings, and on three converters with all.
+    const QStringList ways[2] = {{"KIRREL_BATCH_WORKERS=1", "KIRREL_CONVERTER_TUNING=0"},
+                                 {"KIRREL_BATCH_WORKERS=3"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        QMap<QString, QByteArray> left[2];
+        for (int way : {0, 1}) {
+            clearFolders();
+            c.prepare();
+            EXPECT_EQ(run(c.name, c.bytes, {}, ways[way]), c.code);
+            left[way] = snapshot();
+        }
+        EXPECT_EQ(left[0].keys(), left[1].keys());
+        EXPECT_TRUE(left[0] == left[1]) << "the files differ";
+        if (c.code == 0) {
+            EXPECT_TRUE(marker(c.name).isEmpty());
+            EXPECT_FALSE(left[1].contains("tmp/" + QString::fromStdString(c.name)));
+        } else {
+            EXPECT_TRUE(marker(c.name).startsWith("failed\n")) << marker(c.name).toStdString();
+        }
+    }
+    // What was compared is real work: the export holds every frame.
+    clearFolders();
+    frames("BMP", "temp", "bmp", -1);
+    ASSERT_EQ(run(kGifConvertBat, perFrameExport(app(), temp(), out, kFrames)), 0);
+    EXPECT_EQ(QImageReader(QString::fromStdString(out)).imageCount(), kFrames);
+}
+
+// A converter that records when each call starts and ends: conversions overlap, yet every append
+// waits for its frame and the one before it, a frame's GIF shows in the folder only in its turn, and
+// of two failures the one earlier in the batch is reported even when the later one came first.
+TEST_F(BatchRunner, IndependentLinesOverlapYetShowInTheBatchsOrder) {
+    QDir(root.path()).mkpath("fake");
+    const QString log = at("fake/calls.log");
+    touch(at("fake/convert"),
+          QString("#!/bin/sh\n"
+                  "for last; do :; done\n"
+                  "seen=$(cd '%1' && ls temp*.gif 2>/dev/null | tr '\\n' ' ')\n"
+                  "echo \"start $* | $seen\" >> '%2'\n"
+                  "case \"$*\" in\n"
+                  "  *-dispose*) ;;\n"
+                  "  *temp2.gif) sleep 0.6; echo \"end $*\" >> '%2'; echo \"boom $last\" >&2; exit 1 ;;\n"
+                  "  *temp3.gif) echo \"end $*\" >> '%2'; echo \"bang $last\" >&2; exit 1 ;;\n"
+                  "esac\n"
+                  "sleep 0.2\n"
+                  "echo made > \"$last\"\n"
+                  "echo \"end $*\" >> '%2'\n")
+              .arg(folders.temp, log)
+              .toUtf8());
+    QFile::setPermissions(at("fake/convert"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const std::string out = at("outside/anim.gif").toStdString();
+    const std::string batch = perFrameExport(app(), temp(), out, 6);
+    QString markers[2];
+    for (int workers : {1, 3}) {
+        clearFolders();
+        QFile::remove(log);
+        EXPECT_EQ(run(kGifConvertBat, batch, at("fake") + ":" + qEnvironmentVariable("PATH"),
+                      {"KIRREL_BATCH_WORKERS=" + QString::number(workers)}),
+                  1);
+        markers[workers > 1] = marker(kGifConvertBat);
+    }
+    EXPECT_TRUE(markers[1].startsWith("failed\nThe converter reported an error: boom "))
+        << markers[1].toStdString();
+    EXPECT_TRUE(markers[1].trimmed().endsWith("/temp2.gif"));
+    EXPECT_EQ(markers[0].toStdString(), markers[1].toStdString());
+
+    // The calls of the run on three converters, as "start"/"end", "conv"/"append" and the frame.
+    QFile f(log);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QStringList calls = QString::fromUtf8(f.readAll()).split('\n', Qt::SkipEmptyParts);
+    auto when = [&](const QString& event, bool append, int frame) {
+        const QRegularExpression re(
+            QString("^%1 .*%2.*temp%3\\.(bmp|gif) ").arg(event, append ? "-dispose" : "").arg(frame));
+        for (int i = 0; i < calls.size(); ++i)
+            if (re.match(calls[i]).hasMatch() && calls[i].contains("-dispose") == append) return i;
+        return -1;
+    };
+    for (int i = 0; i < 6; ++i) {
+        const int start = when("start", true, i);
+        ASSERT_GE(start, 0) << i;
+        if (i != 2 && i != 3) {
+            EXPECT_GT(start, when("end", false, i)) << "append " << i << " before its conversion";
+        }
+        if (i > 0) {
+            EXPECT_GT(start, when("end", true, i - 1)) << "append " << i << " before the one before it";
+        }
+        // The GIFs in the folder when the append starts: its own frame's and those before, no more.
+        QStringList seen = calls[start].section('|', 1).split(' ', Qt::SkipEmptyParts);
+        seen.sort();
+        QStringList expected;
+        for (int j = 0; j <= i; ++j)
+            if (j != 2 && j != 3) expected << QString("temp%1.gif").arg(j);
+        expected.sort();
+        EXPECT_EQ(seen.join(' ').toStdString(), expected.join(' ').toStdString()) << "append " << i;
+    }
+    EXPECT_LT(when("start", false, 4), when("end", false, 2))
+        << "a later conversion ran while an earlier one did";
+    EXPECT_LT(when("end", false, 3), when("end", false, 2)) << "the later failure came first";
+    EXPECT_TRUE(QDir(folders.temp).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot) ==
+                QStringList{QString(kGifConvertBat) + ".failed"});
+}
+
+// Which conversions may start while lines before them still run.
+TEST_F(BatchRunner, OnlyConversionsThatDependOnNothingPendingRunAhead) {
+    const std::string conv = "\"" + app() + "/convert.exe\" ";
+    auto q = [&](const std::string& name) { return "\"" + temp() + "/" + name + "\""; };
+    touch(at("outside/real.png"));
+    QFile::link(at("outside/real.png"), at("tmp/link.png"));
+    auto lines = [&](const std::vector<std::string>& text) {
+        std::string bytes;
+        for (const std::string& l : text)
+            bytes += l + "\r\n";
+        const BatchPlan p = plan(bytes);
+        EXPECT_TRUE(p.refusal.isEmpty()) << p.refusal.toStdString();
+        return runLines(p.commands, folders, folders.temp);
+    };
+    // A frame's conversion starts while earlier frames convert and append; an append never runs ahead.
+    const BatchPlan exportPlan = plan(perFrameExport(app(), temp(), at("outside/a.gif").toStdString(), 3));
+    const auto exported = runLines(exportPlan.commands, folders, folders.temp);
+    EXPECT_TRUE(mayStartAhead(exported, 0, 2));
+    EXPECT_TRUE(mayStartAhead(exported, 1, 4));
+    EXPECT_FALSE(mayStartAhead(exported, 0, 3));
+    // The converter's own names for several pictures ("gif_frame-0.png") belong to the line writing
+    // "gif_frame.png"; a delete waits for nobody but holds back a line reading what it deletes.
+    const auto derived =
+        lines({conv + q("anim.gif") + " png24:" + q("gif_frame.png"),
+               conv + q("gif_frame-0.png") + " -compress none " + q("gif_frame-0.bmp"),
+               "del " + q("gif_frame-0.png"), conv + q("gif_frame-0.png") + " " + q("again.bmp"),
+               conv + q("gif_frame-1.png") + " " + q("gif_frame-1.bmp")});
+    EXPECT_FALSE(mayStartAhead(derived, 0, 1));
+    EXPECT_FALSE(mayStartAhead(derived, 2, 3));
+    EXPECT_TRUE(mayStartAhead(derived, 1, 4));
+    // Options that may write files, patterns, links, outputs outside the temporary folder: in order.
+    const auto never =
+        lines({conv + q("a.bmp") + " -write " + q("b.gif") + " " + q("c.gif"),
+               conv + q("temp?.bmp") + " " + q("d.gif"), conv + q("link.png") + " " + q("e.bmp"),
+               conv + q("f.bmp") + " \"" + at("outside/f.gif").toStdString() + "\"",
+               conv + q("g.bmp") + " " + q("g%d.gif")});
+    for (const RunLine& l : never)
+        EXPECT_FALSE(l.mayRunAhead) << l.command.args.join(' ').toStdString();
+}
+
+// The converter's memory settings join the user's own and never override them.
+TEST(ConverterEnvironment, AddsItsSettingsToTheUsersOwn) {
+    const QByteArray saved = qgetenv("GLIBC_TUNABLES"), threads = qgetenv("MAGICK_THREAD_LIMIT");
+    qunsetenv("MAGICK_THREAD_LIMIT");
+    qputenv("GLIBC_TUNABLES", "glibc.malloc.arena_max=2");
+    EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"),
+              "glibc.malloc.arena_max=2:glibc.malloc.hugetlb=1");
+    qputenv("GLIBC_TUNABLES", "glibc.malloc.hugetlb=0");
+    EXPECT_EQ(converterEnvironment().value("GLIBC_TUNABLES"), "glibc.malloc.hugetlb=0");
+    EXPECT_EQ(converterEnvironment().value("MAGICK_THREAD_LIMIT"), "1");
+    qputenv("KIRREL_CONVERTER_TUNING", "0");
+    qunsetenv("GLIBC_TUNABLES");
+    EXPECT_FALSE(converterEnvironment().contains("GLIBC_TUNABLES"));
+    EXPECT_FALSE(converterEnvironment().contains("MAGICK_THREAD_LIMIT"));
+    EXPECT_EQ(converterEnvironment().value("MALLOC_MMAP_THRESHOLD_"), QString::number(256 * 1024 * 1024));
+    qunsetenv("KIRREL_CONVERTER_TUNING");
+    if (!saved.isNull()) qputenv("GLIBC_TUNABLES", saved);
+    if (!threads.isNull()) qputenv("MAGICK_THREAD_LIMIT", threads);
 }
 
 TEST(BatchWildcards, MatchAsTheCommandProcessorDoes) {

@@ -375,6 +375,9 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     for (const char* stale :
          {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
         writeFile(at(QString("tmp/") + stale), readFile(at("in.gif")));
+    // What an ended runner's lines wrote ahead of their turn.
+    QDir().mkpath(at("tmp/.kirrel-ahead-4242/7"));
+    writeFile(at("tmp/.kirrel-ahead-4242/7/temp7.gif"), readFile(at("in.gif")));
     const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
         {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct"},
         {"answer": [{"file": "in.gif"}]}, {"open": "Import AnimGif"}, {"dump": "png"},
@@ -385,6 +388,7 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     EXPECT_EQ(state("png")["total_frames"].toInt(), frames);
     EXPECT_EQ(lineCount(identify("out.gif", "%p\n")), frames);
     EXPECT_TRUE(leftovers().isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(at("tmp/.kirrel-ahead-4242")));
 }
 
 TEST_F(ConverterFaults, AnExportOfMoreThanAThousandFramesTakesEveryFrame) {
