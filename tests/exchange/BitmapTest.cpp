@@ -48,41 +48,31 @@ std::vector<std::uint8_t> bitmap(int headerSize, int w, int h, int bits,
 
 // The two writers of 24-bit bitmaps, the dialogs' frame bitmaps and the PNG export's colour and mask
 // layers, lay out the same file.
-struct Writer {
-    const char* name;
-    int (*rowBytes)(int w);
-    std::vector<std::uint8_t> (*file)(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b, int w,
-                                      int h);
-};
-
-class BitmapWriter : public testing::TestWithParam<Writer> {};
-
-TEST_P(BitmapWriter, HeaderPaddedBottomUpRowsAndTheRidingColumnLeftOut) {
+TEST(BitmapWriters, HeaderPaddedBottomUpRowsAndTheRidingColumnLeftOut) {
+    using File =
+        std::vector<std::uint8_t> (*)(const krl::Plane&, const krl::Plane&, const krl::Plane&, int, int);
+    const std::pair<int (*)(int), File> writers[] = {
+        {filters::dibRowBytes, filters::bmpFile24},
+        {exchange::layerRowBytes, [](const krl::Plane& r, const krl::Plane& g, const krl::Plane& b, int w,
+                                     int h) { return exchange::layerBitmapBytes(r, g, b, w, h); }}};
     // W*3 mod 4 is 0, 3, 2 and 1 in turn; 640 and 641 as the PNG export meets them.
     const std::pair<int, int> widths[] = {{4, 12}, {5, 16}, {6, 20}, {7, 24}, {640, 1920}, {641, 1924}};
-    for (auto [w, row] : widths) {
-        EXPECT_EQ(GetParam().rowBytes(w), row);
-        const host::Picture p = patternPicture(w, 3, 1);
-        std::vector<std::uint8_t> rows; // the bottom row first, blue, green, red, padded with zeros
-        for (int y = 2; y >= 0; --y) {
-            for (int x = 0; x < w; ++x)
-                rows.insert(rows.end(), {p.b.at(x, y), p.g.at(x, y), p.r.at(x, y)});
-            rows.resize(rows.size() + static_cast<std::size_t>(row - 3 * w), 0);
+    for (const auto& [rowBytes, file] : writers)
+        for (auto [w, row] : widths) {
+            EXPECT_EQ(rowBytes(w), row);
+            const host::Picture p = patternPicture(w, 3, 1);
+            std::vector<std::uint8_t> rows; // the bottom row first, blue, green, red, padded with zeros
+            for (int y = 2; y >= 0; --y) {
+                for (int x = 0; x < w; ++x)
+                    rows.insert(rows.end(), {p.b.at(x, y), p.g.at(x, y), p.r.at(x, y)});
+                rows.resize(rows.size() + static_cast<std::size_t>(row - 3 * w), 0);
+            }
+            std::vector<std::uint8_t> f = file(p.r, p.g, p.b, w, 3);
+            if (f.size() > 38) std::fill_n(f.begin() + 34, 4, 0); // the pixels' size, which readers ignore
+            EXPECT_TRUE(f == bitmap(40, w, 3, 24, {}, rows))
+                << w << (file == filters::bmpFile24 ? "" : ", layer");
         }
-        std::vector<std::uint8_t> f = GetParam().file(p.r, p.g, p.b, w, 3);
-        if (f.size() > 38) std::fill_n(f.begin() + 34, 4, 0); // the pixels' size, which readers ignore
-        EXPECT_TRUE(f == bitmap(40, w, 3, 24, {}, rows)) << w;
-    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Both, BitmapWriter,
-                         testing::Values(Writer{"FrameBitmap", filters::dibRowBytes, filters::bmpFile24},
-                                         Writer{"Layer", exchange::layerRowBytes,
-                                                [](const krl::Plane& r, const krl::Plane& g,
-                                                   const krl::Plane& b, int w, int h) {
-                                                    return exchange::layerBitmapBytes(r, g, b, w, h);
-                                                }}),
-                         [](const testing::TestParamInfo<Writer>& i) { return std::string(i.param.name); });
 
 TEST(LayerBitmap, TellsWhichPlaneRowEachStoredRowHolds) {
     const host::Picture p = patternPicture(5, 2, 9);

@@ -36,7 +36,7 @@ class GifDialog : public FormTest {
     }
 };
 
-TEST_F(GifDialog, EveryFrameHasItsDelayEntry) {
+TEST_F(GifDialog, EveryFrameHasItsDelayEntryAndGlobalDelayLocksItsButton) {
     panel::FormBase* f = open("frmSave2AnimGif");
     EXPECT_EQ(entries(f), (QStringList{"Frame: 0 (Delay = 0)", "Frame: 1 (Delay = 0)", "Frame: 2 (Delay = 0)",
                                        "Frame: 3 (Delay = 0)"}));
@@ -49,10 +49,7 @@ TEST_F(GifDialog, EveryFrameHasItsDelayEntry) {
     EXPECT_EQ(entries(f)[3], "Frame: 3 (Delay = 12)");
     setDelay(f, 3, "0");
     EXPECT_EQ(entries(f)[3], "Frame: 3 (Delay = 0)");
-}
-
-TEST_F(GifDialog, GlobalDelayLocksThePerFrameButtonAndEmptyBoxesReadZero) {
-    panel::FormBase* f = open("frmSave2AnimGif");
+    // One delay for all frames locks the per-frame button; an empty box reads zero.
     ctl<QCheckBox>(f, "chkGlobalDelay")->click();
     EXPECT_FALSE(f->control("cmdSetDelay")->isEnabled());
     ctl<QCheckBox>(f, "chkGlobalDelay")->click();
@@ -131,34 +128,25 @@ class SpriteSheet : public FormTest {
     }
 };
 
-TEST_F(SpriteSheet, FramesFillTheRowsInOrderAndUnusedCellsStayBlack) {
-    Vantry::Vantry_Class van;
-    const exchange::Sheet s = exchange::buildSheet(van, 3, 2, 5, exchange::spriteGrid(5));
-    ASSERT_EQ(s.r.width(), 9);
-    ASSERT_EQ(s.r.height(), 4);
-    // Cells 3 wide and 2 high: frames 0, 1, 2 on the first row, 3 and 4 on the second.
-    const std::pair<int, int> where[] = {{1, 1}, {4, 0}, {7, 1}, {0, 3}, {5, 2}};
-    for (int f = 0; f < 5; ++f) {
-        EXPECT_EQ(s.r.at(where[f].first, where[f].second), 10 * f + 1) << f;
-        EXPECT_EQ(s.b.at(where[f].first, where[f].second), 10 * f + 3) << f;
-    }
-    EXPECT_EQ(s.g.at(7, 3), 0) << "the sixth cell is unused";
-    EXPECT_EQ(s.r.at(8, 3), 0);
-}
-
-TEST_F(SpriteSheet, TheDialogPutsTheSheetIntoTheMainBuffer) {
+TEST_F(SpriteSheet, TheDialogPutsTheFramesRowByRowIntoTheMainBuffer) {
     panel::FormBase* form = open("frmSpriteSheet");
     EXPECT_EQ(text(form, "lblFrames"), "Frames: 5");
     EXPECT_EQ(text(form, "lblRows"), "Rows: 2");
     EXPECT_EQ(text(form, "lblCols"), "Columns: 3");
     apply(form);
-    EXPECT_EQ(host().bufferWidth(), 9);
-    EXPECT_EQ(host().bufferHeight(), 4);
+    EXPECT_EQ(calls("Van_NewBuffer"), (std::vector<std::string>{"Van_NewBuffer(9, 4)"}));
+    // Cells 3 wide and 2 high: frames 0, 1, 2 on the first row, 3 and 4 on the second.
     Vantry::Vantry_Class van;
-    EXPECT_EQ(van.Van_GetRBuffer().at(4, 3), 41);
+    const krl::Plane r = van.Van_GetRBuffer(), g = van.Van_GetGBuffer(), b = van.Van_GetBBuffer();
+    const std::pair<int, int> where[] = {{1, 1}, {4, 0}, {7, 1}, {0, 3}, {5, 2}};
+    for (int f = 0; f < 5; ++f) {
+        EXPECT_EQ(r.at(where[f].first, where[f].second), 10 * f + 1) << f;
+        EXPECT_EQ(b.at(where[f].first, where[f].second), 10 * f + 3) << f;
+    }
+    EXPECT_EQ(g.at(7, 3), 0) << "the sixth cell is unused and stays black";
+    EXPECT_EQ(r.at(8, 3), 0);
     EXPECT_EQ(text(form, "lblFrames"), "Frames: 0") << "the labels follow the host after the run";
     EXPECT_TRUE(form->control("cmd_Run")->isEnabled());
-    EXPECT_EQ(calls("Van_NewBuffer"), (std::vector<std::string>{"Van_NewBuffer(9, 4)"}));
 }
 
 TEST_F(SpriteSheet, WithoutAnAnimationTheDialogOffersToMakeOne) {

@@ -34,10 +34,19 @@ struct Rgb {
 };
 using PixelFn = std::function<Rgb(int frame, int x, int y)>;
 
+// The export of out.gif with one delay for all frames.
+const std::string kGlobalGif = R"({"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay",
+    "value": true}}, {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"})";
+
 class ExchangeScript : public ScriptTest {
   protected:
     void SetUp() override {
         if (!haveConvert()) GTEST_SKIP() << "ImageMagick's convert is not installed";
+    }
+    // A session on anim.dat (or what `host` names first) whose working files go to tmp.
+    RunResult session(const std::string& steps, const std::string& host = "") const {
+        return run(R"({"host": {)" + host + R"("temp_dir": "tmp", "animation": "anim.dat"}, "steps": [)" +
+                   steps + "]}");
     }
     // Every working file a run left in the temporary folder.
     QStringList leftovers() const { return QDir(at("tmp")).entryList(QDir::Files); }
@@ -119,13 +128,12 @@ TEST_F(ExchangeScript, PerFrameGifCarriesItsDelaysAndLoopsAndComesBackBothWays) 
 
 TEST_F(ExchangeScript, GlobalGifKeepsElevenFramesInOrderAndMngIsRecognised) {
     writeAnimation("anim.dat", 11, 4, 3, [](int f, int, int) { return Rgb{20 * f, 0, 255 - 20 * f}; });
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
-      "steps": [{"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
+    const RunResult r =
+        session(R"({"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
         {"set": {"control": "txtDelay", "text": "7"}}, {"answer": [{"file": "out.gif"}]},
-        {"click": "cmdSave"},
-        {"dump": "exported"}, {"close": "frmSave2AnimGif"}, {"open": "Export Anim To MNG"},
-        {"set": {"control": "txtDelay", "text": "5"}}, {"answer": [{"file": "out.mng"}]},
-        {"click": "cmdSave"}]})");
+        {"click": "cmdSave"}, {"dump": "exported"}, {"close": "frmSave2AnimGif"},
+        {"open": "Export Anim To MNG"}, {"set": {"control": "txtDelay", "text": "5"}},
+        {"answer": [{"file": "out.mng"}]}, {"click": "cmdSave"})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(identify("out.gif", "%T,"), "7,7,7,7,7,7,7,7,7,7,7,");
     // Frame 10 must come last, not after frame 1.
@@ -168,9 +176,7 @@ TEST_F(ExchangeScript, AFrameBitmapThatCannotBeWrittenIsReportedAndNothingElseCh
     // it was, and no GIF appears.
     writeAnimation("anim.dat", 3, 4, 3, sample);
     QDir(dir.path()).mkpath("tmp/temp1.bmp");
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
-      "steps": [{"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-        {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}, {"dump": "after"}]})");
+    const RunResult r = session(kGlobalGif + R"(, {"dump": "after"})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const auto texts = dialogTexts(state("after"));
     ASSERT_FALSE(texts.empty());
@@ -184,12 +190,9 @@ TEST_F(ExchangeScript, WithoutTheConverterTheWaitEndsWithAClearMessage) {
     writeAnimation("anim.dat", 3, 4, 3, sample);
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(dir.path())); // a search path that holds no converter
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
-      "steps": [{"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-        {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}, {"answer": [{"file": "out.gif"}]},
-        {"click": "cmdSave"},
+    const RunResult r = session(kGlobalGif + R"(, {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"},
         {"close": "frmSave2AnimGif"}, {"answer": [{"file": "out.gif"}]}, {"menu": "menuImportAnimGif"},
-        {"dump": "after"}]})");
+        {"dump": "after"})");
     qputenv("PATH", path);
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const std::string missing =
@@ -294,15 +297,13 @@ TEST_F(ConverterFaults, EveryFaultLosesNothingAndLeavesNothingBehind) {
         SCOPED_TRACE(fake.name);
         useFake(fake.body);
         // Every way that runs the converter, each followed by a dump.
-        const RunResult r =
-            run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat", "converter_timeout_s": 2},
-          "steps": [{"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-            {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}, {"dump": "global"},
-            {"set": {"control": "chkGifTransparent", "value": true}},
+        const RunResult r = session(
+            kGlobalGif + R"(, {"dump": "global"}, {"set": {"control": "chkGifTransparent", "value": true}},
             {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}, {"dump": "perFrame"},
             {"close": "frmSave2AnimGif"}, {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"},
             {"dump": "direct"}, {"answer": [{"file": "in.gif"}]}, {"open": "Import AnimGif"},
-            {"dump": "png"}]})");
+            {"dump": "png"})",
+            R"("converter_timeout_s": 2, )");
         ASSERT_EQ(r.exitCode, 0) << r.err;
         for (const char* dump : {"global", "perFrame", "direct", "png"}) {
             SCOPED_TRACE(dump);
@@ -327,8 +328,8 @@ TEST_F(ConverterFaults, AFirstGoodFrameThenGarbageStopsTheImportAndNamesTheFrame
     // Frame 0 a real GIF, frame 1 garbage: the direct way's converter run.
     useFake("for last; do :; done\nd=$(dirname \"$last\")\ncp '" + inGif().toStdString() +
             "' \"$d/gif_frame-0.gif\"\necho garbage > \"$d/gif_frame-1.gif\"\n");
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
-        {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "after"}]})");
+    const RunResult r =
+        session(R"({"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "after"})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_TRUE(readFile(at("after/animation.dat")) == readFile(at("anim.dat"))) << "the animation changed";
     const auto texts = dialogTexts(state("after"));
@@ -353,9 +354,9 @@ TEST_F(ConverterFaults, OddNamesAreExactlyThoseFilesAndRunNothing) {
                    R"("}, )";
     }
     QDir().mkpath(at("odd"));
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
-        {"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}}, )" +
-                            exports + R"({"close": "frmSave2AnimGif"}, )" + imports + R"({"dump": "end"}]})");
+    const RunResult r =
+        session(R"({"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}}, )" +
+                exports + R"({"close": "frmSave2AnimGif"}, )" + imports + R"({"dump": "end"})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     QStringList got = QDir(at("odd")).entryList(QDir::Files | QDir::Hidden), want = names;
     got.sort();
@@ -378,11 +379,10 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     // What an ended runner's lines wrote ahead of their turn.
     QDir().mkpath(at("tmp/.kirrel-ahead-4242/7"));
     writeFile(at("tmp/.kirrel-ahead-4242/7/temp7.gif"), readFile(at("in.gif")));
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
-        {"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct"},
-        {"answer": [{"file": "in.gif"}]}, {"open": "Import AnimGif"}, {"dump": "png"},
-        {"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-        {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}]})");
+    const RunResult r =
+        session(R"({"answer": [{"file": "in.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "direct"},
+        {"answer": [{"file": "in.gif"}]}, {"open": "Import AnimGif"}, {"dump": "png"}, )" +
+                kGlobalGif);
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(state("direct")["total_frames"].toInt(), frames);
     EXPECT_EQ(state("png")["total_frames"].toInt(), frames);
@@ -392,22 +392,17 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
 }
 
 TEST_F(ConverterFaults, AnExportOfMoreThanAThousandFramesTakesEveryFrame) {
-    writeAnimation("long.dat", 1001, 2, 2, [](int f, int, int) {
-        return Rgb{f % 7 * 32, f % 7 * 32, f % 7 * 32};
-    });
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "long.dat"}, "steps": [
-        {"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-        {"answer": [{"file": "long.gif"}]}, {"click": "cmdSave"}]})");
+    writeAnimation("anim.dat", 1001, 2, 2, [](int f, int, int) { return Rgb{f % 7 * 32, 0, 0}; });
+    const RunResult r = session(kGlobalGif);
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(lineCount(identify("long.gif", "%p\n")), 1001);
+    EXPECT_EQ(lineCount(identify("out.gif", "%p\n")), 1001);
 }
 
 TEST_F(ConverterFaults, CtrlCDuringAnExportEndsTheConverterAndCleansUp) {
     useFake("echo $$ > \"$KIRREL_FAKE_PID\"\nexec sleep 600\n");
     qputenv("KIRREL_FAKE_PID", QFile::encodeName(at("fake.pid")));
-    writeFile(at("session.json"), R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [
-        {"open": "Export To AnimGif"}, {"set": {"control": "chkGlobalDelay", "value": true}},
-        {"answer": [{"file": "out.gif"}]}, {"click": "cmdSave"}, {"dump": "never"}]})");
+    writeFile(at("session.json"), R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"}, "steps": [)" +
+                                      kGlobalGif + R"(, {"dump": "never"}]})");
     QProcess kirrel;
     kirrel.setWorkingDirectory(dir.path());
     kirrel.start(KIRREL_EXE, {"--script", at("session.json")});
@@ -426,7 +421,7 @@ TEST_F(ConverterFaults, CtrlCDuringAnExportEndsTheConverterAndCleansUp) {
     EXPECT_TRUE(stat.empty() || (state != std::string::npos && stat[state + 2] == 'Z'))
         << "the converter still runs";
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(' ').toStdString();
-    EXPECT_FALSE(QFileInfo::exists(at("never")));
+    EXPECT_FALSE(QFileInfo::exists(at("never"))) << "the session went on";
     EXPECT_TRUE(strays().isEmpty()) << strays().join(' ').toStdString();
 }
 
