@@ -103,35 +103,28 @@ INSTANTIATE_TEST_SUITE_P(AllOps, Contract,
                                     std::to_string(s.cw) + "x" + std::to_string(s.ch);
                          });
 
-class Clipping : public ::testing::TestWithParam<int> {};
-
-TEST_P(Clipping, HostileArgumentsStayInsideTheSmallestPlane) {
+TEST(Clipping, HostileArgumentsStayInsideTheSmallestPlane) {
     // Mismatched planes and wild sizes and levels: A's cells outside what all planes share stay, B
     // never changes, and (under AddressSanitizer) nothing outside any plane is touched.
-    const Op& op = allOps()[static_cast<std::size_t>(GetParam())];
     const Case planes[] = {{6, 4, 9, 2}, {8, 3, 3, 7}, {-1, -1, 4, 4}, {4, 4, -1, -1}};
-    for (const auto& pl : planes)
-        for (const auto& [w, h] :
-             {std::pair{-3, -3}, {0, 0}, {5, 1}, {7, 5}, {INT_MAX, INT_MAX}, {INT_MIN, 3}})
-            for (const int level : {INT_MIN, -7, 0, 1, 3, 255, 256, INT_MAX}) {
-                const Pic a0 = noise(pl.w, pl.h, 11), b0 = noise(pl.cw, pl.ch, 12);
-                Pic a = a0, b = b0;
-                op.run(a, b, w, h, level);
-                ASSERT_TRUE(b == b0);
-                const long long cols = std::min<long long>({1LL + w, a0.r.cols(), b0.r.cols()});
-                const long long rows = std::min<long long>({1LL + h, a0.r.rows(), b0.r.rows()});
-                for (int k = 0; k < 3; ++k)
-                    for (int y = 0; y < a0.r.rows(); ++y)
-                        for (int x = 0; x < a0.r.cols(); ++x)
-                            ASSERT_TRUE((x < cols && y < rows) || a[k].at(x, y) == a0[k].at(x, y))
-                                << w << " " << level;
-            }
+    for (const Op& op : allOps())
+        for (const auto& pl : planes)
+            for (const auto& [w, h] :
+                 {std::pair{-3, -3}, {0, 0}, {5, 1}, {7, 5}, {INT_MAX, INT_MAX}, {INT_MIN, 3}})
+                for (const int level : {INT_MIN, -7, 0, 1, 3, 255, 256, INT_MAX}) {
+                    const Pic a0 = noise(pl.w, pl.h, 11), b0 = noise(pl.cw, pl.ch, 12);
+                    Pic a = a0, b = b0;
+                    op.run(a, b, w, h, level);
+                    ASSERT_TRUE(b == b0) << op.name;
+                    const long long cols = std::min<long long>({1LL + w, a0.r.cols(), b0.r.cols()});
+                    const long long rows = std::min<long long>({1LL + h, a0.r.rows(), b0.r.rows()});
+                    for (int k = 0; k < 3; ++k)
+                        for (int y = 0; y < a0.r.rows(); ++y)
+                            for (int x = 0; x < a0.r.cols(); ++x)
+                                ASSERT_TRUE((x < cols && y < rows) || a[k].at(x, y) == a0[k].at(x, y))
+                                    << op.name << " " << w << " " << level;
+                }
 }
-
-INSTANTIATE_TEST_SUITE_P(AllOps, Clipping, ::testing::Range(0, static_cast<int>(allOps().size())),
-                         [](const auto& info) {
-                             return allOps()[static_cast<std::size_t>(info.param)].name;
-                         });
 
 TEST(Modes, UnknownModesLeaveEverythingAlone) {
     const Pic a0 = noise(9, 6, 1), b0 = noise(9, 6, 2);
@@ -187,9 +180,8 @@ const CellOp kCellOps[] = {
     {"MixBufferChannels", KRL_CELL(MixBufferChannels(T3(a), 23, 5, w + 1, h + 1)), nullptr},
 };
 
-TEST(CellOperations, SharedPlanesMatchPrivateCopiesOnAnyNumberOfThreads) {
+TEST(CellOperations, SharedPlanesMatchPrivateCopies) {
     const Pic a = noise(10, 7, 31), b = noise(10, 7, 32);
-    const Pic bigA = noise(801, 403, 7), bigB = noise(801, 403, 8); // rows cut into uneven slices
     for (const auto& [name, run, gives] : kCellOps) {
         Pic want = deep(a), wantB = deep(b);
         run(want, wantB, 8, 5); // a margin left untouched
@@ -197,15 +189,6 @@ TEST(CellOperations, SharedPlanesMatchPrivateCopiesOnAnyNumberOfThreads) {
         run(x, y, 8, 5);
         EXPECT_TRUE(x == want && y == wantB) << name;
         EXPECT_TRUE(a == noise(10, 7, 31) && b == noise(10, 7, 32)) << name;
-        Pic one = bigA, oneB = bigB;
-        run(one, oneB, 801, 403);
-        for (const int threads : {2, 3}) {
-            setSliceThreads(threads);
-            Pic many = bigA, manyB = bigB;
-            run(many, manyB, 801, 403);
-            setSliceThreads(0);
-            EXPECT_TRUE(many == one && manyB == bigB) << name << ", " << threads << " threads";
-        }
     }
 }
 
@@ -294,26 +277,30 @@ TEST(Mixes, PlanesOfOtherShapesMeetCellByCell) {
             ASSERT_EQ(a.b.at(x, y), y <= 2 ? b.b.at(x, y) : a0.b.at(x, y));
 }
 
-// Big enough to be cut into row slices; odd, so slices and rows are uneven. Every operation of the
-// table must give the very bytes of a single thread with two and three threads, A as B or not.
+// Big enough to be cut into row slices; odd, so slices and rows are uneven. Every operation must give
+// the very bytes of a single thread with two and three threads, A passed as B or not.
 TEST(Slices, EveryOperationGivesTheSingleThreadBytes) {
     constexpr int W = 801, H = 403;
     const Pic a = noise(W, H, 7), b = noise(W, H, 8);
-    auto run = [&](const Op& op, int threads, int level, bool same) {
-        setSliceThreads(threads);
-        Pic x = a, y = b;
-        op.run(x, same ? x : y, W, H, level);
-        setSliceThreads(0);
-        return std::pair{x, y};
-    };
+    std::vector<std::pair<std::string, std::function<void(Pic&, Pic&)>>> calls;
+    for (const CellOp& op : kCellOps)
+        calls.emplace_back(op.name, [&op](Pic& x, Pic& y) { op.run(x, y, W, H); });
     for (const Op& op : allOps())
         for (const int level : {op.levelA(W, H) / 3 + op.levelB(W, H) * 2 / 3, 1})
-            for (const bool same : {false, true}) {
-                const auto one = run(op, 1, level, same);
-                for (const int threads : {2, 3})
-                    ASSERT_TRUE(run(op, threads, level, same) == one)
-                        << op.name << " level " << level << (same ? " A as B" : "") << ", " << threads;
+            calls.emplace_back(op.name + " level " + std::to_string(level),
+                               [&op, level](Pic& x, Pic& y) { op.run(x, y, W, H, level); });
+    for (const auto& [name, call] : calls)
+        for (const bool same : {false, true}) {
+            Pic one, oneB;
+            for (const int threads : {1, 2, 3}) {
+                setSliceThreads(threads);
+                Pic x = a, y = b;
+                call(x, same ? x : y);
+                setSliceThreads(0);
+                if (threads == 1) one = x, oneB = y;
+                ASSERT_TRUE(x == one && y == oneB) << name << (same ? ", A as B" : "") << ", " << threads;
             }
+        }
 }
 
 // The slicing itself: every row once, from the caller and the helpers alike, at any thread count; a

@@ -161,15 +161,11 @@ inline std::vector<Op> twoPictureOps() {
     const End stretchToA[] = {kZero, kFull, kZero, kFull, kPast, kPast};
     for (int m = 1; m <= 6; ++m) {
         const bool v = m == 3 || m == 4 || m == 6;
+        const bool margin = m >= 5;
         KRL_ADD("StretchOverlay" + std::to_string(m), v, stretchToA[m - 1], m == 1 || m == 3 ? kFull : kZero,
-                StretchOverlay(T3(a), T3(b), w, h,
-                               m == 5 ? minus(w, l)
-                               : v    ? w
-                                      : l,
-                               m == 6 ? minus(h, l)
-                               : v    ? l
-                                      : h,
-                               m == 5 ? l : 0, m == 6 ? l : 0, m));
+                const int edge = margin ? minus(v ? h : w, l) : l;
+                StretchOverlay(T3(a), T3(b), w, h, v ? w : edge, v ? edge : h, margin && !v ? l : 0,
+                               margin && v ? l : 0, m));
     }
 #undef KRL_ADD
     return ops;
