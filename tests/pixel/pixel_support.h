@@ -1,43 +1,63 @@
 #pragma once
-// Pictures and a table of the two-picture operations, shared by the mixing tests.
+// Pictures, measures and runs shared by the pixel library's tests, and a table of the two-picture
+// operations.
 
+#include "pixel/Kernels.h"
 #include "pixel/Mixing.h"
+#include "pixel/Slices.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
-namespace krl::mixtest {
+namespace krl::pixeltest {
+
+using u8 = std::uint8_t;
 
 struct Pic {
     Plane r, g, b;
-    bool operator==(const Pic& o) const { return r == o.r && g == o.g && b == o.b; }
     Plane& operator[](int c) { return c == 0 ? r : c == 1 ? g : b; }
     const Plane& operator[](int c) const { return c == 0 ? r : c == 1 ? g : b; }
+    bool operator==(const Pic& o) const { return r == o.r && g == o.g && b == o.b; }
 };
 #define T3(p) p.r, p.g, p.b
 
-inline Plane noisePlane(int w, int h, unsigned seed) {
+// Bytes uniform in lo..hi; w, h are upper bounds. The planes of a picture are independent, and
+// apart from the single planes of small seeds.
+inline Plane noisePlane(int w, int h, unsigned seed, int lo = 0, int hi = 255) {
     Plane p(w, h);
     std::mt19937 rng(seed);
+    std::uniform_int_distribution<int> d(lo, hi);
     for (std::size_t i = 0; i < p.size(); ++i)
-        p.data()[i] = static_cast<std::uint8_t>(rng());
+        p.data()[i] = static_cast<u8>(d(rng));
     return p;
 }
-inline Plane flatPlane(int w, int h, std::uint8_t v) {
+inline Pic noise(int w, int h, unsigned seed, int lo = 0, int hi = 255) {
+    return {noisePlane(w, h, 1000 + 3 * seed, lo, hi), noisePlane(w, h, 1001 + 3 * seed, lo, hi),
+            noisePlane(w, h, 1002 + 3 * seed, lo, hi)};
+}
+inline Plane flatPlane(int w, int h, int v) {
     Plane p(w, h);
-    p.fill(v);
+    p.fill(static_cast<u8>(v));
     return p;
 }
-inline Pic noise(int w, int h, unsigned s) {
-    return {noisePlane(w, h, s), noisePlane(w, h, s + 1), noisePlane(w, h, s + 2)};
-}
-inline Pic flat(int w, int h, std::uint8_t v) {
+inline Pic flat(int w, int h, int v) {
     return {flatPlane(w, h, v), flatPlane(w, h, v), flatPlane(w, h, v)};
+}
+
+// A copy that shares no buffer with the original.
+inline Plane deep(const Plane& p) {
+    Plane q(p.width(), p.height());
+    if (!p.empty()) std::memcpy(q.data(), p.data(), p.size());
+    return q;
+}
+inline Pic deep(const Pic& p) {
+    return {deep(p.r), deep(p.g), deep(p.b)};
 }
 
 // Each cell says where it is: red the column, green the row, blue a mix of both.
@@ -45,16 +65,15 @@ inline Pic coded(int w, int h) {
     Pic p{Plane(w, h), Plane(w, h), Plane(w, h)};
     for (int y = 0; y <= h; ++y)
         for (int x = 0; x <= w; ++x) {
-            p.r.at(x, y) = static_cast<std::uint8_t>(x);
-            p.g.at(x, y) = static_cast<std::uint8_t>(y);
-            p.b.at(x, y) = static_cast<std::uint8_t>(x * 7 + y * 13);
+            p.r.at(x, y) = static_cast<u8>(x);
+            p.g.at(x, y) = static_cast<u8>(y);
+            p.b.at(x, y) = static_cast<u8>(x * 7 + y * 13);
         }
     return p;
 }
 
 inline Pic transposed(const Pic& p) {
-    Pic t{Plane(p.r.height(), p.r.width()), Plane(p.r.height(), p.r.width()),
-          Plane(p.r.height(), p.r.width())};
+    Pic t = flat(p.r.height(), p.r.width(), 0);
     for (int c = 0; c < 3; ++c)
         for (int y = 0; y <= p.r.height(); ++y)
             for (int x = 0; x <= p.r.width(); ++x)
@@ -68,6 +87,21 @@ inline long long sum(const Pic& p) {
         for (std::size_t i = 0; i < p[c].size(); ++i)
             s += p[c].data()[i];
     return s;
+}
+
+// Runs `run` under every kernel set this processor has, each on one thread and on three; `how` names
+// the run for a failure message. The library is left on its defaults afterwards.
+inline void everyKernelSetAndThreads(const std::function<void(const std::string& how)>& run) {
+    for (auto set : {KernelSet::Plain, KernelSet::Ssse3, KernelSet::Avx2})
+        for (const int threads : {1, 3}) {
+            if (set > kernelSet()) continue;
+            capKernelSet(set);
+            setSliceThreads(threads);
+            run("kernels " + std::to_string(static_cast<int>(set)) + ", " + std::to_string(threads) +
+                " threads");
+            setSliceThreads(0);
+            capKernelSet(KernelSet::Avx2);
+        }
 }
 
 // a - b without overflow, for hostile arguments.
@@ -99,7 +133,7 @@ inline std::vector<Op> twoPictureOps() {
     ops.push_back({name, vertical, toA, toB, [=](Pic& a, Pic& b, int w, int h, int l) { __VA_ARGS__; }})
     KRL_ADD("MixBuffers", false, kPct, kZero, MixBuffers(T3(a), T3(b), l, w, h));
     KRL_ADD("AlphaMix", false, kZero, kByte,
-            AlphaMix(T3(a), T3(b), flatPlane(a.r.width(), a.r.height(), static_cast<std::uint8_t>(l)), w, h));
+            AlphaMix(T3(a), T3(b), flatPlane(a.r.width(), a.r.height(), l), w, h));
     KRL_ADD("AlphaMixThresh", false, kZero, kAll,
             AlphaMixThresh(T3(a), T3(b), noisePlane(a.r.width(), a.r.height(), 9), l, w, h));
     KRL_ADD("BoxMix", false, kNone, kFull, BoxMix(T3(a), T3(b), w, h, 0, 0, l, h));
@@ -127,18 +161,23 @@ inline std::vector<Op> twoPictureOps() {
     const End stretchToA[] = {kZero, kFull, kZero, kFull, kPast, kPast};
     for (int m = 1; m <= 6; ++m) {
         const bool v = m == 3 || m == 4 || m == 6;
+        const bool margin = m >= 5;
         KRL_ADD("StretchOverlay" + std::to_string(m), v, stretchToA[m - 1], m == 1 || m == 3 ? kFull : kZero,
-                StretchOverlay(T3(a), T3(b), w, h,
-                               m == 5 ? minus(w, l)
-                               : v    ? w
-                                      : l,
-                               m == 6 ? minus(h, l)
-                               : v    ? l
-                                      : h,
-                               m == 5 ? l : 0, m == 6 ? l : 0, m));
+                const int edge = margin ? minus(v ? h : w, l) : l;
+                StretchOverlay(T3(a), T3(b), w, h, v ? w : edge, v ? edge : h, margin && !v ? l : 0,
+                               margin && v ? l : 0, m));
     }
 #undef KRL_ADD
     return ops;
 }
 
-} // namespace krl::mixtest
+// The table of two-picture operations, and one of them by name.
+inline const std::vector<Op>& allOps() {
+    static const std::vector<Op> ops = twoPictureOps();
+    return ops;
+}
+inline const Op& opNamed(const std::string& name) {
+    return *std::find_if(allOps().begin(), allOps().end(), [&](const Op& o) { return o.name == name; });
+}
+
+} // namespace krl::pixeltest
