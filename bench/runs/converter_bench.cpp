@@ -138,36 +138,22 @@ void BM_GifImportViaPng(benchmark::State& state) {
     importGif(state, true);
 }
 
-BENCHMARK(BM_GifExportGlobal)
-    ->ArgNames({"frames", "w", "h", "after"})
-    ->ArgsProduct({{100}, {320}, {240}, {0, 1}})
-    ->ArgsProduct({{1000}, {160}, {120}, {0, 1}})
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->Iterations(1)
-    ->Repetitions(3);
-BENCHMARK(BM_GifExportPerFrame)
-    ->ArgNames({"frames", "w", "h", "after"})
-    ->ArgsProduct({{100}, {320}, {240}, {0, 1}})
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->Iterations(1)
-    ->Repetitions(3);
-BENCHMARK(BM_GifImportDirect)
-    ->ArgName("after")
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->Iterations(1)
-    ->Repetitions(3);
-BENCHMARK(BM_GifImportViaPng)
-    ->ArgName("after")
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->UseRealTime()
-    ->Iterations(1)
-    ->Repetitions(3);
+// Each run once a repetition (a conversion takes seconds), three repetitions, before and after.
+void oncePerRepetition(benchmark::internal::Benchmark* b) {
+    b->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1)->Repetitions(3);
+}
+void exportShapes(benchmark::internal::Benchmark* b) {
+    b->ArgNames({"frames", "w", "h", "after"})->ArgsProduct({{100}, {320}, {240}, {0, 1}});
+    oncePerRepetition(b);
+}
+void beforeAndAfter(benchmark::internal::Benchmark* b) {
+    b->ArgName("after")->Arg(0)->Arg(1);
+    oncePerRepetition(b);
+}
+
+BENCHMARK(BM_GifExportGlobal)->Apply(exportShapes)->ArgsProduct({{1000}, {160}, {120}, {0, 1}});
+BENCHMARK(BM_GifExportPerFrame)->Apply(exportShapes);
+BENCHMARK(BM_GifImportDirect)->Apply(beforeAndAfter);
+BENCHMARK(BM_GifImportViaPng)->Apply(beforeAndAfter);
 
 } // namespace

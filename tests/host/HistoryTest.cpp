@@ -11,42 +11,50 @@ namespace kirrel::test {
 namespace {
 
 using host::Picture;
+using Labels = std::vector<std::string>;
 
 class History : public HostTest {
   protected:
     void SetUp() override {
         HostTest::SetUp();
-        std::vector<Picture> frames;
-        for (int f = 0; f < 6; ++f)
-            frames.push_back(patternPicture(15, 9, f));
-        host().loadAnimation(frames);
+        load(6, 15);
         original = host().snapshot();
     }
-    // One user action that paints frame f with value v in red.
-    void paint(int f, int v, const std::string& label) {
+    // n frames of w x w - 6 pixels, each its own pattern.
+    void load(int n, int w) {
+        std::vector<Picture> frames;
+        for (int f = 0; f < n; ++f)
+            frames.push_back(patternPicture(w, w - 6, f));
+        host().loadAnimation(frames);
+    }
+    // One user action that paints frames first..last with value v in red.
+    void paint(int first, int last, int v, const std::string& label) {
         runGuarded(
             [&] {
-                krl::Plane r(15, 9);
-                r.fill(static_cast<std::uint8_t>(v));
-                host().setFrame(host::Channel::R, r, f);
+                for (int f = first; f <= last; ++f) {
+                    krl::Plane r(host().bufferWidth(), host().bufferHeight());
+                    r.fill(static_cast<std::uint8_t>(v));
+                    host().setFrame(host::Channel::R, r, f);
+                }
             },
             label);
     }
     int red(int f) const { return host().framePicture(f).r.at(3, 3); }
+    Labels undoLabels() const { return host().history().undoLabels(); }
     host::HostSnapshot original;
 };
 
 TEST_F(History, OneStepPerActionUndoRedoAndANewStepDropsRedo) {
     runGuarded(
         [&] {
-            paint(1, 10, "inner"); // a nested action belongs to the outer one
-            paint(2, 20, "inner");
+            paint(1, 1, 10, "inner"); // a nested action belongs to the outer one
+            paint(2, 2, 20, "inner");
             nameAction("Wipes");
         },
         "fallback");
     runGuarded([] {}, "Nothing"); // no change, no step
-    paint(3, 30, "Toonify");
-    EXPECT_EQ(host().history().undoLabels(), (std::vector<std::string>{"Wipes", "Toonify"}));
+    paint(3, 3, 30, "Toonify");
+    EXPECT_EQ(undoLabels(), (Labels{"Wipes", "Toonify"}));
 
     host().gotoFrame(5);
     ASSERT_TRUE(host().undo());
@@ -57,17 +65,16 @@ TEST_F(History, OneStepPerActionUndoRedoAndANewStepDropsRedo) {
     EXPECT_TRUE(host().framePicture(2).r.sharesBufferWith(original.frames[2].r))
         << "the very planes come back";
     EXPECT_FALSE(host().undo());
-    EXPECT_EQ(host().history().redoLabels(), (std::vector<std::string>{"Wipes", "Toonify"}));
+    EXPECT_EQ(host().history().redoLabels(), (Labels{"Wipes", "Toonify"}));
 
     ASSERT_TRUE(host().redo());
     EXPECT_EQ(red(2), 20);
-    paint(0, 5, "Fades"); // a new step after an undo: "Toonify" can no longer be redone
-    EXPECT_EQ(host().history().undoLabels(), (std::vector<std::string>{"Wipes", "Fades"}));
+    paint(0, 0, 5, "Fades"); // a new step after an undo: "Toonify" can no longer be redone
+    EXPECT_EQ(undoLabels(), (Labels{"Wipes", "Fades"}));
     EXPECT_TRUE(host().history().redoLabels().empty());
-
     // Undo inside an action moves in the history; it is not itself a step.
     runGuarded([&] { host().undo(); }, "Edit");
-    EXPECT_EQ(host().history().undoLabels(), (std::vector<std::string>{"Wipes"}));
+    EXPECT_EQ(undoLabels(), (Labels{"Wipes"}));
 }
 
 TEST_F(History, PlanesRewrittenWithTheSameBytesAreNoChange) {
@@ -79,82 +86,55 @@ TEST_F(History, PlanesRewrittenWithTheSameBytesAreNoChange) {
             host().setFrame(host::Channel::B, same, 4);
         },
         "Same");
-    EXPECT_TRUE(host().history().undoLabels().empty());
+    EXPECT_TRUE(undoLabels().empty());
 }
 
 TEST_F(History, AStepCostsOnlyTheFramesItTouched) {
-    std::vector<Picture> frames(300, patternPicture(99, 99, 1));
-    for (std::size_t f = 0; f < frames.size(); ++f)
-        frames[f].r = patternPicture(99, 99, static_cast<int>(f)).r; // 300 distinct red planes
-    host().loadAnimation(frames);
-    const std::size_t plane = 100 * 100;
-    runGuarded(
-        [&] {
-            for (int f = 10; f < 20; ++f) {
-                krl::Plane r(99, 99);
-                r.fill(7);
-                host().setFrame(host::Channel::R, r, f);
-            }
-        },
-        "Ten frames");
+    load(300, 99); // 300 distinct red planes
+    const std::size_t plane = 100 * 94;
+    paint(10, 19, 7, "Ten frames");
     EXPECT_EQ(host().history().cost(host().snapshot()), 10 * plane);
     // A second step over the same frames keeps the first step's planes once, and its own once.
-    runGuarded(
-        [&] {
-            for (int f = 10; f < 20; ++f) {
-                krl::Plane r(99, 99);
-                r.fill(9);
-                host().setFrame(host::Channel::R, r, f);
-            }
-        },
-        "Again");
+    paint(10, 19, 9, "Again");
     EXPECT_EQ(host().history().cost(host().snapshot()), 20 * plane);
 
     // The budget drops the oldest step first, but never the newest.
     host().history().setBudget(15 * plane);
     runGuarded([&] { host().setFrameDelay(0, 40); }, "Delay");
-    EXPECT_EQ(host().history().undoLabels(), (std::vector<std::string>{"Again", "Delay"}));
+    EXPECT_EQ(undoLabels(), (Labels{"Again", "Delay"}));
     host().history().setBudget(1);
-    paint(0, 1, "Big");
-    EXPECT_EQ(host().history().undoLabels(), (std::vector<std::string>{"Big"}));
+    paint(0, 0, 1, "Big");
+    EXPECT_EQ(undoLabels(), (Labels{"Big"}));
 }
 
 TEST_F(History, StepSummaryNamesWhatChanged) {
-    std::vector<std::string> said;
+    Labels said;
     host().onStepAdded = [&](const host::StepSummary& s) { said.push_back(host::describe(s)); };
-    paint(2, 1, "Wipes");
-    runGuarded(
-        [&] {
-            for (int f = 1; f <= 4; ++f)
-                host().setFrame(host::Channel::G, krl::Plane(15, 9), f);
-        },
-        "Fades");
+    paint(2, 2, 1, "Wipes");
+    paint(1, 4, 0, "Fades");
     runGuarded([&] { host().swapMainAndSwap(); }, "Swap Main and Swap");
     runGuarded([&] { host().fillAlpha(0); }, "Clear Alpha");
     host().onStepAdded = nullptr;
-    EXPECT_EQ(said, (std::vector<std::string>{"Wipes: frame 2 changed", "Fades: frames 1\u20134 changed",
-                                              "Swap Main and Swap: frame 0 changed, the swap picture changed",
-                                              "Clear Alpha: the alpha channel changed"}));
+    EXPECT_EQ(said, (Labels{"Wipes: frame 2 changed", "Fades: frames 1\u20134 changed",
+                            "Swap Main and Swap: frame 0 changed, the swap picture changed",
+                            "Clear Alpha: the alpha channel changed"}));
 }
 
-class HistoryScript : public ScriptTest {};
+using HistoryScript = ScriptTest;
 
 TEST_F(HistoryScript, AWipeIsUndoneAndRedoneFromTheScript) {
     host::writePictureDat(at("swap.dat"), Picture::filled(8, 6, 0xFF0000));
     const RunResult ok =
         run(R"JS({"host": {"temp_dir": "tmp", "size": [8, 6], "frames": 5, "swap": "swap.dat"},
-      "steps": [
-        {"open": "Wipes"},
-        {"click": "cmd_Run"},
-        {"dump": "wiped"},
-        {"window": "undo"},
-        {"dump": "undone"},
-        {"window": "redo"},
-        {"dump": "redone"}]})JS");
+      "steps": [{"open": "Wipes"}, {"click": "cmd_Run"}, {"dump": "wiped"}, {"window": "undo"}, {"dump": "undone"},
+        {"window": "redo"}, {"dump": "redone"}]})JS");
     ASSERT_EQ(ok.exitCode, 0) << ok.err;
-    EXPECT_EQ(state("wiped")["history"].toObject()["undo"].toArray().first().toString(), "Wipes");
-    EXPECT_EQ(state("undone")["history"].toObject()["redo"].toArray().first().toString(), "Wipes");
-    EXPECT_TRUE(state("undone")["history"].toObject()["undo"].toArray().isEmpty());
+    const auto history = [&](const QString& dump, const char* list) {
+        return state(dump)["history"].toObject()[list].toVariant().toStringList();
+    };
+    EXPECT_EQ(history("wiped", "undo"), QStringList{"Wipes"});
+    EXPECT_EQ(history("undone", "redo"), QStringList{"Wipes"});
+    EXPECT_TRUE(history("undone", "undo").isEmpty());
     const auto wiped = dumped("wiped"), undone = dumped("undone"), redone = dumped("redone");
     EXPECT_NE(wiped[4].r, undone[4].r);
     EXPECT_EQ(wiped[4].r, redone[4].r);

@@ -1,34 +1,125 @@
-// The host window as the panel drives it: forms live in its dock, the scrubber follows the
-// frame and Van_ShowScrub, a run's lock keeps the user's hands off, the wait pointer and progress show,
-// and Van_StopAnimation stops playback.
+// The host window as the panel and the user drive it: forms live in its dock, the scrubber follows
+// the frame and Van_ShowScrub, a run's lock keeps the user's hands off, the wait pointer, progress
+// and Cancel button show, the alpha display and selection outline, the window's own commands with
+// the host's undo, PNG sequences, the real dialogs behind the host's boxes, a recorded session
+// replayed to the same bytes, and the demo reel kirrel leaves where there is no display.
 
-#include "HostWindowSupport.h"
-
+#include "host/HostWindow.h"
 #include "exchange/GifExport.h"
 #include "exchange/ImportGif.h"
+#include "host/AnimationFiles.h"
+#include "host/BufferThumbnail.h"
+#include "host/CanvasImage.h"
 #include "host/CanvasView.h"
+#include "host/ColourSwatches.h"
+#include "host/FileFilter.h"
 #include "host/FrameBar.h"
 #include "host/PanelDock.h"
+#include "host/PngSequence.h"
+#include "host/QtResponder.h"
+#include "host/SampleAnimation.h"
+#include "host/SelectionOutline.h"
+#include "host/SessionRecorder.h"
+#include "host/StateDump.h"
 #include "panel/EventGuard.h"
 #include "panel/FormBase.h"
 #include "panel/Panel.h"
 #include "panel/Vantry.h"
+#include "support/MediaCheck.h"
+#include "support/SampleGifs.h"
+#include "support/Support.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QComboBox>
 #include <QDir>
-#include <QFile>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QInputDialog>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QMouseEvent>
+#include <QProcessEnvironment>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
 
 namespace kirrel::test {
 namespace {
+
+// Acts on the next modal dialog as soon as it is shown (the boxes block until then).
+void whenModal(std::function<void(QWidget*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(5);
+    QObject::connect(timer, &QTimer::timeout, [timer, act] {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            timer->stop();
+            timer->deleteLater();
+            act(modal);
+        }
+    });
+    timer->start();
+}
+
+// Presses a button of the next message box.
+void pressOnNextBox(QMessageBox::StandardButton b) {
+    whenModal([b](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(b)->click(); });
+}
+
+void processEventsFor(int ms) {
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+// The converter's batch runner, built beside the kirrel program.
+void useBuiltConverter() {
+    qputenv("KIRREL_BATCH_RUNNER", QFile::encodeName(QFileInfo(KIRREL_EXE).absolutePath() + "/kirrel_batch"));
+    host::runningHost().setAppDir(QFileInfo(KIRREL_EXE).absolutePath().toStdString());
+}
+
+// A fresh host with the sample animation and swap picture, and a window shown offscreen over it.
+class HostWindowTest : public HostTest {
+  protected:
+    void SetUp() override {
+        QStandardPaths::setTestModeEnabled(true);
+        HostTest::SetUp();
+        host().loadAnimation(host::sampleAnimation(12, 64, 48));
+        host().loadSwap(host::sampleSwapPicture(64, 48));
+        window = std::make_unique<host::HostWindow>(host());
+        window->adoptCurrentAsDocument("Sample");
+        window->resize(900, 600);
+        window->show();
+        QCoreApplication::processEvents();
+    }
+    void TearDown() override {
+        window.reset();
+        qunsetenv("KIRREL_BATCH_RUNNER");
+        HostTest::TearDown();
+    }
+    // What the window shows after the host changed (normally just after the event).
+    void settle() {
+        QCoreApplication::processEvents();
+        window->refreshFromHost();
+    }
+    QString at(const QString& rel) const { return QDir(scratch.path()).filePath(rel); }
+    QImage canvasImage() const { return window->canvas()->image(); }
+    QSlider* slider() const { return window->frameBar()->slider(); }
+    void trigger(const char* action) { window->action(action)->trigger(); }
+
+    std::unique_ptr<host::HostWindow> window;
+    Vantry::Vantry_Class van;
+};
 
 // The panel and every form it opens live in the dock beside the canvas: a dialog takes the panel's
 // place, Escape is its "Done", and at no window size does a form cover the canvas.
@@ -55,11 +146,10 @@ TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
         window->resize(size);
         settle();
         const QRect canvasRect(canvas->mapToGlobal(QPoint(0, 0)), canvas->size());
-        for (panel::FormBase* f : panel::FormBase::openForms()) {
-            if (!f->isVisible()) continue;
-            EXPECT_FALSE(QRect(f->mapToGlobal(QPoint(0, 0)), f->size()).intersects(canvasRect))
+        for (panel::FormBase* f : panel::FormBase::openForms())
+            EXPECT_FALSE(f->isVisible() &&
+                         QRect(f->mapToGlobal(QPoint(0, 0)), f->size()).intersects(canvasRect))
                 << f->objectName().toStdString() << " at " << size.width() << "x" << size.height();
-        }
     }
 
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
@@ -70,7 +160,6 @@ TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
     EXPECT_TRUE(main->isVisible());
     QCoreApplication::sendEvent(main, &escape);
     EXPECT_TRUE(main->isVisible()) << "the panel itself stays";
-
     delete main;
     EXPECT_TRUE(window->isVisible());
 }
@@ -79,16 +168,12 @@ TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
 // unsaved work, and keeping it ends the import before the converter runs, or keeps the program
 // open; after an import the window shows the file's name.
 TEST_F(HostWindowTest, PanelImportsAndQuitAskAboutUnsavedWork) {
-    Vantry::Vantry_Class van;
     van.Van_SetBbuffer(krl::Plane(64, 48));
     ASSERT_TRUE(window->isModified());
     const host::Picture before = host().framePicture(0);
     answerFile("/nowhere/walk.gif");
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
-    runGuarded([] {
-        Vantry::Vantry_Class v;
-        exchange::ImportGifDirect(v);
-    });
+    runGuarded([this] { exchange::ImportGifDirect(van); });
     EXPECT_TRUE(calls("Van_GetTempDir").empty()) << "no converter run";
     EXPECT_EQ(host().framePicture(0).b, before.b);
     EXPECT_EQ(host().dialogs().back().kind, "question");
@@ -109,14 +194,11 @@ TEST_F(HostWindowTest, PanelImportsAndQuitAskAboutUnsavedWork) {
 // While the converter runs the window takes no new action, but its Cancel button ends the run at
 // once: the converter's group is ended, nothing changed, nothing is left behind.
 TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThrough) {
-    const QString fake = QString::fromStdString(tempDir()) + "/../fake";
-    QDir().mkpath(fake);
-    writeFile(fake + "/convert", "#!/bin/sh\nexec sleep 600\n");
-    QFile::setPermissions(fake + "/convert", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    writeFile(at("fake/convert"), "#!/bin/sh\nexec sleep 600\n");
+    QFile::setPermissions(at("fake/convert"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(fake) + ":" + path);
-    qputenv("KIRREL_BATCH_RUNNER", QFile::encodeName(QFileInfo(KIRREL_EXE).absolutePath() + "/kirrel_batch"));
-    host().setAppDir(QFileInfo(KIRREL_EXE).absolutePath().toStdString());
+    qputenv("PATH", QFile::encodeName(at("fake")) + ":" + path);
+    useBuiltConverter();
     const host::HostSnapshot before = host().snapshot();
     auto clickLater = [](QWidget* w, int ms) {
         QTimer::singleShot(ms, w, [w] {
@@ -128,141 +210,49 @@ TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThr
     };
     clickLater(window->findChild<QWidget*>("swapMainAndSwapButton"), 300); // held back
     clickLater(window->findChild<QWidget*>("cancelRun"), 800);
-    answerFile(QDir(scratch.path()).filePath("out.gif").toStdString());
+    answerFile(at("out.gif").toStdString());
     QElapsedTimer clock;
     clock.start();
-    runGuarded([] {
-        Vantry::Vantry_Class van;
-        exchange::ExportGifGlobal(van, exchange::kGifGlobal, 10, 0);
-    });
+    runGuarded([this] { exchange::ExportGifGlobal(van, exchange::kGifGlobal, 10, 0); });
     qputenv("PATH", path);
-    qunsetenv("KIRREL_BATCH_RUNNER");
     EXPECT_LT(clock.elapsed(), 10000);
     EXPECT_EQ(host().lastStatus(), "Cancelled: nothing was changed.");
     EXPECT_FALSE(host::contentDiffers(host().snapshot(), before)) << "the swap click was held back";
     EXPECT_EQ(host().currentFrame(), before.current);
     EXPECT_EQ(host().progress(), 0);
-    EXPECT_FALSE(QFileInfo::exists(QDir(scratch.path()).filePath("out.gif")));
+    EXPECT_FALSE(QFileInfo::exists(at("out.gif")));
     EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList(QDir::Files).isEmpty());
 }
 
 TEST_F(HostWindowTest, ScrubberFollowsGotoFrameAndShowScrub) {
-    Vantry::Vantry_Class van;
-    QSlider* slider = window->frameBar()->slider();
-    EXPECT_EQ(slider->maximum(), 11);
-
+    EXPECT_EQ(slider()->maximum(), 11);
     van.Van_GotoFrame(7);
     settle();
-    EXPECT_EQ(slider->value(), 7);
-    EXPECT_EQ(window->canvas()->image(), host::imageFromPicture(host().framePicture(7)));
+    EXPECT_EQ(slider()->value(), 7);
+    EXPECT_EQ(canvasImage(), host::imageFromPicture(host().framePicture(7)));
     EXPECT_TRUE(window->frameBar()->findChild<QLabel*>("frameLabel")->text().contains("Frame 7"));
-
     van.Van_ShowScrub(3, 12);
     settle();
-    EXPECT_EQ(slider->value(), 3);
+    EXPECT_EQ(slider()->value(), 3);
     van.Van_GotoFrame(9);
     settle();
-    EXPECT_EQ(slider->value(), 9);
+    EXPECT_EQ(slider()->value(), 9);
 
-    // A new frame count reaches the scrubber's range.
+    // A new frame count reaches the scrubber's range; the user's scrubbing moves the host's frame.
     van.Van_InsertFrame(9);
     van.Van_ShowScrub(0, van.Van_GetTotalFrames());
     settle();
-    EXPECT_EQ(slider->maximum(), 12);
-
-    // The user's scrubbing moves the host's frame.
-    slider->setValue(4);
+    EXPECT_EQ(slider()->maximum(), 12);
+    slider()->setValue(4);
     EXPECT_EQ(host().currentFrame(), 4);
 }
 
-TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlock) {
-    Vantry::Vantry_Class van;
-    van.Van_GotoFrame(2);
-    van.Van_Lock();
-    settle();
-    QSlider* slider = window->frameBar()->slider();
-    EXPECT_FALSE(slider->isEnabled());
-    EXPECT_FALSE(window->canvas()->isEnabled());
-    EXPECT_FALSE(window->menuBar()->isEnabled());
-    EXPECT_FALSE(window->action("open")->isEnabled());
-    EXPECT_FALSE(window->action("nextFrame")->isEnabled());
-
-    // Clicks and keys on the scrubber do nothing; a playback tick or a frame command neither.
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(slider->width() - 2, slider->height() / 2.0),
-                      slider->mapToGlobal(QPointF(slider->width() - 2, slider->height() / 2.0)),
-                      Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(slider, &press);
-    QKeyEvent key(QEvent::KeyPress, Qt::Key_End, Qt::NoModifier);
-    QApplication::sendEvent(slider, &key);
-    emit window->frameBar()->frameRequested(8);
-    window->action("nextFrame")->trigger();
-    settle();
-    EXPECT_EQ(host().currentFrame(), 2);
-
-    // The panel itself keeps going: the host's lock is no obstacle to the run.
-    van.Van_GotoFrame(5);
-    van.Van_Unlock();
-    settle();
-    EXPECT_TRUE(slider->isEnabled());
-    EXPECT_TRUE(window->menuBar()->isEnabled());
-    EXPECT_EQ(slider->value(), 5);
-    window->action("nextFrame")->trigger();
-    EXPECT_EQ(host().currentFrame(), 6);
-
-    // Unlocking when nothing is locked is harmless.
-    van.Van_Unlock();
-    settle();
-    EXPECT_TRUE(slider->isEnabled());
-}
-
-TEST_F(HostWindowTest, WaitPointerAndProgressFollowTheRun) {
-    Vantry::Vantry_Class van;
-    van.Van_ChangePointer(11);
-    ASSERT_NE(QApplication::overrideCursor(), nullptr);
-    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-    van.Van_RestorePointer();
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-    van.Van_RestorePointer(); // harmless without a change
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-
-    QProgressBar* bar = window->progressBar();
-    EXPECT_FALSE(bar->isVisible());
-    van.van_status(40.4);
-    EXPECT_TRUE(bar->isVisible());
-    EXPECT_EQ(bar->value(), 40);
-    van.van_StatusClose();
-    EXPECT_FALSE(bar->isVisible());
-    van.van_StatusClose();
-    EXPECT_FALSE(bar->isVisible());
-
-    van.Van_SetProgress(70);
-    EXPECT_TRUE(bar->isVisible());
-    EXPECT_EQ(bar->value(), 70);
-    van.Van_SetProgress(0);
-    EXPECT_FALSE(bar->isVisible());
-}
-
-TEST_F(HostWindowTest, LiveRunRepaintsWithoutAnEventLoop) {
-    // A run writes frames under the lock with no event loop in between: the window must still show
-    // them, without waiting for the run to end.
-    Vantry::Vantry_Class van;
-    van.Van_Lock();
-    processEventsFor(130); // the live paint interval passes; from here on no event is processed
-    van.Van_GotoFrame(6);
-    EXPECT_EQ(window->frameBar()->slider()->value(), 6);
-    EXPECT_EQ(window->canvas()->image(), host::imageFromPicture(host().framePicture(6)));
-    van.Van_Unlock();
-}
-
-TEST_F(HostWindowTest, StopAnimationStopsPlayback) {
+TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
     host::FrameBar* bar = window->frameBar();
-    host().setFrameDelays(std::vector<int>(static_cast<std::size_t>(host().totalFrames()), 15));
+    host().setFrameDelays(std::vector<int>(12, 15));
     bar->play();
-    ASSERT_TRUE(bar->playing());
     processEventsFor(120);
     EXPECT_GT(host().currentFrame(), 0);
-
-    Vantry::Vantry_Class van;
     van.Van_StopAnimation();
     EXPECT_FALSE(bar->playing());
     const int stoppedAt = host().currentFrame();
@@ -271,9 +261,71 @@ TEST_F(HostWindowTest, StopAnimationStopsPlayback) {
 
     // A lock stops playback too, so that no frame moves under a run.
     bar->play();
+    van.Van_GotoFrame(2);
     van.Van_Lock();
     EXPECT_FALSE(bar->playing());
+    settle();
+    EXPECT_FALSE(slider()->isEnabled());
+    EXPECT_FALSE(window->canvas()->isEnabled());
+    EXPECT_FALSE(window->menuBar()->isEnabled());
+    EXPECT_FALSE(window->action("open")->isEnabled());
+    EXPECT_FALSE(window->action("nextFrame")->isEnabled());
+    // Clicks and keys on the scrubber do nothing; a playback tick or a frame command neither.
+    const QPointF end(slider()->width() - 2, slider()->height() / 2.0);
+    QMouseEvent press(QEvent::MouseButtonPress, end, slider()->mapToGlobal(end), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(slider(), &press);
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_End, Qt::NoModifier);
+    QApplication::sendEvent(slider(), &key);
+    emit bar->frameRequested(8);
+    trigger("nextFrame");
+    settle();
+    EXPECT_EQ(host().currentFrame(), 2);
+
+    // A run writes frames under the lock with no event loop in between: the window still shows
+    // them, without waiting for the run to end.
+    processEventsFor(130); // the live paint interval passes; from here on no event is processed
+    van.Van_GotoFrame(6);
+    EXPECT_EQ(slider()->value(), 6);
+    EXPECT_EQ(canvasImage(), host::imageFromPicture(host().framePicture(6)));
+
+    // The panel itself keeps going: the host's lock is no obstacle to the run.
+    van.Van_GotoFrame(5);
     van.Van_Unlock();
+    settle();
+    EXPECT_TRUE(slider()->isEnabled());
+    EXPECT_TRUE(window->menuBar()->isEnabled());
+    EXPECT_EQ(slider()->value(), 5);
+    trigger("nextFrame");
+    EXPECT_EQ(host().currentFrame(), 6);
+    van.Van_Unlock(); // unlocking when nothing is locked is harmless
+    settle();
+    EXPECT_TRUE(slider()->isEnabled());
+}
+
+TEST_F(HostWindowTest, WaitPointerAndProgressFollowTheRun) {
+    van.Van_ChangePointer(11);
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    for (int i = 0; i < 2; ++i) { // the second is harmless
+        van.Van_RestorePointer();
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    }
+
+    QProgressBar* bar = window->progressBar();
+    EXPECT_FALSE(bar->isVisible());
+    van.van_status(40.4);
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->value(), 40);
+    for (int i = 0; i < 2; ++i) {
+        van.van_StatusClose();
+        EXPECT_FALSE(bar->isVisible());
+    }
+    van.Van_SetProgress(70);
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->value(), 70);
+    van.Van_SetProgress(0);
+    EXPECT_FALSE(bar->isVisible());
 }
 
 TEST_F(HostWindowTest, ClosingTheHostEndsTheProgramThroughThePanel) {
@@ -286,22 +338,391 @@ TEST_F(HostWindowTest, ClosingTheHostEndsTheProgramThroughThePanel) {
     writeFile(QString::fromStdString(tempDir() + "/AnimUndo.dat"), "x");
 
     // Unsaved frames: the window asks first, and "No" keeps everything open.
-    Vantry::Vantry_Class van;
     van.Van_SetBbuffer(krl::Plane(64, 48));
-    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::No)->click(); });
+    pressOnNextBox(QMessageBox::No);
     EXPECT_FALSE(window->close());
     EXPECT_FALSE(programEnded());
     EXPECT_NE(panel::FormBase::find("Mainfrm"), nullptr);
 
     // "Yes": the panel's own quit runs, with its clean-up question, and the program ends.
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
-    whenModal([](QWidget* box) { qobject_cast<QMessageBox*>(box)->button(QMessageBox::Yes)->click(); });
+    pressOnNextBox(QMessageBox::Yes);
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(programEnded());
     EXPECT_EQ(endings, 1);
     ASSERT_FALSE(host().dialogs().empty());
     EXPECT_EQ(host().dialogs().back().text, "\nClear Animation Undo file?");
     EXPECT_EQ(calls("Van_Unlock").size(), 1u); // the panel leaves the host usable
+}
+
+krl::Plane alphaWithBox(int w, int h, QRect box) {
+    krl::Plane a(w, h);
+    for (int y = box.top(); y <= box.bottom(); ++y)
+        for (int x = box.left(); x <= box.right(); ++x)
+            a.at(x, y) = 255;
+    return a;
+}
+
+TEST(SelectionOutline, TracesSelectedRegionsWithMergedEdges) {
+    // A box of pixels 2..5 x 1..3 in an 8 x 6 picture: four lines along its pixel corners.
+    const auto box = host::selectionOutline(alphaWithBox(8, 6, QRect(QPoint(2, 1), QPoint(5, 3))));
+    const std::vector<QLine> sides{QLine(2, 1, 6, 1), QLine(2, 4, 6, 4), QLine(2, 1, 2, 4),
+                                   QLine(6, 1, 6, 4)};
+    EXPECT_TRUE(std::is_permutation(box.begin(), box.end(), sides.begin(), sides.end()));
+
+    // A hole inside a selection is outlined too; the unseen last column and row never count.
+    krl::Plane ring(6, 6);
+    ring.fill(255);
+    ring.at(2, 2) = 0;
+    const auto holed = host::selectionOutline(ring);
+    EXPECT_EQ(holed.size(), 8u);
+    EXPECT_NE(std::find(holed.begin(), holed.end(), QLine(0, 0, 6, 0)), holed.end());
+    EXPECT_NE(std::find(holed.begin(), holed.end(), QLine(2, 2, 3, 2)), holed.end());
+
+    // Half-transparent counts as selected from 128 up; nothing selected, nothing drawn.
+    krl::Plane half(4, 4);
+    half.fill(127);
+    EXPECT_TRUE(host::selectionOutline(half).empty());
+    half.fill(128);
+    EXPECT_EQ(host::selectionOutline(half).size(), 4u);
+}
+
+TEST_F(HostWindowTest, AlphaDisplayAndMarqueeFollowTheHost) {
+    const QColor opaque = canvasImage().pixelColor(1, 1);
+    van.Van_SetAbuffer(alphaWithBox(64, 48, QRect(QPoint(16, 16), QPoint(31, 31))));
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque) << "alpha is drawn only while the display is on";
+    van.Van_AlphaOn();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), QColor(204, 204, 204)); // clear: the light checker square
+    EXPECT_EQ(canvasImage().pixelColor(1, host::kCheckerSquare + 1), QColor(153, 153, 153));
+    EXPECT_EQ(canvasImage().pixelColor(20, 20),
+              host::imageFromPicture(host().mainPicture()).pixelColor(20, 20));
+
+    // The outline waits for the marquee to be rebuilt, and is taken from the alpha of that moment.
+    EXPECT_FALSE(window->canvas()->hasOutline());
+    van.Van_InitMarquee();
+    settle();
+    EXPECT_TRUE(window->canvas()->hasOutline());
+
+    van.Van_AlphaOff();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque);
+    EXPECT_FALSE(window->action("showAlpha")->isChecked());
+    trigger("showAlpha");
+    EXPECT_TRUE(host().alphaShown());
+}
+
+TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
+    const host::Picture main = host().mainPicture();
+    const host::Picture swap = host().swapPicture();
+    EXPECT_FALSE(window->action("undo")->isEnabled());
+    trigger("swapMainAndSwap");
+    EXPECT_EQ(host().mainPicture(), swap);
+    EXPECT_EQ(host().swapPicture(), main);
+    EXPECT_EQ(host().framePicture(host().currentFrame()), swap); // the frame itself changed
+    settle();
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_TRUE(window->action("undo")->isEnabled());
+    trigger("undo");
+    EXPECT_EQ(host().mainPicture(), main);
+
+    trigger("copyFrameToSwap");
+    EXPECT_EQ(host().swapPicture(), main);
+    settle();
+    EXPECT_EQ(window->swapView()->image(), host::imageFromPicture(main));
+
+    trigger("clearAlpha");
+    EXPECT_EQ(host().alphaPlane().at(5, 5), 0);
+    trigger("undo");
+    EXPECT_EQ(host().alphaPlane().at(5, 5), 255);
+    trigger("clearAlpha");
+    trigger("fillAlpha");
+    EXPECT_EQ(host().alphaPlane().at(63, 47), 255);
+}
+
+TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
+    auto* swatches = window->findChild<host::ColourSwatches*>("colourSwatches");
+    ASSERT_NE(swatches, nullptr);
+    emit swatches->coloursChosen(QColor(10, 20, 30), QColor(200, 100, 50));
+    EXPECT_EQ(host().primaryColor(), 10u | (20u << 8) | (30u << 16));
+    EXPECT_EQ(host().secondaryColor(), 200u | (100u << 8) | (50u << 16));
+    van.Van_SetPrimaryColor(1, 2, 3);
+    settle();
+    EXPECT_EQ(swatches->primary(), QColor(1, 2, 3));
+
+    // Duplicating the current frame inserts a copy after it and moves there.
+    van.Van_GotoFrame(4);
+    const host::Picture four = host().framePicture(4);
+    trigger("duplicateFrame");
+    EXPECT_EQ(host().totalFrames(), 13);
+    EXPECT_EQ(host().currentFrame(), 5);
+    EXPECT_EQ(host().framePicture(5), four);
+    // Deleting asks, and "No" deletes nothing.
+    pressOnNextBox(QMessageBox::No);
+    trigger("deleteFrame");
+    EXPECT_EQ(host().totalFrames(), 13);
+    pressOnNextBox(QMessageBox::Yes);
+    trigger("deleteFrame");
+    EXPECT_EQ(host().totalFrames(), 12);
+    settle();
+    EXPECT_EQ(slider()->maximum(), 11);
+}
+
+TEST_F(HostWindowTest, PngSequenceRoundTripsAndClearsTheModifiedMark) {
+    van.Van_SetRbuffer(krl::Plane(64, 48));
+    settle();
+    EXPECT_TRUE(window->isModified());
+    QDir().mkpath(at("walk"));
+    ASSERT_TRUE(window->saveFramesAsPng(at("walk/walk.png"), false));
+    EXPECT_FALSE(window->isModified());
+    EXPECT_TRUE(QFile::exists(at("walk/walk_0000.png")));
+    EXPECT_TRUE(QFile::exists(at("walk/walk_0011.png")));
+
+    std::vector<QImage> before;
+    for (int f = 0; f < host().totalFrames(); ++f)
+        before.push_back(host::imageFromPicture(host().framePicture(f)));
+    host().loadAnimation(host::sampleAnimation(3, 10, 10));
+    window->adoptCurrentAsDocument("Other");
+    ASSERT_TRUE(window->openAnimation(at("walk")));
+    ASSERT_EQ(host().totalFrames(), 12);
+    // The hidden last column and row are not part of a PNG; they repeat the edge when read back.
+    for (int f = 0; f < 12; ++f)
+        EXPECT_EQ(host::imageFromPicture(host().framePicture(f)), before[f]) << f;
+    EXPECT_FALSE(window->isModified());
+    EXPECT_TRUE(window->windowTitle().startsWith("walk"));
+}
+
+TEST(PngSequence, NamesGrowWithLongAnimationsAndCarryAlpha) {
+    const QStringList names = host::pngSequenceNames("/x/run.png", 12000);
+    EXPECT_EQ(names.front(), "/x/run_00000.png");
+    EXPECT_EQ(names.back(), "/x/run_11999.png");
+    EXPECT_EQ(host::pngSequenceNames("/x/run", 2).front(), "/x/run_0000.png");
+
+    QTemporaryDir dir;
+    const host::Picture p = host::Picture::filled(4, 4, 0x00FF00);
+    krl::Plane alpha(4, 4);
+    alpha.at(1, 1) = 200;
+    host::writePngSequence(QDir(dir.path()).filePath("a.png"), {p}, &alpha);
+    const QImage back(QDir(dir.path()).filePath("a_0000.png"));
+    EXPECT_EQ(qAlpha(back.pixel(0, 0)), 0);
+    EXPECT_EQ(qAlpha(back.pixel(1, 1)), 200);
+    EXPECT_THROW(host::writePngSequence("/nonexistent-dir/a.png", {p}, nullptr), std::runtime_error);
+}
+
+TEST_F(HostWindowTest, UnreadableFilesWarnAndUnsavedChangesAreNotDiscardedWithoutAsking) {
+    writeFile(at("broken.gif"), "GIF89a not really");
+    const host::Picture frame3 = host().framePicture(3);
+    QString warning;
+    whenModal([&](QWidget* box) {
+        auto* m = qobject_cast<QMessageBox*>(box);
+        warning = m->text();
+        m->accept();
+    });
+    EXPECT_FALSE(window->openAnimation(at("broken.gif")));
+    EXPECT_TRUE(warning.contains("broken.gif"));
+    EXPECT_EQ(host().framePicture(3), frame3);
+
+    ASSERT_TRUE(host::imageFromPicture(host::sampleSwapPicture(20, 10)).save(at("still.png")));
+    van.Van_SetGbuffer(krl::Plane(64, 48));
+    pressOnNextBox(QMessageBox::No);
+    EXPECT_FALSE(window->openAnimation(at("still.png")));
+    EXPECT_EQ(host().totalFrames(), 12);
+    pressOnNextBox(QMessageBox::Yes);
+    EXPECT_TRUE(window->openAnimation(at("still.png")));
+    EXPECT_EQ(host().totalFrames(), 0);
+    EXPECT_EQ(host().bufferWidth(), 20);
+    EXPECT_EQ(host().swapPicture().width(), 20); // the swap picture follows the new size
+}
+
+// The real dialogs behind the host's boxes: the panel's file filters in Qt's form, and the answers
+// that the panel tests for (2 for no, a negative value for backing out, an empty text for cancel).
+TEST(HostWindowFileFilter, PanelFiltersBecomeQtFilters) {
+    EXPECT_EQ(host::qtFileFilter("gif(*.gif)|*.gif"), "gif (*.gif)");
+    EXPECT_EQ(host::qtFileFilter("Pictures|*.png;*.bmp|Any|*.*"), "Pictures (*.png *.bmp);;Any (*.*)");
+    EXPECT_EQ(host::qtFileFilter("cfx(*.cfx)"), "cfx (*.cfx)");
+    EXPECT_EQ(host::qtFileFilter("*.png"), "*.png (*.png)");
+    EXPECT_EQ(host::qtFileFilter(""), "All files (*)");
+    EXPECT_EQ(host::filterSuffix("gif(*.gif)|*.gif"), "gif");
+    EXPECT_EQ(host::filterSuffix("Any|*.*"), "");
+    EXPECT_EQ(host::filterSuffix(""), "");
+}
+
+TEST_F(HostWindowTest, QtBoxesAnswerAsThePanelExpects) {
+    host::QtResponder dialogs{[this] { return static_cast<QWidget*>(window.get()); }};
+    pressOnNextBox(QMessageBox::No);
+    EXPECT_EQ(dialogs.question("\nClear Animation Undo file?", "Kirrel"), 2);
+    whenModal([](QWidget* w) {
+        auto* box = qobject_cast<QMessageBox*>(w);
+        EXPECT_EQ(box->text(), "Clear Animation Undo file?"); // the panel's layout line feeds go
+        box->button(QMessageBox::Yes)->click();
+    });
+    EXPECT_EQ(dialogs.question("\nClear Animation Undo file?", "Kirrel"), 6);
+
+    whenModal([](QWidget* w) { qobject_cast<QInputDialog*>(w)->reject(); });
+    EXPECT_EQ(dialogs.value("Number of stripes", 2, 50), -1);
+    whenModal([](QWidget* w) {
+        auto* d = qobject_cast<QInputDialog*>(w);
+        // The box opens on the minimum it is given (the stripe sizes pass their current value
+        // there) and lets the user go down to 0.
+        EXPECT_EQ(d->intValue(), 2);
+        EXPECT_EQ(d->intMinimum(), 0);
+        EXPECT_EQ(d->intMaximum(), 50);
+        d->setIntValue(99); // held to the range
+        d->accept();
+    });
+    EXPECT_EQ(dialogs.value("Number of stripes", 2, 50), 50);
+
+    whenModal([](QWidget* w) {
+        auto* d = qobject_cast<QInputDialog*>(w);
+        EXPECT_EQ(d->textValue(), " 30");
+        EXPECT_EQ(d->windowTitle(), "Frame count");
+        d->setTextValue("12");
+        d->accept();
+    });
+    EXPECT_EQ(dialogs.input(" Create new animation", "Frame count", " 30"), std::optional<std::string>("12"));
+    whenModal([](QWidget* w) { qobject_cast<QInputDialog*>(w)->reject(); });
+    EXPECT_EQ(dialogs.input(" Create new animation", "Frame count", " 30"), std::nullopt);
+}
+
+// Tools > Record Session: a session in the window becomes a script that kirrel --script plays to the
+// same animation, swap and alpha, byte for byte, and that plays on another animation of another size
+// and length, the frame lists filling anew.
+class SessionRecording : public HostWindowTest {
+  protected:
+    // Opens the wipes as the user does: their category, then a double click; the wipe is into the
+    // primary colour.
+    void openWipes() {
+        panel::startPanel();
+        window->recorder().start({}, true, host().alphaPlane());
+        auto* main = panel::FormBase::find("Mainfrm");
+        auto* cats = qobject_cast<QListWidget*>(main->control("List1"));
+        auto* plugins = qobject_cast<QListWidget*>(main->control("List2"));
+        cats->setCurrentItem(cats->findItems("Transitions", Qt::MatchExactly).front());
+        QListWidgetItem* item = plugins->findItems("Wipes", Qt::MatchExactly).front();
+        plugins->setCurrentItem(item);
+        emit plugins->itemDoubleClicked(item);
+        wipes<QComboBox>("cboWipeOptions")->setCurrentText("Primary Color");
+    }
+    template <class T> static T* wipes(const QString& name) {
+        return qobject_cast<T*>(panel::FormBase::find("frmWipes")->control(name));
+    }
+    // Plays the script with a dump added at its end, on another animation when given.
+    ToolOutput replay(const QString& script, const QString& animation = {}) {
+        QJsonObject root = readJsonObject(script);
+        if (!animation.isEmpty()) {
+            QJsonObject host = root["host"].toObject();
+            host["animation"] = animation;
+            host.remove("delays"); // the recorded input's, as a batch drops them too
+            root["host"] = host;
+        }
+        QJsonArray steps = root["steps"].toArray();
+        steps.append(QJsonObject{{"dump", "replayed"}});
+        root["steps"] = steps;
+        writeFile(at("replay.json"), QJsonDocument(root).toJson().toStdString());
+        return runToolIn(scratch.path(), KIRREL_EXE, {"--script", at("replay.json")});
+    }
+};
+
+TEST_F(SessionRecording, ARecordedSessionReplaysToTheSameBytes) {
+    if (!haveConvert()) GTEST_SKIP() << "ImageMagick is not installed";
+    const QString gif = makeSampleGifs(at("gifs")).filter("dispose-mix").front();
+    useBuiltConverter();
+    openWipes();
+    wipes<QComboBox>("cboFrameStart")->setCurrentIndex(2);
+    wipes<QPushButton>("cmd_Run")->click();
+    wipes<QPushButton>("cmdCancel")->click();
+    trigger("swapMainAndSwap");
+    trigger("nextFrame");
+    trigger("nextFrame");
+    // A box the user answers: the import asks for its file.
+    answerFile(gif.toStdString());
+    responder.push({host::QueuedAnswer::Kind::Question, 1, {}}); // yes, the wiped frames may go
+    panel::FormBase::find("Mainfrm")->findChild<QAction*>("menuImportAnimGif")->trigger();
+    trigger("clearAlpha");
+    settle();
+
+    ASSERT_FALSE(window->recorder().stopAndSave(at("walk-session.json")).has_value());
+    const std::string text = readFile(at("walk-session.json"));
+    for (const char* step : {R"({"open":"Wipes"})", R"("click":"cmd_Run")", R"({"window":"swapMainAndSwap"})",
+                             R"("Van_GotoFrame")", R"({"answer":[{"file":"gifs/)",
+                             R"({"menu":"menuImportAnimGif"})", R"({"window":"clearAlpha"})"})
+        EXPECT_NE(text.find(step), std::string::npos) << step << "\n" << text;
+    EXPECT_EQ(text.find("cboFrameEnd"), std::string::npos) << "untouched lists are not steps";
+
+    dumpHost(host(), at("recorded"));
+    qunsetenv("KIRREL_BATCH_RUNNER");
+    const ToolOutput r = replay(at("walk-session.json"));
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    for (const char* file : {"animation.dat", "swap.dat", "alpha.dat"})
+        EXPECT_TRUE(readFile(at(QString("recorded/") + file)) == readFile(at(QString("replayed/") + file)))
+            << file;
+}
+
+TEST_F(SessionRecording, ARecordingPlaysOnAnAnimationOfAnotherSizeAndLength) {
+    openWipes();
+    wipes<QComboBox>("cboFrameEnd")->setCurrentIndex(wipes<QComboBox>("cboFrameEnd")->count() - 1);
+    wipes<QPushButton>("cmd_Run")->click();
+    ASSERT_FALSE(window->recorder().stopAndSave(at("wipe-session.json")).has_value());
+
+    host::Animation other;
+    for (int f = 0; f < 20; ++f)
+        other.frames.push_back(patternPicture(30, 20, f));
+    host::writeAnimationDat(at("other.dat"), other);
+    const ToolOutput r = replay(at("wipe-session.json"), "other.dat");
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    const auto frames = host::readAnimationDat(at("replayed/animation.dat")).frames;
+    ASSERT_EQ(frames.size(), 20u);
+    // The wipe ran to the new animation's last frame: it shows the primary colour (black) whole.
+    EXPECT_EQ(frames.back().r.at(29, 19), 0);
+    EXPECT_EQ(frames.back().g.at(0, 0), 0);
+    EXPECT_NE(frames.front().g.at(0, 0), 0) << "the first frame is the animation's own";
+}
+
+// Started where there is no display, kirrel says so and leaves a demo reel behind instead of failing:
+// the frames always, the GIF when the converter is there, and a word on why when it is not. Runs
+// kirrel as such a user would, in a fresh home; `path` replaces PATH when given.
+QString renderReel(const QTemporaryDir& home, const QString& path = {}) {
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const char* v : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        env.remove(v);
+    env.insert("HOME", home.path());
+    env.insert("XDG_CONFIG_HOME", home.filePath("config"));
+    env.insert("XDG_DATA_HOME", home.filePath("data"));
+    if (!path.isNull()) env.insert("PATH", path);
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.setWorkingDirectory(home.path());
+    p.start(KIRREL_EXE, {});
+    EXPECT_TRUE(p.waitForFinished(120000));
+    const QString out = QString::fromUtf8(p.readAllStandardOutput());
+    const QDir folder(home.filePath("kirrel-demo"));
+    EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    EXPECT_TRUE(out.startsWith("kirrel: no display found") && out.contains(folder.path()))
+        << out.toStdString();
+    EXPECT_TRUE(folder.exists("panel.png"));
+    EXPECT_GT(QImage(folder.filePath("window.png")).width(), 500);
+    EXPECT_EQ(QDir(folder.filePath("frames")).entryList({"*.png"}, QDir::Files).size(), 30);
+    EXPECT_EQ(QImage(folder.filePath("frames/0000.png")).size(), QSize(320, 240));
+    return out;
+}
+
+TEST(HostWindowDemoReel, WithoutADisplayKirrelRendersFramesPicturesAndAGif) {
+    if (!haveConvert()) GTEST_SKIP() << "ImageMagick is not installed";
+    QTemporaryDir home;
+    EXPECT_TRUE(renderReel(home).contains("demo.gif "));
+    EXPECT_FALSE(QImage(home.filePath("kirrel-demo/gif-export.png")).isNull());
+    // Every frame of the animation, at its size, a tenth of a second each.
+    EXPECT_EQ(
+        QString(runTool("identify", {"-format", "%wx%h %T,", home.filePath("kirrel-demo/demo.gif")}).out),
+        QString("320x240 10,").repeated(30));
+}
+
+TEST(HostWindowDemoReel, WithoutTheConverterTheFramesAreWrittenAndTheGifIsSkipped) {
+    QTemporaryDir home, emptyPath;
+    EXPECT_TRUE(renderReel(home, emptyPath.path())
+                    .contains("the GIF was skipped because ImageMagick's convert was not found"));
+    EXPECT_FALSE(QFileInfo::exists(home.filePath("kirrel-demo/demo.gif")));
 }
 
 } // namespace

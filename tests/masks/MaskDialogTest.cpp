@@ -1,13 +1,19 @@
-// The two mask dialogs in process: the order of their refusals against the undo save, and what a
-// damaged or vanished mask file does to the Animated Alpha Mask dialog.
+// The two mask dialogs: in process, the order of their refusals against the undo save and what a
+// damaged or vanished mask file does to the Animated Alpha Mask dialog; and every mask tool as a user
+// meets it, through one session of the kirrel executable.
 
+#include "host/AnimationFiles.h"
 #include "masks/MaskSupport.h"
+#include "pixel/Mixing.h"
+#include "support/Fixtures.h"
 #include "support/Forms.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonObject>
 #include <QLabel>
 
 namespace kirrel::test {
@@ -22,11 +28,8 @@ class MaskDialog : public FormTest {
 TEST_F(MaskDialog, AlphaMaskSavesTheUndoBeforeComparingAndTheHostsUndoOnEveryFrame) {
     host().loadAnimation(patternFrames(4, 5, 5));
     auto* form = open("frmAlphaMask");
-    EXPECT_EQ(form->windowTitle(), "Kirrel - Alpha  Mask");
-    EXPECT_EQ(list(form, "cboLighter")->currentText(), "Swap");
-    EXPECT_EQ(list(form, "cboDarker")->currentText(), "Main Buffer");
     EXPECT_TRUE(host().alphaShown());
-    static_cast<QCheckBox*>(form->control("chkUndoSave"))->setChecked(true);
+    ctl<QCheckBox>(form, "chkUndoSave")->setChecked(true);
     list(form, "cboLighter")->setCurrentText("Primary Color");
     list(form, "cboDarker")->setCurrentText("Primary Color");
     click(form, "cmd_Run");
@@ -44,28 +47,19 @@ TEST_F(MaskDialog, AlphaMaskSavesTheUndoBeforeComparingAndTheHostsUndoOnEveryFra
     EXPECT_EQ(host().currentFrame(), 3);
 }
 
-TEST_F(MaskDialog, OneFrameIsRefusedBeforeAnyTestOfTheMask) {
-    host().loadAnimation(patternFrames(3, 5, 5));
-    auto* form = open("frmAnimMask");
-    EXPECT_EQ(form->windowTitle(), "Kirrel - Animated Alpha  Mask");
-    EXPECT_EQ(list(form, "cboLighter")->count(), 13);
-    EXPECT_EQ(list(form, "cboLighter")->itemText(11), "White Noise (TV Snow)");
-    list(form, "cboFrameEnd")->setCurrentIndex(0);
-    click(form, "cmd_Run");
-    list(form, "cboFrameEnd")->setCurrentIndex(2);
-    click(form, "cmd_Run");
-    EXPECT_EQ(messagesOf(host()),
-              (std::vector<std::string>{"Please select more than one frame.",
-                                        "File not found!\nPlease Load an Animated Mask to Proceed"}));
-}
-
 TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
     host().loadAnimation(patternFrames(3, 5, 5));
     const QString good = QString::fromStdString(path("good.msk"));
     writeFile(good, mskHeader(5, 5, 2) + flatMaskPlane(5, 5, 200) + flatMaskPlane(5, 5, 10));
     writeFile(QString::fromStdString(path("bad.msk")), mskHeader(5, 5, 9) + flatMaskPlane(5, 5, 1));
     auto* form = open("frmAnimMask");
-    static_cast<QCheckBox*>(form->control("chkUndoSave"))->setChecked(true);
+    EXPECT_EQ(form->windowTitle(), "Kirrel - Animated Alpha  Mask");
+    EXPECT_EQ(list(form, "cboLighter")->itemText(11), "White Noise (TV Snow)");
+    // One frame is refused before any test of the mask.
+    list(form, "cboFrameEnd")->setCurrentIndex(0);
+    click(form, "cmd_Run");
+    list(form, "cboFrameEnd")->setCurrentIndex(2);
+    ctl<QCheckBox>(form, "chkUndoSave")->setChecked(true);
 
     answerFile(path("bad.msk"));
     click(form, "cmdLoadMask");
@@ -73,7 +67,7 @@ TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
     answerFile(good.toStdString());
     click(form, "cmdLoadMask");
     EXPECT_EQ(text(form, "Label5"), "5 X 5 at 2 Frames");
-    EXPECT_FALSE(static_cast<QLabel*>(form->control("ImageBox"))->pixmap().isNull());
+    EXPECT_FALSE(ctl<QLabel>(form, "ImageBox")->pixmap().isNull());
 
     // Damaged between loading and running: refused before the undo is saved.
     const std::string whole = readFile(good);
@@ -84,13 +78,12 @@ TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
     EXPECT_FALSE(undoSaved());
     QFile::remove(good);
     click(form, "cmd_Run");
-    const auto messages = messagesOf(host());
-    ASSERT_EQ(messages.size(), 3u);
-    EXPECT_EQ(messages[0],
-              "The mask can't be loaded.\n\nbad.msk is damaged: it is shorter than its header says.");
-    EXPECT_EQ(messages[1],
-              "The mask can't be used.\n\ngood.msk is damaged: it is shorter than its header says.");
-    EXPECT_EQ(messages[2], "File not found!\nPlease Load an Animated Mask to Proceed");
+    EXPECT_EQ(messagesOf(host()),
+              (std::vector<std::string>{
+                  "Please select more than one frame.",
+                  "The mask can't be loaded.\n\nbad.msk is damaged: it is shorter than its header says.",
+                  "The mask can't be used.\n\ngood.msk is damaged: it is shorter than its header says.",
+                  "File not found!\nPlease Load an Animated Mask to Proceed"}));
 
     // Equal sources: the undo is saved first.
     writeFile(good, whole);
@@ -104,7 +97,92 @@ TEST_F(MaskDialog, ADamagedOrVanishedMaskIsRefusedAndTheLabelIsTheState) {
     answerFile("");
     click(form, "cmdLoadMask");
     EXPECT_EQ(text(form, "Label5"), "No Mask Loaded");
-    EXPECT_TRUE(static_cast<QLabel*>(form->control("ImageBox"))->pixmap().isNull());
+    EXPECT_TRUE(ctl<QLabel>(form, "ImageBox")->pixmap().isNull());
+}
+
+using MaskScript = ScriptTest;
+
+constexpr int kW = 8, kH = 6;
+
+TEST_F(MaskScript, EveryMaskToolRunsFromTheCatalogue) {
+    host::Animation anim;
+    anim.frames = patternFrames(3, kW, kH, 5);
+    host::writeAnimationDat(at("anim.dat"), anim);
+    const host::Picture swap = patternPicture(kW, kH, 77);
+    host::writePictureDat(at("swap.dat"), swap);
+    krl::Plane alpha(kW, kH);
+    for (int y = 0; y <= kH; ++y)
+        for (int x = 4; x <= kW; ++x)
+            alpha.at(x, y) = 255;
+    host::writePlaneDat(at("alpha.dat"), alpha);
+
+    const RunResult r = runScript(dir.path(), R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat",
+        "swap": "swap.dat", "alpha": "alpha.dat"},
+      "steps": [
+        {"open": "Alpha Mask Filter"}, {"set": {"control": "chkUndoSave", "value": true}},
+        {"set": {"control": "cboLighter", "text": "Main Buffer"}}, {"click": "cmd_Run"}, {"dump": "refused"},
+        {"set": {"control": "cboLighter", "text": "Swap"}}, {"set": {"control": "optDirection(1)", "value": true}},
+        {"click": "cmd_Run"}, {"dump": "mixed"}, {"close": "frmAlphaMask"},
+        {"answer": [{"question": 1}]}, {"open": "Copy Current Frame To Alpha"}, {"dump": "copied"},
+        {"answer": [{"file": "grey.msk"}]}, {"open": "Export Anim as Animated Mask"},
+        {"open": "Animated Alpha Mask Filter"}, {"click": "cmd_Run"},
+        {"answer": [{"file": "grey.msk"}]}, {"click": "cmdLoadMask"},
+        {"set": {"control": "cboFrameEnd", "index": 0}}, {"click": "cmd_Run"},
+        {"set": {"control": "cboFrameEnd", "index": 2}}, {"click": "cmd_Run"},
+        {"dump": "masked"}, {"screenshot": "animmask.png"}, {"close": "frmAnimMask"},
+        {"answer": [{"question": 1}, {"file": "grey.msk"}]}, {"open": "Import Animated Mask"},
+        {"dump": "imported"}]})JS");
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+
+    // Equal sources are refused after the undo has been saved.
+    EXPECT_EQ(dialogTexts(state("refused")), std::vector<std::string>{"Please Select Two Different Sources"});
+    EXPECT_TRUE(QFile::exists(at("tmp/AnimUndo.dat")));
+    EXPECT_EQ(dumped("refused"), anim.frames);
+
+    // Alpha 0 keeps the swap picture (lighter), 255 the frame (darker), on every frame of the range.
+    const auto mixed = dumped("mixed");
+    ASSERT_EQ(mixed.size(), 3u);
+    for (int f = 0; f < 3; ++f)
+        for (int y = 0; y <= kH; ++y)
+            for (int x = 0; x <= kW; ++x)
+                ASSERT_EQ(mixed[f].g.at(x, y), (x < 4 ? swap : anim.frames[f]).g.at(x, y)) << f << x << y;
+    EXPECT_EQ(state("mixed")["current_frame"].toInt(), 0);
+
+    // The copy: the frame's brightness as the export writes it, but for the last row and column, where
+    // the alpha stays 255 and 0.
+    const std::string expected = expectedMsk(mixed);
+    const krl::Plane copied = host::readPlaneDat(at("copied/alpha.dat"));
+    EXPECT_EQ(copied.at(1, 2), static_cast<unsigned char>(expected[12 + 2 * (kW + 1) + 1]));
+    EXPECT_EQ(copied.at(kW, 0), 255);
+    EXPECT_EQ(copied.at(0, kH), 0);
+    EXPECT_EQ(readFile(at("grey.msk")), expected) << "the export, byte for byte";
+
+    // The animated mask dialog: its refusals in order, the loaded mask described, then the mix.
+    const QJsonObject masked = state("masked");
+    const std::vector<std::string> all = dialogTexts(masked);
+    ASSERT_GE(all.size(), 3u);
+    EXPECT_EQ(std::vector<std::string>(all.end() - 3, all.end()),
+              (std::vector<std::string>{"File not found!\nPlease Load an Animated Mask to Proceed",
+                                        "Select Animated Alpha Mask", "Please select more than one frame."}));
+    EXPECT_EQ(controlText(masked, "frmAnimMask", "Label5"), "8 X 6 at 3 Frames");
+    // The mask holds brightness: the mix takes its inverse as the darker source's share.
+    const std::size_t planeSize = (kW + 1) * (kH + 1);
+    const auto result = dumped("masked");
+    for (std::size_t f = 0; f < 3; ++f) {
+        host::Picture light = mixed[f];
+        krl::Plane inverted(kW, kH);
+        for (std::size_t i = 0; i < planeSize; ++i)
+            inverted.data()[i] = 255 - static_cast<unsigned char>(expected[12 + f * planeSize + i]);
+        krl::AlphaMix(light.r, light.g, light.b, swap.r, swap.g, swap.b, inverted, kW, kH);
+        EXPECT_TRUE(result[f] == light) << "frame " << f;
+    }
+    EXPECT_FALSE(QImage(at("animmask.png")).isNull());
+
+    // The import: the mask as a grey animation.
+    const auto imported = dumped("imported");
+    ASSERT_EQ(imported.size(), 3u);
+    for (std::size_t f = 0; f < 3; ++f)
+        EXPECT_EQ(bytesOf(imported[f].b), expected.substr(12 + f * planeSize, planeSize));
 }
 
 } // namespace

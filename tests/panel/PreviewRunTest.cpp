@@ -1,13 +1,13 @@
-// A preview's run on a scratch host: where the automation handles lead while it runs, what it shows
-// when it runs, refuses or fails, and the small copies of frames and slot files it works on.
+// A preview's run on a scratch host: what it shows when it runs, refuses or fails, leaving the real
+// host untouched, and the small copies of frames and slot files it works on.
 
 #include "panel/PreviewRun.h"
 #include "host/ScaledCopies.h"
-#include "host/ScratchHost.h"
 #include "panel/EventGuard.h"
 #include "panel/Vantry.h"
 #include "stored/DataFile.h"
 #include "stored/SlotCopies.h"
+#include "stored/StoredSupport.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
@@ -23,43 +23,11 @@ using host::Picture;
 class ScratchRun : public HostTest {
   protected:
     void loadPatterned(int frames, int w, int h) {
-        std::vector<Picture> pictures;
-        pictures.reserve(static_cast<std::size_t>(frames));
-        for (int f = 0; f < frames; ++f)
-            pictures.push_back(patternPicture(w, h, 11 * f));
-        host().loadAnimation(pictures);
+        host().loadAnimation(patternFrames(frames, w, h));
         host().loadSwap(patternPicture(w, h, 200));
         trace.clear();
     }
 };
-
-TEST_F(ScratchRun, HandlesMadeInTheScopeReachTheScratchHostUntraced) {
-    loadPatterned(2, 4, 3);
-    Vantry::Vantry_Class madeBefore;
-    host::HostState scratch, inner;
-    scratch.loadAnimation({Picture(2, 2), Picture(2, 2), Picture(2, 2)});
-    {
-        host::ScratchHost scope(scratch);
-        Vantry::Vantry_Class van;
-        EXPECT_EQ(van.Van_GetTotalFrames(), 3);
-        EXPECT_EQ(madeBefore.Van_GetTotalFrames(), 2);
-        van.Van_MessageBox("passes");
-        EXPECT_THROW(van.Van_QuestionBox("Go on?"), host::ScratchStop);
-        EXPECT_THROW(van.Van_ValueBox("Size", 0, 9), host::ScratchStop);
-        {
-            host::ScratchHost nested(inner);
-            EXPECT_EQ(Vantry::Vantry_Class().Van_GetTotalFrames(), 0);
-        }
-        EXPECT_EQ(&host::runningHost(), &scratch);
-    }
-    EXPECT_TRUE(trace.empty());
-    EXPECT_EQ(scratch.dialogs().size(), 3u);
-    EXPECT_TRUE(host().dialogs().empty());
-    EXPECT_EQ(scratch.responder(), nullptr);
-    EXPECT_EQ(host().responder(), &responder);
-    Vantry::Vantry_Class().Van_GetTotalFrames();
-    EXPECT_EQ(trace, std::vector<std::string>{"Van_GetTotalFrames()"}) << "tracing is back";
-}
 
 TEST_F(ScratchRun, APreviewShowsItsRangeOrWhyItStopped) {
     loadPatterned(5, 6, 4);

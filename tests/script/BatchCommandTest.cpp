@@ -3,12 +3,11 @@
 // parallel spreading the same command gives the same files.
 
 #include "support/Fixtures.h"
+#include "support/MediaCheck.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QThread>
 
 #include <csignal>
@@ -19,9 +18,8 @@ namespace {
 class BatchCommand : public ScriptTest {
   protected:
     void SetUp() override {
-        if (QStandardPaths::findExecutable("ffmpeg").isEmpty() ||
-            QStandardPaths::findExecutable("convert").isEmpty())
-            GTEST_SKIP() << "ffmpeg and ImageMagick are needed";
+        if (const QString m = missingTool({"ffmpeg", "convert"}); !m.isEmpty())
+            GTEST_SKIP() << m.toStdString();
         // A wipe into the primary colour over the whole animation.
         writeFile(at("wipe.json"), R"({"host": {"animation": "in/clip00.gif"}, "steps": [
             {"open": "Wipes"}, {"set": {"control": "cboWipeOptions", "text": "Primary Color"}},
@@ -29,57 +27,43 @@ class BatchCommand : public ScriptTest {
     }
     // n small GIFs in in/, clip00.gif ... (each its own content).
     QStringList makeInputs(int n, int frames = 6) {
-        QDir().mkpath(at("in"));
         QStringList inputs;
         for (int i = 0; i < n; ++i) {
-            const QString gif = at(QString("in/clip%1.gif").arg(i, 2, 10, QChar('0')));
-            QProcess::execute("ffmpeg", {"-v", "error", "-nostdin", "-f", "lavfi", "-i",
-                                         QString("testsrc2=size=48x32:rate=10,hue=h=%1").arg(i * 17),
-                                         "-frames:v", QString::number(frames), "-y", gif});
-            inputs << gif;
+            inputs << at(QString("in/clip%1.gif").arg(i, 2, 10, QChar('0')));
+            QDir().mkpath(at("in"));
+            runTool("ffmpeg", {"-v", "error", "-f", "lavfi", "-i",
+                               QString("testsrc2=size=48x32:rate=10,hue=h=%1").arg(i * 17), "-frames:v",
+                               QString::number(frames), "-y", inputs.back()});
         }
         return inputs;
     }
-    RunResult batch(const QStringList& args) const {
-        QProcess p;
-        p.setWorkingDirectory(dir.path());
-        p.start(KIRREL_EXE, QStringList{"batch"} + args);
-        RunResult r;
-        if (!p.waitForFinished(300000)) return r;
-        r.exitCode = p.exitCode();
-        r.err = p.readAllStandardError().toStdString();
-        return r;
+    ToolOutput batch(const QStringList& args) const {
+        return runToolIn(dir.path(), KIRREL_EXE, QStringList{"batch", "wipe.json"} + args);
     }
     static int framesOf(const QString& gif) {
-        QProcess p;
-        p.start("identify", {"-format", "%p\n", gif});
-        p.waitForFinished(60000);
-        return p.exitCode() == 0 ? static_cast<int>(p.readAllStandardOutput().count('\n')) : -1;
+        const ToolOutput r = runTool("identify", {"-format", "%p\n", gif});
+        return r.code == 0 ? static_cast<int>(r.out.count('\n')) : -1;
     }
 };
 
 TEST_F(BatchCommand, ADamagedInputFailsAloneAndOutputsThereAreKept) {
     QStringList inputs = makeInputs(20);
     writeFile(at("in/clip07.gif"), "GIF89a cut");
-    const RunResult r = batch(QStringList{"wipe.json"} + inputs + QStringList{"--out", "out", "--jobs", "2"});
-    EXPECT_EQ(r.exitCode, 1) << r.err;
-    EXPECT_NE(r.err.find("19 written, 0 already there, 1 failed"), std::string::npos) << r.err;
-    EXPECT_NE(r.err.find("clip07.gif: host: clip07.gif"), std::string::npos) << r.err;
+    const ToolOutput r = batch(inputs + QStringList{"--out", "out", "--jobs", "2"});
+    EXPECT_EQ(r.code, 1) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("19 written, 0 already there, 1 failed")) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("clip07.gif: host: clip07.gif")) << r.err.toStdString();
     EXPECT_EQ(QDir(at("out")).entryList(QDir::Files).size(), 19);
     EXPECT_EQ(framesOf(at("out/clip03.gif")), 6);
 
     // Again: nothing is written over without --force; --skip-existing counts them as done.
     writeFile(at("out/clip03.gif"), "mine");
-    const RunResult again = batch({"wipe.json", inputs[3], "--out", "out"});
-    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_EQ(batch({inputs[3], "--out", "out"}).code, 1);
+    EXPECT_EQ(batch({inputs[3], "--out", "out", "--skip-existing"}).code, 0);
     EXPECT_EQ(readFile(at("out/clip03.gif")), "mine");
-    const RunResult skip = batch({"wipe.json", inputs[3], "--out", "out", "--skip-existing"});
-    EXPECT_EQ(skip.exitCode, 0) << skip.err;
-    EXPECT_EQ(readFile(at("out/clip03.gif")), "mine");
-    const RunResult force = batch({"wipe.json", inputs[3], "--out", "out", "--force", "--format", "webp"});
-    EXPECT_EQ(force.exitCode, 0) << force.err;
+    EXPECT_EQ(batch({inputs[3], "--out", "out", "--force", "--format", "webp"}).code, 0);
     EXPECT_TRUE(QFileInfo::exists(at("out/clip03.webp")));
-    EXPECT_EQ(batch({"wipe.json", "--out", "out"}).exitCode, 2) << "no input";
+    EXPECT_EQ(batch({"--out", "out"}).code, 2) << "no input";
 }
 
 TEST_F(BatchCommand, CtrlCLeavesOnlyWholeOutputs) {
@@ -103,19 +87,16 @@ TEST_F(BatchCommand, CtrlCLeavesOnlyWholeOutputs) {
 }
 
 TEST_F(BatchCommand, GnuParallelGivesTheSameFilesAsJobs) {
-    if (QStandardPaths::findExecutable("parallel").isEmpty()) GTEST_SKIP() << "GNU parallel is not installed";
+    if (!missingTool({"parallel"}).isEmpty()) GTEST_SKIP() << "GNU parallel is not installed";
     const QStringList inputs = makeInputs(4);
-    ASSERT_EQ(batch(QStringList{"wipe.json"} + inputs + QStringList{"--out", "jobs", "--jobs", "2"}).exitCode,
-              0);
-    QProcess p;
-    p.setWorkingDirectory(dir.path());
-    p.start("parallel",
-            QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs);
-    ASSERT_TRUE(p.waitForFinished(300000));
-    ASSERT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
+    ASSERT_EQ(batch(inputs + QStringList{"--out", "jobs", "--jobs", "2"}).code, 0);
+    const ToolOutput p =
+        runToolIn(dir.path(), "parallel",
+                  QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs);
+    ASSERT_EQ(p.code, 0) << p.err.toStdString();
+    EXPECT_EQ(QDir(at("par")).entryList(QDir::Files).size(), 4);
     for (const QString& f : QDir(at("jobs")).entryList(QDir::Files))
         EXPECT_TRUE(readFile(at("jobs/" + f)) == readFile(at("par/" + f))) << f.toStdString();
-    EXPECT_EQ(QDir(at("par")).entryList(QDir::Files).size(), 4);
 }
 
 } // namespace

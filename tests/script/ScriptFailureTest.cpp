@@ -1,5 +1,6 @@
-// A session script that cannot be played stops with exit code 2 and one clear line on stderr;
-// answers it did not use are reported without changing a successful exit.
+// A session script that cannot be played, or whose host files are damaged, stops with exit code 2
+// and one clear line on stderr, without playing a step (and without allocating what an absurd header
+// claims); answers it did not use are reported without changing a successful exit.
 
 #include "support/Fixtures.h"
 
@@ -11,25 +12,43 @@ namespace {
 struct BadScript {
     const char* name;
     std::string json;
-    std::string says; // part of the one line
+    std::string says;      // part of the one line
+    std::string file = {}; // written before the run: a folder when it ends in '/'
+    std::string bytes = {};
 };
 
 class ScriptFailure : public ScriptTest, public testing::WithParamInterface<BadScript> {};
 
 TEST_P(ScriptFailure, ExitsTwoWithOneClearLine) {
-    const RunResult r = run(GetParam().json);
+    const BadScript& c = GetParam();
+    if (c.file.ends_with('/'))
+        QDir().mkpath(at(QString::fromStdString(c.file)));
+    else if (!c.file.empty())
+        writeFile(at(QString::fromStdString(c.file)), c.bytes);
+    const RunResult r = run(c.json);
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(lineCount(r.err), 1) << r.err;
     EXPECT_EQ(r.err.rfind("kirrel: ", 0), 0u) << r.err;
-    EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
-    // The steps after the failing one are not played.
-    EXPECT_EQ(readFile(at("trace.txt")).find("Van_Refresh"), std::string::npos);
+    EXPECT_NE(r.err.find(c.says), std::string::npos) << r.err;
+    EXPECT_EQ(readFile(at("trace.txt")).find("Van_Refresh"), std::string::npos) << "a later step was played";
 }
 
 std::string steps(const std::string& list) {
     return R"({"host": {"temp_dir": "tmp", "size": [4, 3]}, "steps": [)" + list +
            R"(, {"host": "Van_Refresh"}]})";
 }
+
+// A host file given as `setting`, holding `bytes`.
+BadScript hostile(const char* name, const std::string& setting, const std::string& file,
+                  const std::string& bytes, const std::string& says) {
+    return {name,
+            R"({"host": {"temp_dir": "tmp", ")" + setting + R"(": ")" + file +
+                R"("}, "steps": [{"host": "Van_Refresh"}]})",
+            says, file, bytes};
+}
+
+const std::string kShort = "is shorter than its header says";
+const std::string k4x4 = int16le({2, 4, 4}) + std::string(3 * 25, '\x40'); // one frame of the two it claims
 
 INSTANTIATE_TEST_SUITE_P(
     Scripts, ScriptFailure,
@@ -56,7 +75,26 @@ INSTANTIATE_TEST_SUITE_P(
         BadScript{"AnswerOfTheWrongKind",
                   steps(R"({"answer": [{"value": 3}]}, {"host": "Van_QuestionBox", "args": ["Go\non?"]})"),
                   "question box \"Go on?\" found a queued value answer"},
-        BadScript{"AnswerOfNoKind", steps(R"({"answer": [{"maybe": 1}]})"), "an answer is"}),
+        BadScript{"AnswerOfNoKind", steps(R"({"answer": [{"maybe": 1}]})"), "an answer is"},
+        hostile("EmptyAnimation", "animation", "a.dat", "", "host: a.dat: " + kShort),
+        hostile("HeaderCut", "animation", "a.dat", int16le({3, 4}), kShort),
+        hostile("PlanesCut", "animation", "a.dat", k4x4, kShort),
+        hostile("StillCut", "animation", "a.dat", int16le({0, 4, 4}) + std::string(74, '\0'), kShort),
+        hostile("NegativeFrames", "animation", "a.dat", int16le({-5, 1, 1}) + std::string(400, '\0'),
+                "negative frame count"),
+        hostile("NegativeWidth", "animation", "a.dat", int16le({1, -1, 4}) + std::string(400, '\0'),
+                "negative picture size"),
+        hostile("AbsurdFrames", "animation", "a.dat", int16le({32767, 32767, 32767}) + std::string(100, '\0'),
+                kShort),
+        hostile("SwapNegative", "swap", "s.dat", int16le({-2, 3}) + std::string(100, '\0'), "s.dat: "),
+        hostile("SwapCut", "swap", "s.dat", int16le({100, 100}) + std::string(10, '\0'), kShort),
+        hostile("AlphaAbsurd", "alpha", "m.dat", int16le({32767, 32767}), kShort),
+        hostile("AlphaHeaderCut", "alpha", "m.dat", "\x01", kShort),
+        hostile("JunkPicture", "animation", "a.png", "not a picture at all", "a.png: "),
+        hostile("JunkSwapPicture", "swap", "s.png", "\x89PNG\r\n\x1a\n broken", "s.png: "),
+        hostile("FolderWithoutFrames", "animation", "frames/", "", "holds no PNG frames"),
+        BadScript{"Missing", R"({"host": {"animation": "gone.dat"}, "steps": [{"host": "Van_Refresh"}]})",
+                  "gone.dat: does not exist"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 using ScriptRun = ScriptTest;

@@ -1,12 +1,10 @@
 // The host set-up of a session script: animation, swap and alpha from .dat files or pictures,
-// a folder of PNG frames in name order, and paths relative to the script's folder.
+// a folder of PNG frames in name order, a still picture, and paths relative to the script's folder.
 
-#include "host/AnimationFiles.h"
-#include "support/Support.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QImage>
-#include <QJsonArray>
 
 #include <functional>
 
@@ -42,75 +40,66 @@ std::string planeBytes(const std::function<int(int, int)>& pixel) {
 }
 
 std::string pictureBytes(const QImage& img) {
-    return planeBytes([&](int x, int y) { return qRed(img.pixel(x, y)); }) +
-           planeBytes([&](int x, int y) { return qGreen(img.pixel(x, y)); }) +
-           planeBytes([&](int x, int y) { return qBlue(img.pixel(x, y)); });
+    std::string out;
+    for (const int shift : {16, 8, 0}) // red, green, blue
+        out += planeBytes([&](int x, int y) { return static_cast<int>(img.pixel(x, y) >> shift) & 255; });
+    return out;
 }
 
-struct LoadCase {
-    const char* name;
-    bool pictures; // swap and alpha as PNG pictures rather than .dat files
-};
-
-class ScriptLoad : public ::testing::TestWithParam<LoadCase> {};
+class ScriptLoad : public ScriptTest, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(ScriptLoad, FolderOfFramesSwapAndAlphaComeBackInTheDump) {
-    QTemporaryDir dir;
     // The script lives in a sub-folder and is run from its parent: every path is the script's.
-    const QDir sub(QDir(dir.path()).filePath("session"));
+    const QDir sub(at("session"));
     QDir().mkpath(sub.filePath("frames"));
     const char* names[] = {"b.png", "c.png", "a.png"}; // written out of order; read by name
     for (int i = 0; i < 3; ++i)
         ASSERT_TRUE(colourImage(20 * i).save(sub.filePath("frames/") + names[i]));
-    const QImage swapImage = colourImage(90);
-    const std::string swapBytes = pictureBytes(swapImage);
-    const std::string alphaBytes =
-        planeBytes([g = greyImage()](int x, int y) { return g.constScanLine(y)[x]; });
-    if (GetParam().pictures) {
-        ASSERT_TRUE(swapImage.save(sub.filePath("swap.png")));
+    const std::string swap = int16le({kW, kH}) + pictureBytes(colourImage(90));
+    const std::string alpha =
+        int16le({kW, kH}) + planeBytes([g = greyImage()](int x, int y) { return g.constScanLine(y)[x]; });
+    const QString ext = GetParam();
+    if (ext == "png") {
+        ASSERT_TRUE(colourImage(90).save(sub.filePath("swap.png")));
         ASSERT_TRUE(greyImage().save(sub.filePath("alpha.png")));
     } else {
-        writeFile(sub.filePath("swap.dat"), int16le({kW, kH}) + swapBytes);
-        writeFile(sub.filePath("alpha.dat"), int16le({kW, kH}) + alphaBytes);
+        writeFile(sub.filePath("swap.dat"), swap);
+        writeFile(sub.filePath("alpha.dat"), alpha);
     }
-    const std::string ext = GetParam().pictures ? ".png" : ".dat";
-    const RunResult r = runScript(dir.path(),
-                                  R"({"host": {"temp_dir": "tmp", "animation": "frames", "swap": "swap)" +
-                                      ext + R"(", "alpha": "alpha)" + ext +
-                                      R"(", "current_frame": 1}, "steps": [{"dump": "out"}]})",
-                                  "session/session.json");
+    const RunResult r =
+        runScript(dir.path(),
+                  QString(R"({"host": {"temp_dir": "tmp", "animation": "frames", "swap": "swap.%1",
+                                  "alpha": "alpha.%1", "current_frame": 1}, "steps": [{"dump": "out"}]})")
+                      .arg(ext)
+                      .toStdString(),
+                  "session/session.json");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_TRUE(QDir(sub.filePath("tmp")).exists());
-    const QDir out(sub.filePath("out"));
-    EXPECT_EQ(readFile(out.filePath("animation.dat")), int16le({3, kW, kH}) + pictureBytes(colourImage(40)) +
-                                                           pictureBytes(colourImage(0)) +
-                                                           pictureBytes(colourImage(20)));
-    EXPECT_EQ(readFile(out.filePath("swap.dat")), int16le({kW, kH}) + swapBytes);
-    EXPECT_EQ(readFile(out.filePath("alpha.dat")), int16le({kW, kH}) + alphaBytes);
-    EXPECT_EQ(QImage(out.filePath("frames/0002.png")).convertToFormat(QImage::Format_RGB888),
+    EXPECT_EQ(readFile(sub.filePath("out/animation.dat")),
+              int16le({3, kW, kH}) + pictureBytes(colourImage(40)) + pictureBytes(colourImage(0)) +
+                  pictureBytes(colourImage(20)));
+    EXPECT_EQ(readFile(sub.filePath("out/swap.dat")), swap);
+    EXPECT_EQ(readFile(sub.filePath("out/alpha.dat")), alpha);
+    EXPECT_EQ(QImage(sub.filePath("out/frames/0002.png")).convertToFormat(QImage::Format_RGB888),
               colourImage(20));
-    EXPECT_EQ(readJsonObject(out.filePath("state.json"))["current_frame"].toInt(), 1);
+    EXPECT_EQ(readJsonObject(sub.filePath("out/state.json"))["current_frame"].toInt(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(SwapAndAlpha, ScriptLoad,
-                         ::testing::Values(LoadCase{"DatFiles", false}, LoadCase{"Pictures", true}),
-                         [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(SwapAndAlpha, ScriptLoad, ::testing::Values("dat", "png"),
+                         [](const auto& info) { return std::string(info.param); });
 
-TEST(ScriptLoadStill, OnePictureIsAStillAndASwapOfAnotherSizeIsFitted) {
-    QTemporaryDir dir;
-    const QDir d(dir.path());
-    ASSERT_TRUE(colourImage(0).save(d.filePath("still.png")));
-    writeFile(d.filePath("swap.dat"), int16le({1, 1}) + std::string(12, '\x07'));
-    const RunResult r = runScript(dir.path(), R"({"host": {"temp_dir": "tmp", "animation": "still.png",
+using ScriptLoadStill = ScriptTest;
+
+TEST_F(ScriptLoadStill, OnePictureIsAStillAndASwapOfAnotherSizeIsFitted) {
+    ASSERT_TRUE(colourImage(0).save(at("still.png")));
+    writeFile(at("swap.dat"), int16le({1, 1}) + std::string(12, '\x07'));
+    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "still.png",
         "swap": "swap.dat"}, "steps": [{"dump": "out"}]})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const QJsonObject s = readJsonObject(d.filePath("out/state.json"));
-    EXPECT_EQ(s["total_frames"].toInt(), 0);
-    EXPECT_EQ(s["width"].toInt(), kW);
-    EXPECT_EQ(s["height"].toInt(), kH);
-    EXPECT_EQ(readFile(d.filePath("out/animation.dat")), int16le({0, kW, kH}) + pictureBytes(colourImage(0)));
+    EXPECT_EQ(state("out")["total_frames"].toInt(), 0);
+    EXPECT_EQ(readFile(at("out/animation.dat")), int16le({0, kW, kH}) + pictureBytes(colourImage(0)));
     const std::string plane((kW + 1) * (kH + 1), '\x07');
-    EXPECT_EQ(readFile(d.filePath("out/swap.dat")), int16le({kW, kH}) + plane + plane + plane);
+    EXPECT_EQ(readFile(at("out/swap.dat")), int16le({kW, kH}) + plane + plane + plane);
 }
 
 } // namespace

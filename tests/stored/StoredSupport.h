@@ -4,8 +4,10 @@
 
 #include "host/HostState.h"
 #include "pixel/Plane.h"
+#include "stored/SlotFiles.h"
 #include "support/Support.h"
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -32,6 +34,17 @@ inline std::string slotBytes(int frames, const std::vector<host::Picture>& pictu
     return out;
 }
 
+// Slot `slot` of the folder, written in the slot layout or read back.
+inline QString slotPath(const std::string& folder, int slot) {
+    return QString::fromStdString(stored::slotDataPath(folder, slot));
+}
+inline void putSlot(const std::string& folder, int slot, const std::vector<host::Picture>& frames) {
+    writeFile(slotPath(folder, slot), slotBytes(static_cast<int>(frames.size()), frames));
+}
+inline std::string slotFile(const std::string& folder, int slot) {
+    return readFile(slotPath(folder, slot));
+}
+
 inline std::vector<host::Picture> patternFrames(int count, int w, int h, int seed = 0) {
     std::vector<host::Picture> frames;
     for (int i = 0; i < count; ++i)
@@ -42,15 +55,11 @@ inline std::vector<host::Picture> patternFrames(int count, int w, int h, int see
 // A call sequence written as one text, calls separated by ';' (blanks around them ignored).
 inline std::vector<std::string> seq(const std::string& text) {
     std::vector<std::string> out;
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        std::size_t end = text.find(';', start);
-        if (end == std::string::npos) end = text.size();
-        std::string call = text.substr(start, end - start);
+    std::istringstream in(text);
+    for (std::string call; std::getline(in, call, ';');) {
         call.erase(0, call.find_first_not_of(' '));
         call.erase(call.find_last_not_of(' ') + 1);
         if (!call.empty()) out.push_back(call);
-        start = end + 1;
     }
     return out;
 }

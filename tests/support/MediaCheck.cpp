@@ -8,24 +8,39 @@
 #include <QStandardPaths>
 
 #include <cmath>
-#include <stdexcept>
 
 namespace kirrel::test {
+namespace {
+
+QImage rgbaImage(const QString& file) {
+    return QImage(file).convertToFormat(QImage::Format_RGBA8888);
+}
+
+// The frames of `bytes`, one after the other, each 4 * width * height bytes.
+void appendFrames(RgbaFrames& to, const QByteArray& bytes) {
+    const qsizetype size = qsizetype{4} * to.width * to.height;
+    for (qsizetype at = 0; size > 0 && at + size <= bytes.size(); at += size)
+        to.frames.emplace_back(bytes.begin() + at, bytes.begin() + at + size);
+}
+
+} // namespace
 
 ToolOutput runTool(const QString& program, const QStringList& args) {
+    return runToolIn({}, program, args);
+}
+
+ToolOutput runToolIn(const QString& dir, const QString& program, const QStringList& args) {
     QProcess p;
+    p.setWorkingDirectory(dir);
     p.setStandardInputFile(QProcess::nullDevice());
     p.start(program, args);
-    ToolOutput r;
     if (!p.waitForFinished(180000)) {
         p.kill();
         p.waitForFinished();
-        return r;
+        return {};
     }
-    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = p.readAllStandardOutput();
-    r.err = p.readAllStandardError();
-    return r;
+    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
+            p.readAllStandardError()};
 }
 
 QString missingTool(const QStringList& programs) {
@@ -43,37 +58,23 @@ Probed probe(const QString& file) {
         const QList<QByteArray> v = line.trimmed().split(',');
         if (v.size() >= 2 && v[0] == "frame")
             p.startsMs.push_back(static_cast<int>(std::lround(v[1].toDouble() * 1000)));
-        if (v.size() >= 3 && v[0] == "stream") {
-            p.width = v[1].toInt();
-            p.height = v[2].toInt();
-        }
+        if (v.size() >= 3 && v[0] == "stream") p = {v[1].toInt(), v[2].toInt(), p.startsMs};
     }
     return p;
 }
 
 RgbaFrames ffmpegFrames(const QString& file, int width, int height) {
-    const ToolOutput r = runTool("ffmpeg", {"-v", "error", "-nostdin", "-i", "file:" + file, "-fps_mode",
-                                            "passthrough", "-f", "rawvideo", "-pix_fmt", "rgba", "pipe:1"});
     RgbaFrames f{width, height, {}};
-    const qsizetype bytes = qsizetype{4} * width * height;
-    for (qsizetype at = 0; bytes > 0 && at + bytes <= r.out.size(); at += bytes)
-        f.frames.emplace_back(r.out.begin() + at, r.out.begin() + at + bytes);
+    appendFrames(f, runTool("ffmpeg", {"-v", "error", "-nostdin", "-i", "file:" + file, "-fps_mode",
+                                       "passthrough", "-f", "rawvideo", "-pix_fmt", "rgba", "pipe:1"})
+                        .out);
     return f;
 }
-
-namespace {
-
-QImage rgbaImage(const QString& file) {
-    return QImage(file).convertToFormat(QImage::Format_RGBA8888);
-}
-
-} // namespace
 
 RgbaFrames webpFrames(const QString& file, QString& info) {
     info = QString::fromUtf8(runTool("webpmux", {"-info", file}).out);
     RgbaFrames out;
-    const QRegularExpression canvas("Canvas size: (\\d+) x (\\d+)");
-    const auto c = canvas.match(info);
+    const auto c = QRegularExpression("Canvas size: (\\d+) x (\\d+)").match(info);
     if (!c.hasMatch()) return out;
     out.width = c.captured(1).toInt();
     out.height = c.captured(2).toInt();
@@ -81,49 +82,41 @@ RgbaFrames webpFrames(const QString& file, QString& info) {
     const QRegularExpression row(
         "^\\s*(\\d+):\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\d+)\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\w+)",
         QRegularExpression::MultilineOption);
-    std::vector<std::uint8_t> canvasPixels(static_cast<std::size_t>(out.width) * out.height * 4, 0);
+    std::vector<std::uint8_t> canvas(static_cast<std::size_t>(out.width) * out.height * 4, 0);
     QTemporaryDir dir;
     for (auto it = row.globalMatch(info); it.hasNext();) {
         const auto m = it.next();
-        const QString part = dir.filePath("part.webp");
-        const QString png = dir.filePath("part.png");
-        runTool("webpmux", {"-get", "frame", m.captured(1), file, "-o", part});
-        runTool("dwebp", {part, "-o", png});
-        const QImage img = rgbaImage(png);
-        const int x0 = m.captured(5).toInt();
-        const int y0 = m.captured(6).toInt();
-        const bool blend = m.captured(9) == "yes";
+        runTool("webpmux", {"-get", "frame", m.captured(1), file, "-o", dir.filePath("part.webp")});
+        runTool("dwebp", {dir.filePath("part.webp"), "-o", dir.filePath("part.png")});
+        const QImage img = rgbaImage(dir.filePath("part.png"));
+        const auto at = [&](int x, int y) {
+            return canvas.data() + 4 * ((static_cast<std::size_t>(m.captured(6).toInt()) + y) * out.width +
+                                        m.captured(5).toInt() + x);
+        };
         for (int y = 0; y < img.height(); ++y)
             for (int x = 0; x < img.width(); ++x) {
                 const uchar* s = img.constScanLine(y) + std::ptrdiff_t{4} * x;
-                std::uint8_t* d =
-                    canvasPixels.data() + 4 * ((static_cast<std::size_t>(y0) + y) * out.width + x0 + x);
                 // Only clear and opaque pixels are written in these tests, so blending is a choice.
-                if (!blend || s[3] != 0) std::copy(s, s + 4, d);
+                if (m.captured(9) != "yes" || s[3] != 0) std::copy(s, s + 4, at(x, y));
             }
-        out.frames.push_back(canvasPixels);
-        if (m.captured(8) == "background")
-            for (int y = 0; y < img.height(); ++y)
-                std::fill_n(canvasPixels.data() + 4 * ((static_cast<std::size_t>(y0) + y) * out.width + x0),
-                            4 * img.width(), 0);
+        out.frames.push_back(canvas);
+        for (int y = 0; m.captured(8) == "background" && y < img.height(); ++y)
+            std::fill_n(at(0, y), 4 * img.width(), 0);
     }
     return out;
 }
 
 RgbaFrames apngFrames(const QString& file, std::vector<int>& delaysMs) {
     QTemporaryDir dir;
-    const QString copy = dir.filePath("in.png");
-    QFile::copy(file, copy);
-    runTool("apngdis", {copy, "f"});
+    QFile::copy(file, dir.filePath("in.png"));
+    runTool("apngdis", {dir.filePath("in.png"), "f"});
     RgbaFrames out;
-    for (int i = 1;; ++i) {
-        const QString base = dir.filePath(QString("f%1").arg(i));
-        if (!QFile::exists(base + ".png")) break;
-        const QImage img = rgbaImage(base + ".png");
+    for (int i = 1; QFile::exists(dir.filePath(QString("f%1.png").arg(i))); ++i) {
+        const QImage img = rgbaImage(dir.filePath(QString("f%1.png").arg(i)));
         out.width = img.width();
         out.height = img.height();
         out.frames.emplace_back(img.constBits(), img.constBits() + img.sizeInBytes());
-        QFile txt(base + ".txt");
+        QFile txt(dir.filePath(QString("f%1.txt").arg(i)));
         txt.open(QIODevice::ReadOnly);
         const auto m = QRegularExpression("delay=(\\d+)/(\\d+)").match(QString::fromLatin1(txt.readAll()));
         delaysMs.push_back(m.hasMatch() ? static_cast<int>(std::lround(1000.0 * m.captured(1).toInt() /
@@ -138,23 +131,20 @@ double psnr(const RgbaFrames& got, const std::vector<host::Picture>& want) {
     std::size_t n = 0;
     for (std::size_t f = 0; f < want.size() && f < got.frames.size(); ++f)
         for (int y = 0; y < want[f].height(); ++y)
-            for (int x = 0; x < want[f].width(); ++x) {
-                const std::uint8_t* p = got.pixel(f, x, y);
+            for (int x = 0; x < want[f].width(); ++x)
                 for (const auto& [plane, c] : {std::pair{&want[f].r, 0}, {&want[f].g, 1}, {&want[f].b, 2}}) {
-                    const double d = static_cast<double>(plane->at(x, y)) - p[c];
+                    const double d = static_cast<double>(plane->at(x, y)) - got.pixel(f, x, y)[c];
                     squared += d * d;
                     ++n;
                 }
-            }
     if (n == 0 || got.frames.size() != want.size()) return 0;
     return squared == 0 ? 99 : 10 * std::log10(255.0 * 255.0 / (squared / static_cast<double>(n)));
 }
 
 PathWith::PathWith(const QStringList& programs) : saved_(qgetenv("PATH")) {
-    for (const QString& p : programs) {
-        const QString found = QStandardPaths::findExecutable(p);
-        if (!found.isEmpty()) QFile::link(found, QDir(dir_.path()).filePath(p));
-    }
+    for (const QString& p : programs)
+        if (const QString found = QStandardPaths::findExecutable(p); !found.isEmpty())
+            QFile::link(found, dir_.filePath(p));
     qputenv("PATH", QFile::encodeName(dir_.path()));
 }
 

@@ -20,6 +20,8 @@ struct ToolOutput {
     QByteArray err;
 };
 ToolOutput runTool(const QString& program, const QStringList& args);
+// The same, run from the folder `dir`.
+ToolOutput runToolIn(const QString& dir, const QString& program, const QStringList& args);
 // The first of `programs` that is not on PATH, or empty when all are.
 QString missingTool(const QStringList& programs);
 

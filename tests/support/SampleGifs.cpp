@@ -1,86 +1,49 @@
 #include "support/SampleGifs.h"
 
-#include <QDir>
+#include "support/MediaCheck.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <algorithm>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace kirrel::test {
 namespace {
 
-struct SampleGif {
-    const char* name;
-    QStringList args; // convert's arguments before the output file
-};
-
 // Frames of a 12x10 canvas: a full first frame, then smaller ones at offsets, so that what each
 // disposal leaves behind shows in the coalesced frames. Delays vary and include 0 ("none").
-QStringList partialFrames() {
-    return {"-delay", "10",        "-size", "12x10", "xc:#204080", "-delay", "0",
-            "-page",  "12x10+2+1", "-size", "4x3",   "xc:yellow",  "-delay", "7",
-            "-page",  "+6+7",      "-size", "5x2",   "xc:#00ff00"};
-}
+const QString kPartialFrames =
+    "-delay 10 -size 12x10 xc:#204080 -delay 0 -page 12x10+2+1 -size 4x3 xc:yellow "
+    "-delay 7 -page +6+7 -size 5x2 xc:#00ff00";
 
-std::vector<SampleGif> sampleGifs() {
-    return {
-        {"dispose-none", QStringList{"-dispose", "None"} + partialFrames()},
-        // Background disposal clears the frame's area to transparent before the next one.
-        {"dispose-background", QStringList{"-dispose", "Background"} + partialFrames()},
-        {"dispose-previous", QStringList{"-dispose", "Previous"} + partialFrames()},
-        {"dispose-mix",
-         {"-delay",   "10",    "-dispose",  "None",  "-size",      "12x10",     "xc:#204080", "-dispose",
-          "Previous", "-page", "12x10+2+1", "-size", "4x3",        "xc:yellow", "-dispose",   "Background",
-          "-page",    "+6+5",  "-size",     "5x2",   "xc:#00ff00", "-dispose",  "None",       "-delay",
-          "3",        "-page", "+1+1",      "-size", "2x2",        "xc:red"}},
-        // Transparent from the first frame on, with a clear frame at the end.
-        {"transparent",
-         {"-dispose",
-          "Background",
-          "-delay",
-          "5",
-          "-size",
-          "12x10",
-          "xc:none",
-          "-fill",
-          "red",
-          "-draw",
-          "rectangle 2,2 8,6",
-          "-delay",
-          "12",
-          "-page",
-          "12x10+3+3",
-          "-size",
-          "6x4",
-          "xc:#10e0a0",
-          "-page",
-          "+0+0",
-          "-size",
-          "3x3",
-          "xc:none"}},
-        // Frames of disjoint colours, so every frame carries its own colour table.
-        {"local-palettes",
-         {"-delay", "8", "-size", "16x12", "gradient:red-blue", "gradient:green-yellow",
-          "gradient:white-black"}},
-        {"interlaced",
-         {"-delay", "4", "-size", "14x9", "gradient:red-blue", "gradient:#00ff00-#ff00ff", "-interlace",
-          "GIF"}},
-    };
-}
+// Each GIF as convert's arguments before the output file.
+const std::pair<const char*, QString> kSampleGifs[] = {
+    {"dispose-none", "-dispose None " + kPartialFrames},
+    // Background disposal clears the frame's area to transparent before the next one.
+    {"dispose-background", "-dispose Background " + kPartialFrames},
+    {"dispose-previous", "-dispose Previous " + kPartialFrames},
+    {"dispose-mix",
+     "-delay 10 -dispose None -size 12x10 xc:#204080 -dispose Previous -page 12x10+2+1 -size 4x3 "
+     "xc:yellow -dispose Background -page +6+5 -size 5x2 xc:#00ff00 -dispose None -delay 3 "
+     "-page +1+1 -size 2x2 xc:red"},
+    // Transparent from the first frame on, with a clear frame at the end.
+    {"transparent", "-dispose Background -delay 5 -size 12x10 xc:none -fill red -draw \"rectangle 2,2 8,6\" "
+                    "-delay 12 -page 12x10+3+3 -size 6x4 xc:#10e0a0 -page +0+0 -size 3x3 xc:none"},
+    // Frames of disjoint colours, so every frame carries its own colour table.
+    {"local-palettes", "-delay 8 -size 16x12 gradient:red-blue gradient:green-yellow gradient:white-black"},
+    {"interlaced", "-delay 4 -size 14x9 gradient:red-blue gradient:#00ff00-#ff00ff -interlace GIF"},
+};
 
 QByteArray runConvert(const QString& program, const QStringList& args) {
-    QProcess p;
-    p.setStandardInputFile(QProcess::nullDevice());
-    p.start(program, args);
-    if (!p.waitForFinished(120000) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-        throw std::runtime_error(program.toStdString() +
-                                 " failed: " + p.readAllStandardError().toStdString());
-    return p.readAllStandardOutput();
+    const ToolOutput r = runTool(program, args);
+    if (r.code != 0) throw std::runtime_error(program.toStdString() + " failed: " + r.err.toStdString());
+    return r.out;
 }
 
 } // namespace
@@ -92,10 +55,9 @@ bool haveConvert() {
 QStringList makeSampleGifs(const QString& folder) {
     QDir().mkpath(folder);
     QStringList paths;
-    for (const SampleGif& g : sampleGifs()) {
-        const QString path = QDir(folder).filePath(QString(g.name) + ".gif");
-        runConvert("convert", g.args + QStringList{"-loop", "0", path});
-        paths << path;
+    for (const auto& [name, args] : kSampleGifs) {
+        paths << QDir(folder).filePath(QString(name) + ".gif");
+        runConvert("convert", QProcess::splitCommand(args) + QStringList{"-loop", "0", paths.back()});
     }
     return paths;
 }
@@ -108,9 +70,8 @@ CoalescedGif coalescedGif(const QString& file) {
     if (!QFile::link(QFileInfo(file).absoluteFilePath(), gif))
         throw std::runtime_error("cannot link " + file.toStdString());
     CoalescedGif out;
-    const QStringList info = QString::fromUtf8(runConvert("identify", {"-format", "%T %W %H\n", gif}))
-                                 .split('\n', Qt::SkipEmptyParts);
-    for (const QString& line : info) {
+    for (const QString& line : QString::fromUtf8(runConvert("identify", {"-format", "%T %W %H\n", gif}))
+                                   .split('\n', Qt::SkipEmptyParts)) {
         const QStringList f = line.split(' ');
         if (f.size() != 3)
             throw std::runtime_error("identify gave an unexpected line: " + line.toStdString());

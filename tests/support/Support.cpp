@@ -4,6 +4,7 @@
 #include "panel/FormBase.h"
 #include "panel/HostSettings.h"
 #include "panel/Trace.h"
+#include "support/MediaCheck.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,7 +12,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
 
 #include <algorithm>
 
@@ -63,22 +63,11 @@ host::Picture patternPicture(int w, int h, int seed) {
 }
 
 RunResult runScript(const QString& dir, const std::string& json, const std::string& name) {
-    QDir().mkpath(dir);
     const QString script = QDir(dir).filePath(QString::fromStdString(name));
     writeFile(script, json);
-    QProcess p;
-    p.setWorkingDirectory(dir);
-    p.start(KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")});
-    RunResult r;
-    if (!p.waitForFinished(120000)) {
-        p.kill();
-        r.err = "timed out";
-        return r;
-    }
-    r.exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-    r.out = p.readAllStandardOutput().toStdString();
-    r.err = p.readAllStandardError().toStdString();
-    return r;
+    const ToolOutput r =
+        runToolIn(dir, KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")});
+    return {r.code, r.out.toStdString(), r.err.toStdString()};
 }
 
 std::vector<std::string> dialogTexts(const QJsonObject& state) {
@@ -90,9 +79,7 @@ std::vector<std::string> dialogTexts(const QJsonObject& state) {
 
 std::vector<std::string> traceFileLines(const QString& path) {
     std::vector<std::string> out;
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) return out;
-    for (const QByteArray& l : f.readAll().split('\n'))
+    for (const QByteArray& l : QByteArray::fromStdString(readFile(path)).split('\n'))
         if (!l.isEmpty()) out.push_back(l.toStdString());
     return out;
 }
