@@ -194,15 +194,15 @@ class ThresholdRun : public TransitionTest {
         host().setAlpha(alpha);
         trace.clear();
     }
-    // Frame f over the picture proper (the last row and column ride along untested): the source
-    // where `shows` holds, else the frame as it was.
-    void expectFrame(int f, const Picture& src, const std::function<bool(int a)>& shows) const {
+    // Frame f of the result as it should be: the source where `shows` holds, else the frame as it was;
+    // the last row and column ride along untested.
+    Picture masked(int f, const Picture& before, const Picture& src,
+                   const std::function<bool(int a)>& shows) const {
+        Picture out = frame(f);
         for (int y = 0; y < H; ++y)
-            for (int x = 0; x < W; ++x) {
-                const Picture& want = shows(alpha.at(x, y)) ? src : original[f];
-                ASSERT_EQ(frame(f).r.at(x, y), want.r.at(x, y)) << "frame " << f << " at " << x << "," << y;
-                ASSERT_EQ(frame(f).b.at(x, y), want.b.at(x, y)) << "frame " << f << " at " << x << "," << y;
-            }
+            for (int x = 0; x < W; ++x)
+                copyPixel(out, x, y, shows(alpha.at(x, y)) ? src : before, x, y);
+        return out;
     }
     Picture swap;
     krl::Plane alpha;
@@ -215,7 +215,9 @@ TEST_F(ThresholdRun, ShowsTheSourceWhereTheAlphaReachesTheLevel) {
         to ? Threshold2Swap(S, E) : ThresholdFromSwap(S, E);
         for (int f = S; f <= E; ++f) {
             const int L = to ? thresholdLevelTo(f, S, E) : thresholdLevelFrom(f, S, E);
-            expectFrame(f, swap, [L, to](int a) { return (to ? 255 - a : a) > L; });
+            EXPECT_EQ(frame(f),
+                      masked(f, original[f], swap, [L, to](int a) { return (to ? 255 - a : a) > L; }))
+                << f;
         }
         EXPECT_EQ(frame(0), original[0]);
         EXPECT_EQ(frame(6), original[6]);
@@ -229,7 +231,7 @@ TEST_F(ThresholdRun, ShowsTheSourceWhereTheAlphaReachesTheLevel) {
     host().setAlpha(alpha);
     ThresholdFromSwap(S, E);
     for (int f = S; f <= E; ++f)
-        expectFrame(f, swap, [](int) { return false; });
+        EXPECT_EQ(frame(f), original[f]) << f;
 }
 
 // The colour is painted over the swap planes but for their last row and column.
@@ -244,23 +246,16 @@ TEST_F(ThresholdRun, ColourKeepsTheSwapInTheRideAlongRowAndColumn) {
     EXPECT_EQ(host().swapPicture(), swap) << "the swap itself is untouched";
 }
 
+// To from frame 2 appends one stored frame; the slot's six frames From up to frame 5 put none in front.
 TEST_F(ThresholdRun, SplicesFollowTheSameLevels) {
-    prepare();
-    const auto stored = writeSlot(0, 6, W, H);
-    Threshold2Stored(2, 0); // overlap 2..6, one stored frame appended
-    ASSERT_EQ(host().totalFrames(), 8);
-    EXPECT_EQ(frame(7), stored[5]);
-    for (int k = 0; k <= 4; ++k) {
-        const int L = thresholdLevelTo(2 + k, 2, 6);
-        expectFrame(2 + k, stored[k], [L](int a) { return 255 - a > L; });
-    }
-
-    prepare();
-    ThresholdFromStored(5, 0); // the slot's six frames end on frame 5: nothing goes in front
-    ASSERT_EQ(host().totalFrames(), 7);
-    for (int f = 0; f <= 5; ++f) {
-        const int L = thresholdLevelFrom(f, 0, 5);
-        expectFrame(f, stored[f], [L](int a) { return a > L; });
+    for (bool to : {true, false}) {
+        prepare();
+        const auto stored = writeSlot(0, 6, W, H);
+        (to ? Threshold2Stored : ThresholdFromStored)(to ? 2 : 5, 0);
+        expectSplice(to, to ? 2 : 5, stored, [&](const Picture& f, const Picture& st, int i, int a, int b) {
+            const int L = to ? thresholdLevelTo(i, a, b) : thresholdLevelFrom(i, a, b);
+            return masked(i, f, st, [L, to](int v) { return (to ? 255 - v : v) > L; });
+        });
     }
 }
 

@@ -16,6 +16,7 @@
 #include "transitions/Slides.h"
 #include "transitions/TransitionSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -244,16 +245,6 @@ class MovingFixture : public ReferenceTest {
         colour = Picture::filled(w, h, host::packColor(200, 30, 60));
         trace.clear();
     }
-    template <class Expected> void expectRun(std::string_view name, int first, int last, Expected expected) {
-        for (int i = 0; i < kFrames; ++i) {
-            const bool made = i >= first && i <= last;
-            EXPECT_EQ(frame(i), made ? expected(i) : original[static_cast<std::size_t>(i)])
-                << name << " frame " << i << (made ? " (made)" : " (untouched)");
-        }
-        EXPECT_EQ(calls("Van_GotoFrame"), gotoCalls(first, last)) << "the frames the module makes";
-        EXPECT_EQ(host().swapPicture(), source) << "the source is the run's own copy";
-        EXPECT_FALSE(host().locked());
-    }
     krl::Plane alpha;
     Picture colour;
 };
@@ -279,13 +270,11 @@ TEST_P(MoveReference, EveryFrameIsTheNamedMotion) {
     prepare(size.w, size.h);
     const Picture& from = src == Source::Swap ? source : colour;
     m.run(S, E, sourceName(src));
-    expectRun(m.name, S + m.firstFromStart, E + m.lastFromEnd, [&](int i) {
+    expectRun(S + m.firstFromStart, E + m.lastFromEnd, [&](int i) {
         return reference(m, original[static_cast<std::size_t>(i)], from, alpha, i, S, E).picture;
     });
-    // The ends: a To run arrives on the source; a From run leaves from it and arrives on the frame.
     if (m.op != Op::AlphaSlide) {
-        EXPECT_EQ(frame(m.name.ends_with("To") ? E : S), from);
-        if (m.name.ends_with("From")) EXPECT_EQ(frame(E), original[E]);
+        expectEnds(m.name.ends_with("To"), from);
     } else {
         // The alpha slide makes its own clear alpha and fetches the frame again for the mix.
         const std::size_t made = E - S + 1;
@@ -321,15 +310,11 @@ TEST_P(OpeningReference, EveryFrameIsTheNamedShape) {
     const auto& [m, size, src] = GetParam();
     prepare(size.w, size.h);
     m.run(S, E, sourceName(src));
-    expectRun(m.name, S + m.first, E + m.last, [&](int i) {
+    expectRun(S + m.first, E + m.last, [&](int i) {
         return expected(m, original[static_cast<std::size_t>(i)], sourceFor(src, i), i, S, E);
     });
-    // Whatever the leaves give, a door's To run ends on the source and its From run starts on the
-    // source and ends on the animation, exactly; an odd size does not leave a seam.
-    if (isDoor(m) && src == Source::Swap) {
-        EXPECT_EQ(frame(m.to() ? E : S), source);
-        if (!m.to()) EXPECT_EQ(frame(E), original[E]);
-    }
+    // Whatever the leaves give, a door's ends are whole pictures; an odd size does not leave a seam.
+    if (isDoor(m) && src == Source::Swap) expectEnds(m.to(), source);
 }
 
 // Every module on both sizes with each source its dialog offers: the doors take no filtered one.
@@ -353,38 +338,16 @@ INSTANTIATE_TEST_SUITE_P(Openings, OpeningReference, testing::ValuesIn(openingCa
 
 class OpeningStored : public MovingFixture, public testing::WithParamInterface<std::tuple<Opening, Size>> {};
 
+// To from frame 2 meets frames 2..6 with stored 0..4 and appends 5, 6; From up to frame 4 puts
+// stored 0, 1 in front.
 TEST_P(OpeningStored, TwinsKeepTheGeometryOverTheOverlap) {
     const auto& [m, size] = GetParam();
     prepare(size.w, size.h);
     const auto slot = writeSlot(2, kFrames, size.w, size.h);
-    if (m.to()) {
-        // Start 2: the overlap is frames 2..6 against stored frames 0..4; 5 and 6 are appended.
-        const int start = 2, end = kFrames - 1;
-        m.stored(start, 2);
-        ASSERT_EQ(host().totalFrames(), start + kFrames);
-        for (int i = 0; i < start; ++i)
-            EXPECT_EQ(frame(i), original[static_cast<std::size_t>(i)]) << i;
-        for (int i = start; i <= end; ++i)
-            EXPECT_EQ(frame(i), expected(m, original[static_cast<std::size_t>(i)],
-                                         slot[static_cast<std::size_t>(i - start)], i, start, end))
-                << m.name << " frame " << i;
-        for (int k = end - start + 1; k < kFrames; ++k)
-            EXPECT_EQ(frame(start + k), slot[static_cast<std::size_t>(k)]) << "appended " << k;
-    } else {
-        // End 4: stored frames 0 and 1 go in front, the overlap 2..6 meets stored frames 2..6.
-        const int end = 4, extra = kFrames - (end + 1);
-        m.stored(end, 2);
-        ASSERT_EQ(host().totalFrames(), kFrames + extra);
-        for (int k = 0; k < extra; ++k)
-            EXPECT_EQ(frame(k), slot[static_cast<std::size_t>(k)]) << "in front " << k;
-        for (int i = extra; i <= extra + end; ++i)
-            EXPECT_EQ(frame(i), expected(m, original[static_cast<std::size_t>(i - extra)],
-                                         slot[static_cast<std::size_t>(i)], i, extra, extra + end))
-                << m.name << " frame " << i;
-        for (int j = end + 1; j < kFrames; ++j)
-            EXPECT_EQ(frame(j + extra), original[static_cast<std::size_t>(j)]) << "after " << j;
-    }
-    EXPECT_FALSE(host().locked());
+    m.stored(m.to() ? 2 : 4, 2);
+    expectSplice(m.to(), m.to() ? 2 : 4, slot, [&](const Picture& f, const Picture& st, int i, int a, int b) {
+        return expected(m, f, st, i, a, b);
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Openings, OpeningStored, testing::Combine(testing::ValuesIn(kOpenings), kSizes),
@@ -392,27 +355,21 @@ INSTANTIATE_TEST_SUITE_P(Openings, OpeningStored, testing::Combine(testing::Valu
 
 class MoveRuns : public MovingFixture {};
 
+// The stored twins meet the slot on the same motion as their plain runs.
 TEST_F(MoveRuns, StoredTwinsSplice) {
-    prepare(12, 8);
-    const auto slot = writeSlot(1, 6, 12, 8);
-    Push2RightToStored(3, 1);
-    ASSERT_EQ(host().totalFrames(), 3 + 6);
-    EXPECT_EQ(frame(3), original[3]) << "the overlap starts on the animation";
-    EXPECT_EQ(frame(6), slot[3]) << "and ends on the stored frame that meets it";
-    EXPECT_EQ(frame(8), slot[5]);
-
-    prepare(12, 8);
-    writeSlot(2, 6, 12, 8);
-    ASlideInFromLeftFromStored(4, 2);
-    ASSERT_EQ(host().totalFrames(), 7 + (6 - 5));
-    EXPECT_EQ(frame(0), slot[0]);
-
-    prepare(12, 8);
-    writeSlot(0, 6, 12, 8);
-    SlideInFromLeftFromStored(4, 0);
-    ASSERT_EQ(host().totalFrames(), 8);
-    EXPECT_EQ(frame(1), slot[1]) << "the overlap starts on the stored frame";
-    EXPECT_EQ(frame(5), original[4]) << "and ends on the animation";
+    for (const auto& [name, run, at] : {std::tuple{"Push2RightTo", &Push2RightToStored, 3},
+                                        {"ASlideInFromLeftFrom", &ASlideInFromLeftFromStored, 4},
+                                        {"SlideInFromLeftFrom", &SlideInFromLeftFromStored, 4}}) {
+        const Motion& m = *std::find_if(std::begin(kMotions), std::end(kMotions),
+                                        [&](const Motion& x) { return x.name == name; });
+        prepare(12, 8);
+        const auto slot = writeSlot(1, 6, 12, 8);
+        run(at, 1);
+        expectSplice(m.name.ends_with("To"), at, slot,
+                     [&](const Picture& f, const Picture& st, int i, int a, int b) {
+                         return reference(m, f, st, alpha, i, a, b).picture;
+                     });
+    }
 }
 
 } // namespace

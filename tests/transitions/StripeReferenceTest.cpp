@@ -99,37 +99,17 @@ std::vector<Case> allCases() {
     return out;
 }
 
-class StripeReference : public TransitionTest, public testing::WithParamInterface<Case> {};
+class StripeReference : public ReferenceTest, public testing::WithParamInterface<Case> {};
 
 TEST_P(StripeReference, EveryFrameIsThePictureTheModuleNames) {
     const Case& c = GetParam();
-    load(9, c.w, c.h);
-    const Picture swap = patternPicture(c.w, c.h, 101);
-    host().loadSwap(swap);
-    const int S = 2, E = 7;
-    const StripeMember& member = stripeMember(c.family, c.member);
-    const StripeModule& m = c.to ? member.to : member.from;
-    if (c.to)
-        runStripesTo(c.family, c.member, c.sizes, S, E, "Swap");
-    else
-        runStripesFrom(c.family, c.member, c.sizes, S, E, "Swap");
-
-    const int first = m.frames == Frames::AfterStart ? S + 1 : S;
-    const int last = m.frames == Frames::BeforeEnd ? E - 1 : E;
-    for (int i = 0; i < 9; ++i) {
-        const Picture want =
-            i >= first && i <= last ? expected(m, c.sizes, original[i], swap, i, S, E) : original[i];
-        EXPECT_EQ(frame(i), want) << "frame " << i;
-    }
-    // The ends, whichever triple the module writes: To arrives on the source, From leaves from it.
-    if (c.to) {
-        EXPECT_EQ(frame(E), swap);
-    } else {
-        EXPECT_EQ(frame(S), swap);
-        EXPECT_EQ(frame(E), original[E]);
-    }
-    EXPECT_EQ(host().swapPicture(), swap) << "the swap is read, never written";
-    EXPECT_FALSE(host().locked());
+    prepare(c.w, c.h);
+    const StripeModule& m =
+        c.to ? stripeMember(c.family, c.member).to : stripeMember(c.family, c.member).from;
+    (c.to ? runStripesTo : runStripesFrom)(c.family, c.member, c.sizes, S, E, "Swap");
+    expectRun(m.frames == Frames::AfterStart ? S + 1 : S, m.frames == Frames::BeforeEnd ? E - 1 : E,
+              [&](int i) { return expected(m, c.sizes, original[i], source, i, S, E); });
+    expectEnds(c.to, source);
 }
 
 INSTANTIATE_TEST_SUITE_P(Modules, StripeReference, testing::ValuesIn(allCases()), caseName);
@@ -137,15 +117,12 @@ INSTANTIATE_TEST_SUITE_P(Modules, StripeReference, testing::ValuesIn(allCases())
 // A stored twin meets stored frame k with the overlap's k-th frame, on the same geometry.
 TEST_F(TransitionTest, StripeSpliceMixesEachStoredFrameOnTheSameGeometry) {
     load(5, 16, 12);
-    const auto stored = writeSlot(0, 4, 16, 12);
     const StripeSizes sizes{4, 2};
+    const auto slot = writeSlot(0, 4, 16, 12);
     runStripesToStored(StripeFamily::Stripes, 1, sizes, 2, 0);
-    ASSERT_EQ(host().totalFrames(), 6);
-    const StripeModule& m = stripeMember(StripeFamily::Stripes, 1).to;
-    for (int k = 0; k < 3; ++k)
-        EXPECT_EQ(frame(2 + k), expected(m, sizes, original[2 + k], stored[k], 2 + k, 2, 4))
-            << "frame " << 2 + k;
-    EXPECT_EQ(frame(5), stored[3]);
+    expectSplice(true, 2, slot, [&](const Picture& f, const Picture& st, int i, int a, int b) {
+        return expected(stripeMember(StripeFamily::Stripes, 1).to, sizes, f, st, i, a, b);
+    });
 }
 
 } // namespace

@@ -142,28 +142,12 @@ INSTANTIATE_TEST_SUITE_P(Families, PreviewIsApply,
 // --- the real host is left alone ---------------------------------------------------------------------
 
 // Everything of the host a preview could disturb, and the temporary folder's files.
-struct Seen {
-    std::vector<host::Picture> frames;
-    host::Picture swap;
-    krl::Plane alpha;
-    int current;
-    double progress;
-    bool locked, statusOpen, canUndo;
-    int pointer;
-    std::size_t dialogs;
+auto seen(const host::HostState& h) {
     std::map<QString, std::pair<qint64, QDateTime>> files;
-    bool operator==(const Seen&) const = default;
-};
-
-Seen seen(const host::HostState& h) {
-    Seen s{{},         h.swapPicture(), h.alphaPlane(),        h.currentFrame(), h.progress(),
-           h.locked(), h.statusOpen(),  h.history().canUndo(), h.pointer(),      h.dialogs().size(),
-           {}};
-    for (int f = 0; f < h.totalFrames(); ++f)
-        s.frames.push_back(h.framePicture(f));
     for (const QFileInfo& i : QDir(QString::fromStdString(h.tempDir())).entryInfoList(QDir::Files))
-        s.files[i.fileName()] = {i.size(), i.lastModified()};
-    return s;
+        files[i.fileName()] = {i.size(), i.lastModified()};
+    return std::tuple{HostSnapshot::of(h),   h.progress(), h.locked(),         h.statusOpen(),
+                      h.history().canUndo(), h.pointer(),  h.dialogs().size(), files};
 }
 
 TEST_F(PreviewTest, NeverTouchesTheRunningHost) {
@@ -172,7 +156,7 @@ TEST_F(PreviewTest, NeverTouchesTheRunningHost) {
     host().gotoFrame(3);
     open(transitions::wipesFamily());
     settle();
-    const Seen before = seen(host());
+    const auto before = seen(host());
 
     // Each change runs its own handler first, whose calls are the dialog's; then the preview runs.
     const std::vector<std::function<void()>> changes = {

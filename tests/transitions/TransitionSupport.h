@@ -69,6 +69,23 @@ class TransitionTest : public HostTest {
             n += p.data()[i] == v;
         return n;
     }
+    // A stored twin's result. To from `at` keeps the frames before it, meets frames at.. with the
+    // slot's first frames and appends the rest of the slot; From up to `at` puts the slot's first frames
+    // in front and meets frames 0..at with its last ones. mix(frame, stored, i, first, last) is frame i
+    // of the overlap first..last of the result.
+    template <class Mix> void expectSplice(bool to, int at, const std::vector<host::Picture>& slot, Mix mix) {
+        const int n = static_cast<int>(original.size()), s = static_cast<int>(slot.size());
+        const int extra = to ? 0 : s - (at + 1), first = to ? at : extra, last = to ? n - 1 : extra + at;
+        ASSERT_EQ(host().totalFrames(), to ? at + s : n + extra);
+        for (int i = 0; i < host().totalFrames(); ++i) {
+            const host::Picture& f = original[static_cast<std::size_t>(to ? i : i - extra)];
+            const host::Picture& st = slot[static_cast<std::size_t>(to ? i - at : i)];
+            const bool outside = i < first || i > last;
+            EXPECT_EQ(frame(i), outside ? ((i < first) != to ? st : f) : mix(f, st, i, first, last))
+                << (to ? "To" : "From") << "Stored frame " << i << (outside ? " (outside)" : "");
+        }
+        EXPECT_FALSE(host().locked());
+    }
     std::vector<host::Picture> original;
 };
 
@@ -82,6 +99,23 @@ class ReferenceTest : public TransitionTest {
         source = patternPicture(w, h, 101);
         host().loadSwap(source);
         trace.clear();
+    }
+    // A run that makes frames first..last: made(i) there, the others untouched, the source the run's
+    // own copy, and every frame it makes visited once, in order.
+    template <class Made> void expectRun(int first, int last, Made made) {
+        for (int i = 0; i < kFrames; ++i) {
+            const bool m = i >= first && i <= last;
+            EXPECT_EQ(frame(i), m ? made(i) : original[static_cast<std::size_t>(i)])
+                << "frame " << i << (m ? " (made)" : " (untouched)");
+        }
+        EXPECT_EQ(calls("Van_GotoFrame"), gotoCalls(first, last)) << "the frames the run makes";
+        EXPECT_EQ(host().swapPicture(), source) << "the source is the run's own copy";
+        EXPECT_FALSE(host().locked());
+    }
+    // A To run arrives on the source; a From run leaves from it and arrives on the frame.
+    void expectEnds(bool to, const host::Picture& from) {
+        EXPECT_EQ(frame(to ? E : S), from) << "the run's end on the source";
+        if (!to) EXPECT_EQ(frame(E), original[E]) << "a From run arrives on the frame";
     }
     host::Picture source;
 };

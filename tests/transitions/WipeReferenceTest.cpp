@@ -42,85 +42,53 @@ Picture paint(Picture into, const Picture& from, Rect r) {
     return into;
 }
 
-using Case = std::tuple<int /*member*/, int /*width*/>;
+using Case = std::tuple<int /*member*/, int /*width*/, bool /*to*/>;
 
-class WipeReference : public TransitionTest, public testing::WithParamInterface<Case> {
+class WipeReference : public ReferenceTest, public testing::WithParamInterface<Case> {
   protected:
     void SetUp() override {
-        TransitionTest::SetUp();
-        std::tie(member, W) = GetParam();
+        ReferenceTest::SetUp();
+        std::tie(member, W, to) = GetParam();
         H = W - 4;
+        prepare(W, H);
     }
-    // A slot of n frames, each its own pattern, in the animation's size.
-    std::vector<Picture> patternSlot(int n) {
-        const std::vector<Picture> frames = patternFrames(n, W, H, 101);
-        writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 0)), slotBytes(n, frames));
-        return frames;
-    }
-    void expectFrames(const std::vector<Picture>& expected) {
-        ASSERT_EQ(host().totalFrames(), static_cast<int>(expected.size()));
-        for (std::size_t f = 0; f < expected.size(); ++f)
-            EXPECT_EQ(frame(static_cast<int>(f)), expected[f]) << "frame " << f;
+    // Frame i of a run over a..b: the To rows lay the source's rectangle over the frame, the From rows
+    // the frame's over the source (changed in place, but each rectangle holds the one before it).
+    Picture mixed(const Picture& frame, const Picture& src, int i, int a, int b) const {
+        const Rect r = wipeRect(member, to, i, a, b, W, H);
+        return to ? paint(frame, src, r) : paint(src, frame, r);
     }
     int member = 0, W = 0, H = 0;
+    bool to = true;
 };
 
-TEST_P(WipeReference, To) {
-    load(7, W, H);
-    runWipeTo(WipeFamily::Plain, member, 1, 5, "Swap");
-    std::vector<Picture> expected = original;
-    // Only the top wipe mixes at Start as well.
-    for (int i = member == 3 ? 1 : 2; i <= 5; ++i)
-        expected[i] = paint(original[i], host().swapPicture(), wipeRect(member, true, i, 1, 5, W, H));
-    expectFrames(expected);
+// Only the top wipe mixes at Start as well; the others' From runs start on the whole source.
+TEST_P(WipeReference, Plain) {
+    (to ? runWipeTo : runWipeFrom)(WipeFamily::Plain, member, S, E, "Swap");
+    expectRun(to && member != 3 ? S + 1 : S, E, [&](int i) {
+        return i == S && member != 3 ? source : mixed(original[static_cast<std::size_t>(i)], source, i, S, E);
+    });
 }
 
-TEST_P(WipeReference, From) {
-    load(7, W, H);
-    runWipeFrom(WipeFamily::Plain, member, 1, 5, "Swap");
-    std::vector<Picture> expected = original;
-    expected[1] = host().swapPicture();
-    if (member == 3) expected[1] = paint(expected[1], original[1], wipeRect(member, false, 1, 1, 5, W, H));
-    // The source is changed in place, but each rectangle holds the one before it.
-    for (int i = 2; i <= 5; ++i)
-        expected[i] = paint(host().swapPicture(), original[i], wipeRect(member, false, i, 1, 5, W, H));
-    expectFrames(expected);
-}
-
-TEST_P(WipeReference, ToStored) {
-    load(7, W, H);
-    const auto slot = patternSlot(9);
-    runWipeToStored(WipeFamily::Plain, member, 2, 0);
-    // Start 2, End 6: stored frame k meets frame 2 + k, and stored frames 5..8 are appended.
-    std::vector<Picture> expected(original.begin(), original.begin() + 3);
-    for (int i = 3; i <= 6; ++i)
-        expected.push_back(paint(original[i], slot[i - 2], wipeRect(member, true, i, 2, 6, W, H)));
-    for (int k = 5; k < 9; ++k)
-        expected.push_back(slot[k]);
-    expectFrames(expected);
-}
-
-TEST_P(WipeReference, FromStored) {
-    load(7, W, H);
-    const auto slot = patternSlot(9);
-    runWipeFromStored(WipeFamily::Plain, member, 4, 0);
-    // End 4: Extra 4, the overlap is frames 4..8 of the result, animation frames 0..4.
-    std::vector<Picture> expected(slot.begin(), slot.begin() + 4);
-    expected.push_back(slot[4]);
-    for (int i = 5; i <= 8; ++i)
-        expected.push_back(paint(slot[i], original[i - 4], wipeRect(member, false, i, 4, 8, W, H)));
-    expected.push_back(original[5]);
-    expected.push_back(original[6]);
-    expectFrames(expected);
+// The splices make no call at the overlap's first frame, the top wipe's neither.
+TEST_P(WipeReference, Stored) {
+    const std::vector<Picture> slot = patternFrames(9, W, H, 101);
+    putSlot(tempDir(), 0, slot);
+    (to ? runWipeToStored : runWipeFromStored)(WipeFamily::Plain, member, to ? 2 : 4, 0);
+    expectSplice(to, to ? 2 : 4, slot, [&](const Picture& f, const Picture& st, int i, int a, int b) {
+        return i == a ? (to ? f : st) : mixed(f, st, i, a, b);
+    });
 }
 
 std::string caseName(const testing::TestParamInfo<Case>& i) {
     static const char* names[] = {"Right", "Left", "Bottom", "Top"};
-    return std::string(names[std::get<0>(i.param)]) + std::to_string(std::get<1>(i.param));
+    return std::string(names[std::get<0>(i.param)]) + std::to_string(std::get<1>(i.param)) +
+           (std::get<2>(i.param) ? "To" : "From");
 }
 
 INSTANTIATE_TEST_SUITE_P(Members, WipeReference,
-                         testing::Combine(testing::Range(0, 4), testing::Values(21, 24)), caseName);
+                         testing::Combine(testing::Range(0, 4), testing::Values(21, 24), testing::Bool()),
+                         caseName);
 
 } // namespace
 } // namespace kirrel::test
