@@ -185,10 +185,10 @@ struct ShapeCase {
     int sources;                // entries of the source list, the last "Stored Animation #4"
     const char* variantControl; // a list, option buttons with %1, or "" for none
     int variants;
-    const char* variantItems; // the variant list's exact entries, separated by '|'; "" unchecked
-    const char* absent;       // controls the dialog must not have, separated by '|'
-    const char* plain;        // the plain sources run, separated by '|'
-    const char* slotEmpty;    // the refusal of an empty slot; "" unchecked
+    const char* variantItems;             // the variant list's exact entries, separated by '|'; "" unchecked
+    const char* absent;                   // controls the dialog must not have, separated by '|'
+    const char* plain = "Swap";           // the plain sources run, separated by '|'
+    const char* slotEmpty = "Slot Empty"; // the refusal of an empty slot; "" unchecked
     int slotW = 16, slotH = 12;
 };
 
@@ -287,16 +287,15 @@ constexpr const char* kThreePlain = "Swap|Primary Color|Green & Blue Channels";
 INSTANTIATE_TEST_SUITE_P(
     Dialogs, EveryVariant,
     testing::Values(
-        ShapeCase{"Wipes", "frmWipes", "Kirrel-Wipes", "cboWipeOptions", 14, "cboTransitions", 4, "", "",
-                  "Swap", "Slot Empty"},
+        ShapeCase{"Wipes", "frmWipes", "Kirrel-Wipes", "cboWipeOptions", 14, "cboTransitions", 4, "", ""},
         ShapeCase{"Alpha Wipes", "frmAlphaWipes", "Kirrel-Alpha Wipes (Requires Alpha Channel)",
-                  "cboWipeOptions", 14, "cboTransitions", 4, "", "", "Swap", "Slot Empty"},
+                  "cboWipeOptions", 14, "cboTransitions", 4, "", ""},
         ShapeCase{"Fades", "frmFades", "Kirrel-Fades", "cboFadeOptions", 17, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Alpha Fades", "frmAlphaFades", "Kirrel-Alpha Fades", "cboFadeOptions", 17, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Dissolves", "frmDissolves", "Kirrel - Dissolves", "cboDissolveOptions", 14, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Pushes", "frmPushes", "Kirrel-Pushes", "cboTransitions", 6, "cboPushOptions", 4,
                   "Push To Left|Push To Right|Push Up|Push Down", "", "Swap", "Slot Empty."},
         ShapeCase{"Slides", "frmSlides", "Kirrel-Slides", "cboTransitions", 6, "cboSlideOptions", 8, "", "",
@@ -305,17 +304,17 @@ INSTANTIATE_TEST_SUITE_P(
                   "cboSlideOptions", 8, "", "", "Swap", "Slot Empty."},
         // The pattern dialogs: only the circles show a preview.
         ShapeCase{"Blinds", "frmBlinds", "Kirrel-Blinds", "cboTransitions", 14, "cboBlindsOptions", 2,
-                  "Horizontal Blinds|Vertical Blinds", "PreviewBox", "Swap", "Slot Empty"},
+                  "Horizontal Blinds|Vertical Blinds", "PreviewBox"},
         ShapeCase{"Diamonds", "frmDiamonds", "Kirrel - Diamonds", "cboTransitions", 14, "cboDiamondsOptions",
-                  2, "Diamond Open|Diamond Close", "PreviewBox", "Swap", "Slot Empty"},
+                  2, "Diamond Open|Diamond Close", "PreviewBox"},
         ShapeCase{"Iris", "frmIris", "Kirrel - Iris Transitions", "cboTransitions", 14, "cboIrisOptions", 2,
-                  "Iris Open|Iris Close", "PreviewBox", "Swap", "Slot Empty"},
+                  "Iris Open|Iris Close", "PreviewBox"},
         ShapeCase{"Lines", "frmLines", "Kirrel - Lines", "cboTransitions", 14, "cboLineOptions", 4,
-                  "Lines to Left|Lines to Right|Lines Up|Lines Down", "PreviewBox", "Swap", "Slot Empty"},
+                  "Lines to Left|Lines to Right|Lines Up|Lines Down", "PreviewBox"},
         ShapeCase{"X Transition", "frmX", "Kirrel - X Transitons", "cboTransitions", 14, "cboXOptions", 2,
-                  "X Open|X Close", "PreviewBox", "Swap", "Slot Empty"},
+                  "X Open|X Close", "PreviewBox"},
         ShapeCase{"Circles", "frmCircles", "Kirrel - Circle Transition", "cboTransitions", 14,
-                  "cboCircleOptions", 2, "Circle Open|Circle Close", "", "Swap", "Slot Empty"},
+                  "cboCircleOptions", 2, "Circle Open|Circle Close", ""},
         // The stripes and blocks: option buttons, or none.
         ShapeCase{"Stripes/Weaves", "frmStripes", "Kirrel-Stripes/Weaves", "cboStripeOptions", 14,
                   "optDirection(%1)", 3, "", "optDirection(3)|cboTransitions", "Swap|Primary Color",
