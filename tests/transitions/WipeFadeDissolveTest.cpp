@@ -305,19 +305,16 @@ TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
 
 TEST_F(StoredSplice, TheTopWipesFromStoredRunSkipsItsTwoPositioningCalls) {
     // Total 4, End 2, slot 5: Extra 2, StartS 2. The other members go to StartS before each frame put
-    // in front and once more before the overlap; the result is the same all the same.
+    // in front and once more before the overlap; the results, the same all the same, are the wipe
+    // reference's business.
     auto positioning = [this](void (*run)(int, int)) {
         load(4, 6, 6);
         writeSlot(0, 5, 6, 6);
         run(2, 0);
         return std::count(trace.begin(), trace.end(), "Van_GotoFrame(2)");
     };
-    const auto left = positioning(Wipe2LeftFromStored);
-    const auto top = positioning(Wipe2TopFromStored);
-    EXPECT_EQ(left - top, 3) << "two front frames and the move before the overlap";
-    const auto topResult = host().framePicture(4);
-    positioning(Wipe2LeftFromStored);
-    EXPECT_EQ(host().framePicture(4), topResult);
+    EXPECT_EQ(positioning(Wipe2LeftFromStored) - positioning(Wipe2TopFromStored), 3)
+        << "two front frames and the move before the overlap";
 }
 
 TEST_F(StoredSplice, AnEmptySlotIsRefusedBeforeAnythingChanges) {
