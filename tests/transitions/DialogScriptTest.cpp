@@ -18,8 +18,11 @@ namespace {
 
 using DialogScript = ScriptTest;
 
+// One session of refusals, each in its own words, none of them locking the host: a short range, a
+// resized animation, an empty slot, Block Out's five frames (which run), Threshold Mask's three, an iris
+// whose mask overflows (bounds 9 by 8: the far column lies 1.25 out) and an animation with no frames left.
 TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [9, 8], "frames": 5},
       "steps": [
         {"open": "Wipes"},
         {"set": {"control": "cboFrameStart", "index": 3}},
@@ -36,28 +39,56 @@ TEST_F(DialogScript, RefusalsComeBeforeAnythingChanges) {
         {"dump": "resized"},
         {"set": {"control": "cboWipeOptions", "text": "Stored Animation #2"}},
         {"click": "cmd_Run"},
-        {"dump": "empty"}]})JS");
+        {"dump": "empty"},
+        {"open": "Block Out"},
+        {"set": {"control": "cboFrameStart", "index": 3}}, {"click": "cmd_Run"},
+        {"set": {"control": "cboFrameStart", "index": 2}}, {"click": "cmd_Run"},
+        {"close": "frmBlocks"},
+        {"open": "Threshold Mask"},
+        {"set": {"control": "cboFrameStart", "index": 5}}, {"click": "cmd_Run"},
+        {"dump": "threshold"},
+        {"open": "Iris"}, {"click": "cmd_Run"},
+        {"set": {"control": "cboIrisOptions", "index": 1}}, {"click": "lblToggle"}, {"click": "cmd_Run"},
+        {"dump": "iris"},
+        {"open": "Fades"},
+        {"host": "Van_DeleteFrame", "args": [0]}, {"host": "Van_DeleteFrame", "args": [0]},
+        {"host": "Van_DeleteFrame", "args": [0]}, {"host": "Van_DeleteFrame", "args": [0]},
+        {"host": "Van_DeleteFrame", "args": [0]}, {"host": "Van_DeleteFrame", "args": [0]},
+        {"host": "Van_DeleteFrame", "args": [0]},
+        {"click": "cmd_Run"},
+        {"answer": [{"question": 1}, {"input": " 30"}]},
+        {"click": "cmd_Run"},
+        {"dump": "made"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
-    const QJsonObject shortRange = state("short");
-    EXPECT_EQ(dialogTexts(shortRange), (std::vector<std::string>{"Need at least 3 frames selected!"}));
-    EXPECT_FALSE(shortRange["locked"].toBool());
-
+    EXPECT_EQ(dialogTexts(state("short")), (std::vector<std::string>{"Need at least 3 frames selected!"}));
     // Start above End: the list just left wins.
     EXPECT_EQ(formControl(state("pulledDown"), "frmWipes", "cboFrameStart")["index"].toInt(), 1);
     EXPECT_EQ(formControl(state("pulledUp"), "frmWipes", "cboFrameEnd")["index"].toInt(), 2);
-
-    const QJsonObject resized = state("resized");
-    EXPECT_EQ(dialogTexts(resized).back(), "Animation Size Changed. Settings updated.");
-    EXPECT_EQ(listItems(resized, "frmWipes", "cboFrameEnd").size(), 7) << "the lists follow the new count";
-
+    EXPECT_EQ(listItems(state("resized"), "frmWipes", "cboFrameEnd").size(), 7)
+        << "the lists follow the new count";
     const QJsonObject empty = state("empty");
     EXPECT_EQ(controlText(empty, "frmWipes", "lblStoredDesc"), "This Slot Is Empty!");
     EXPECT_TRUE(formControl(empty, "frmWipes", "lblStoredDesc")["visible"].toBool());
-    EXPECT_EQ(dialogTexts(empty).back(), "Slot Empty");
+    EXPECT_EQ(controlText(state("threshold"), "frmThresholdMask", "lblWarning"),
+              "Requires an active Alpha Channel to use Threshold filter on");
+
+    const QJsonObject iris = state("iris");
+    const std::string overflow = "Overflow\n\nNothing was changed.";
+    EXPECT_EQ(dialogTexts(iris),
+              (std::vector<std::string>{"Need at least 3 frames selected!",
+                                        "Animation Size Changed. Settings updated.", "Slot Empty",
+                                        "Need at least 5 frames selected!",
+                                        "Need at least 3 frames selected!", overflow, overflow}));
+    EXPECT_EQ(iris["dialogs"].toArray().last().toObject()["kind"].toString(), "error");
+    EXPECT_TRUE(formControl(iris, "frmIris", "cmd_Run")["enabled"].toBool()) << "Apply comes back";
+    EXPECT_FALSE(iris["locked"].toBool());
     const auto trace = traceLines();
-    EXPECT_TRUE(
-        std::none_of(trace.begin(), trace.end(), [](const std::string& l) { return l == "Van_Lock()"; }));
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "Van_Lock()"), 1) << "only Block Out's five frames ran";
+
+    const QJsonObject made = state("made");
+    EXPECT_EQ(made["total_frames"].toInt(), 30) << "the default text \" 30\" reads as 30";
+    EXPECT_EQ(listItems(made, "frmFades", "cboFrameEnd").size(), 30);
 }
 
 TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
@@ -144,23 +175,6 @@ TEST_F(DialogScript, StoredListsOfferOnlyWhereASpliceCanRun) {
     EXPECT_EQ(refused["total_frames"].toInt(), 11);
 }
 
-TEST_F(DialogScript, WithoutAnAnimationApplyOffersToMakeOne) {
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp"},
-      "steps": [
-        {"host": "Van_CreateAnim", "args": [3]},
-        {"open": "Fades"},
-        {"host": "Van_DeleteFrame", "args": [0]}, {"host": "Van_DeleteFrame", "args": [0]},
-        {"host": "Van_DeleteFrame", "args": [0]},
-        {"click": "cmd_Run"},
-        {"answer": [{"question": 1}, {"input": " 30"}]},
-        {"click": "cmd_Run"},
-        {"dump": "made"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    const QJsonObject made = state("made");
-    EXPECT_EQ(made["total_frames"].toInt(), 30) << "the default text \" 30\" reads as 30";
-    EXPECT_EQ(listItems(made, "frmFades", "cboFrameEnd").size(), 30);
-}
-
 // Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored,
 // after an Apply on an empty slot, whose words differ between dialogs.
 struct ShapeCase {
@@ -171,10 +185,10 @@ struct ShapeCase {
     int sources;                // entries of the source list, the last "Stored Animation #4"
     const char* variantControl; // a list, option buttons with %1, or "" for none
     int variants;
-    const char* variantItems; // the variant list's exact entries, separated by '|'; "" unchecked
-    const char* absent;       // controls the dialog must not have, separated by '|'
-    const char* plain;        // the plain sources run, separated by '|'
-    const char* slotEmpty;    // the refusal of an empty slot; "" unchecked
+    const char* variantItems;             // the variant list's exact entries, separated by '|'; "" unchecked
+    const char* absent;                   // controls the dialog must not have, separated by '|'
+    const char* plain = "Swap";           // the plain sources run, separated by '|'
+    const char* slotEmpty = "Slot Empty"; // the refusal of an empty slot; "" unchecked
     int slotW = 16, slotH = 12;
 };
 
@@ -273,16 +287,15 @@ constexpr const char* kThreePlain = "Swap|Primary Color|Green & Blue Channels";
 INSTANTIATE_TEST_SUITE_P(
     Dialogs, EveryVariant,
     testing::Values(
-        ShapeCase{"Wipes", "frmWipes", "Kirrel-Wipes", "cboWipeOptions", 14, "cboTransitions", 4, "", "",
-                  "Swap", "Slot Empty"},
+        ShapeCase{"Wipes", "frmWipes", "Kirrel-Wipes", "cboWipeOptions", 14, "cboTransitions", 4, "", ""},
         ShapeCase{"Alpha Wipes", "frmAlphaWipes", "Kirrel-Alpha Wipes (Requires Alpha Channel)",
-                  "cboWipeOptions", 14, "cboTransitions", 4, "", "", "Swap", "Slot Empty"},
+                  "cboWipeOptions", 14, "cboTransitions", 4, "", ""},
         ShapeCase{"Fades", "frmFades", "Kirrel-Fades", "cboFadeOptions", 17, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Alpha Fades", "frmAlphaFades", "Kirrel-Alpha Fades", "cboFadeOptions", 17, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Dissolves", "frmDissolves", "Kirrel - Dissolves", "cboDissolveOptions", 14, "", 0, "",
-                  "cboTransitions|Label2", "Swap", "Slot Empty"},
+                  "cboTransitions|Label2"},
         ShapeCase{"Pushes", "frmPushes", "Kirrel-Pushes", "cboTransitions", 6, "cboPushOptions", 4,
                   "Push To Left|Push To Right|Push Up|Push Down", "", "Swap", "Slot Empty."},
         ShapeCase{"Slides", "frmSlides", "Kirrel-Slides", "cboTransitions", 6, "cboSlideOptions", 8, "", "",
@@ -291,17 +304,17 @@ INSTANTIATE_TEST_SUITE_P(
                   "cboSlideOptions", 8, "", "", "Swap", "Slot Empty."},
         // The pattern dialogs: only the circles show a preview.
         ShapeCase{"Blinds", "frmBlinds", "Kirrel-Blinds", "cboTransitions", 14, "cboBlindsOptions", 2,
-                  "Horizontal Blinds|Vertical Blinds", "PreviewBox", "Swap", "Slot Empty"},
+                  "Horizontal Blinds|Vertical Blinds", "PreviewBox"},
         ShapeCase{"Diamonds", "frmDiamonds", "Kirrel - Diamonds", "cboTransitions", 14, "cboDiamondsOptions",
-                  2, "Diamond Open|Diamond Close", "PreviewBox", "Swap", "Slot Empty"},
+                  2, "Diamond Open|Diamond Close", "PreviewBox"},
         ShapeCase{"Iris", "frmIris", "Kirrel - Iris Transitions", "cboTransitions", 14, "cboIrisOptions", 2,
-                  "Iris Open|Iris Close", "PreviewBox", "Swap", "Slot Empty"},
+                  "Iris Open|Iris Close", "PreviewBox"},
         ShapeCase{"Lines", "frmLines", "Kirrel - Lines", "cboTransitions", 14, "cboLineOptions", 4,
-                  "Lines to Left|Lines to Right|Lines Up|Lines Down", "PreviewBox", "Swap", "Slot Empty"},
+                  "Lines to Left|Lines to Right|Lines Up|Lines Down", "PreviewBox"},
         ShapeCase{"X Transition", "frmX", "Kirrel - X Transitons", "cboTransitions", 14, "cboXOptions", 2,
-                  "X Open|X Close", "PreviewBox", "Swap", "Slot Empty"},
+                  "X Open|X Close", "PreviewBox"},
         ShapeCase{"Circles", "frmCircles", "Kirrel - Circle Transition", "cboTransitions", 14,
-                  "cboCircleOptions", 2, "Circle Open|Circle Close", "", "Swap", "Slot Empty"},
+                  "cboCircleOptions", 2, "Circle Open|Circle Close", ""},
         // The stripes and blocks: option buttons, or none.
         ShapeCase{"Stripes/Weaves", "frmStripes", "Kirrel-Stripes/Weaves", "cboStripeOptions", 14,
                   "optDirection(%1)", 3, "", "optDirection(3)|cboTransitions", "Swap|Primary Color",
@@ -339,36 +352,22 @@ INSTANTIATE_TEST_SUITE_P(
             "", "Swap|Primary Color", "Slot Empty.", 20, 9}),
     [](const testing::TestParamInfo<ShapeCase>& i) { return std::string(i.param.form); });
 
-// An iris whose mask overflows is reported, and the dialog stays usable.
-TEST_F(DialogScript, AnIrisThatOverflowsIsReportedAndTheDialogGoesOn) {
-    // Bounds 5 by 5: the centres round down to 2 and the far corner lies 1.5 out on both axes.
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [5, 5], "frames": 4},
-      "steps": [
-        {"open": "Iris"}, {"click": "cmd_Run"},
-        {"set": {"control": "cboIrisOptions", "index": 1}}, {"click": "lblToggle"}, {"click": "cmd_Run"},
-        {"open": "Diamonds"}, {"click": "cmd_Run"},
-        {"dump": "end"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    const QJsonObject end = state("end");
-    const QJsonArray boxes = end["dialogs"].toArray();
-    ASSERT_EQ(boxes.size(), 2) << "each Iris run fails alike; the Diamonds run cleanly";
-    for (const auto& box : boxes) {
-        EXPECT_EQ(box.toObject()["kind"].toString(), "error");
-        EXPECT_EQ(box.toObject()["text"].toString(), "Overflow\n\nNothing was changed.");
-    }
-    EXPECT_TRUE(formControl(end, "frmIris", "cmd_Run")["enabled"].toBool()) << "Apply comes back";
-    EXPECT_FALSE(end["locked"].toBool());
-}
-
-TEST_F(DialogScript, StripeSizesAreKeptDoubledAndShownHalved) {
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 5},
+// Three pixels high is a stored 6: rows 0..2 fill from the left, rows 3..5 from the right. At the
+// middle of 0..2 half the width (10 of 21 columns) is filled.
+TEST_F(DialogScript, StripeSizesAreKeptDoubledShownHalvedAndRunDoubled) {
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 3,
+                                           "primary": [1, 2, 3]},
       "steps": [
         {"open": "Stripes/Weaves"},
         {"dump": "load"},
+        {"set": {"control": "optDirection(1)", "value": true}},
+        {"set": {"control": "cboStripeOptions", "text": "Primary Color"}},
+        {"click": "cmd_Run"}, {"dump": "fine"},
         {"answer": [{"value": 3}, {"value": 0}, {"value": -1}, {"value": 1}]},
         {"click": "cmdHsize"}, {"dump": "three"},
         {"click": "cmdVsize"}, {"dump": "zero"},
         {"click": "cmdHsize"}, {"dump": "backedOut"},
+        {"click": "cmd_Run"}, {"dump": "coarse"},
         {"click": "cmdHsize"}, {"dump": "one"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const QJsonObject load = state("load");
@@ -398,52 +397,14 @@ TEST_F(DialogScript, StripeSizesAreKeptDoubledAndShownHalved) {
         EXPECT_NE(boxes[k].find("Set Horizontal Stripe Size"), std::string::npos) << boxes[k];
         EXPECT_NE(boxes[k].find(k < 2 ? ", 1, " : ", 3, "), std::string::npos) << boxes[k];
     }
-}
 
-// Three pixels high is a stored 6: rows 0..2 fill from the left, rows 3..5 from the right. At the
-// middle of 0..2 half the width (10 of 21 columns) is filled.
-TEST_F(DialogScript, TheRunTakesTheDoubledSize) {
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 3,
-                                           "primary": [1, 2, 3]},
-      "steps": [
-        {"open": "Stripes/Weaves"},
-        {"set": {"control": "optDirection(1)", "value": true}},
-        {"set": {"control": "cboStripeOptions", "text": "Primary Color"}},
-        {"click": "cmd_Run"}, {"dump": "fine"},
-        {"answer": [{"value": 3}]}, {"click": "cmdHsize"},
-        {"click": "cmd_Run"}, {"dump": "coarse"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    // The coarse run goes over the fine one's frames, whose row 3 filled from the right as well.
     EXPECT_NE(red("fine", 1, 0, 1), 1) << "one pixel high: row 1 fills from the right";
     EXPECT_EQ(red("fine", 1, 0, 0), 1);
     EXPECT_EQ(red("coarse", 1, 0, 1), 1) << "three pixels high: row 1 fills from the left";
     EXPECT_EQ(red("coarse", 1, 0, 2), 1);
     EXPECT_NE(red("coarse", 1, 0, 3), 1);
     EXPECT_EQ(red("coarse", 1, 20, 3), 1);
-}
-
-TEST_F(DialogScript, RefusalsInTheirOwnWords) {
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 6},
-      "steps": [
-        {"open": "Block Out"},
-        {"set": {"control": "cboFrameStart", "index": 2}},
-        {"click": "cmd_Run"},
-        {"dump": "blocks4"},
-        {"set": {"control": "cboFrameStart", "index": 1}},
-        {"click": "cmd_Run"},
-        {"dump": "blocks5"},
-        {"close": "frmBlocks"},
-        {"open": "Threshold Mask"},
-        {"set": {"control": "cboFrameStart", "index": 4}},
-        {"click": "cmd_Run"},
-        {"dump": "threshold"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(dialogTexts(state("blocks4")), (std::vector<std::string>{"Need at least 5 frames selected!"}));
-    EXPECT_EQ(dialogTexts(state("blocks5")).size(), 1u) << "five frames run";
-    EXPECT_EQ(dialogTexts(state("threshold")).back(), "Need at least 3 frames selected!");
-    const QJsonObject threshold = state("threshold");
-    EXPECT_EQ(controlText(threshold, "frmThresholdMask", "lblWarning"),
-              "Requires an active Alpha Channel to use Threshold filter on");
-    EXPECT_FALSE(threshold["locked"].toBool());
 }
 
 } // namespace

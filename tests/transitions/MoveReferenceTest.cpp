@@ -31,7 +31,7 @@ using namespace transitions;
 enum class Op { Push, Slide, AlphaSlide };
 
 struct Motion {
-    std::string_view name;
+    std::string name;
     void (*run)(int, int, const std::string&);
     Op op;
     bool sourceFirst; // the picture the call writes and sends is the source
@@ -90,7 +90,7 @@ Reference reference(const Motion& m, const Picture& main, const Picture& src, co
 }
 
 // The modules as the dialogs name them, with the motion each makes.
-const Motion kMotions[] = {
+const Motion kPushes[] = {
     {"Push2LeftTo", Push2LeftTo, Op::Push, false, true, 2, 1, 0},
     {"Push2LeftFrom", Push2LeftFrom, Op::Push, true, true, 2, 0, -1},
     {"Push2RightTo", Push2RightTo, Op::Push, true, true, 1, 1, 0},
@@ -99,39 +99,35 @@ const Motion kMotions[] = {
     {"PushUpwardFrom", PushUpwardFrom, Op::Push, true, false, 3, 0, 0},
     {"PushDownwardTo", PushDownwardTo, Op::Push, true, true, 4, 1, 0},
     {"PushDownwardFrom", PushDownwardFrom, Op::Push, false, true, 3, 0, 0},
-    {"SlideInFromLeftTo", SlideInFromLeftTo, Op::Slide, false, false, 1, 1, 0},
-    {"SlideInFromLeftFrom", SlideInFromLeftFrom, Op::Slide, true, false, 1, 0, -1},
-    {"SlideOut2LeftTo", SlideOut2LeftTo, Op::Slide, true, true, 1, 1, 0},
-    {"SlideOut2LeftFrom", SlideOut2LeftFrom, Op::Slide, false, true, 1, 0, -1},
-    {"SlideInFromRightTo", SlideInFromRightTo, Op::Slide, false, false, 2, 1, 0},
-    {"SlideInFromRightFrom", SlideInFromRightFrom, Op::Slide, true, false, 2, 0, -1},
-    {"SlideOut2RightTo", SlideOut2RightTo, Op::Slide, true, true, 2, 1, 0},
-    {"SlideOut2RightFrom", SlideOut2RightFrom, Op::Slide, false, true, 2, 0, -1},
-    {"SlideInFromTopTo", SlideInFromTopTo, Op::Slide, false, false, 3, 0, 0},
-    {"SlideInFromTopFrom", SlideInFromTopFrom, Op::Slide, true, false, 3, 0, 0},
-    {"SlideOut2TopTo", SlideOut2TopTo, Op::Slide, true, true, 3, 1, 0},
-    {"SlideOut2TopFrom", SlideOut2TopFrom, Op::Slide, false, true, 3, 0, 0},
-    {"SlideInFromBottomTo", SlideInFromBottomTo, Op::Slide, false, false, 4, 0, 0},
-    {"SlideInFromBottomFrom", SlideInFromBottomFrom, Op::Slide, true, false, 4, 0, 0},
-    {"SlideOut2BottomTo", SlideOut2BottomTo, Op::Slide, true, true, 4, 1, 0},
-    {"SlideOut2BottomFrom", SlideOut2BottomFrom, Op::Slide, false, true, 4, 0, 0},
-    {"ASlideInFromLeftTo", ASlideInFromLeftTo, Op::AlphaSlide, false, false, 1, 0, 0},
-    {"ASlideInFromLeftFrom", ASlideInFromLeftFrom, Op::AlphaSlide, true, false, 1, 0, 0},
-    {"ASlideOut2LeftTo", ASlideOut2LeftTo, Op::AlphaSlide, true, true, 1, 0, 0},
-    {"ASlideOut2LeftFrom", ASlideOut2LeftFrom, Op::AlphaSlide, false, true, 1, 0, 0},
-    {"ASlideInFromRightTo", ASlideInFromRightTo, Op::AlphaSlide, false, false, 2, 0, 0},
-    {"ASlideInFromRightFrom", ASlideInFromRightFrom, Op::AlphaSlide, true, false, 2, 0, 0},
-    {"ASlideOut2RightTo", ASlideOut2RightTo, Op::AlphaSlide, true, true, 2, 0, 0},
-    {"ASlideOut2RightFrom", ASlideOut2RightFrom, Op::AlphaSlide, false, true, 2, 0, 0},
-    {"ASlideInFromTopTo", ASlideInFromTopTo, Op::AlphaSlide, false, false, 3, 0, 0},
-    {"ASlideInFromTopFrom", ASlideInFromTopFrom, Op::AlphaSlide, true, false, 3, 0, 0},
-    {"ASlideOut2TopTo", ASlideOut2TopTo, Op::AlphaSlide, true, true, 3, 0, 0},
-    {"ASlideOut2TopFrom", ASlideOut2TopFrom, Op::AlphaSlide, false, true, 3, 0, 0},
-    {"ASlideInFromBottomTo", ASlideInFromBottomTo, Op::AlphaSlide, false, false, 4, 0, 0},
-    {"ASlideInFromBottomFrom", ASlideInFromBottomFrom, Op::AlphaSlide, true, false, 4, 0, 0},
-    {"ASlideOut2BottomTo", ASlideOut2BottomTo, Op::AlphaSlide, true, true, 4, 0, 0},
-    {"ASlideOut2BottomFrom", ASlideOut2BottomFrom, Op::AlphaSlide, false, true, 4, 0, 0},
 };
+// Each alpha slide moves as its plain fellow does, but makes every frame of the run.
+const std::pair<Motion, void (*)(int, int, const std::string&)> kSlides[] = {
+    {{"SlideInFromLeftTo", SlideInFromLeftTo, Op::Slide, false, false, 1, 1, 0}, ASlideInFromLeftTo},
+    {{"SlideInFromLeftFrom", SlideInFromLeftFrom, Op::Slide, true, false, 1, 0, -1}, ASlideInFromLeftFrom},
+    {{"SlideOut2LeftTo", SlideOut2LeftTo, Op::Slide, true, true, 1, 1, 0}, ASlideOut2LeftTo},
+    {{"SlideOut2LeftFrom", SlideOut2LeftFrom, Op::Slide, false, true, 1, 0, -1}, ASlideOut2LeftFrom},
+    {{"SlideInFromRightTo", SlideInFromRightTo, Op::Slide, false, false, 2, 1, 0}, ASlideInFromRightTo},
+    {{"SlideInFromRightFrom", SlideInFromRightFrom, Op::Slide, true, false, 2, 0, -1}, ASlideInFromRightFrom},
+    {{"SlideOut2RightTo", SlideOut2RightTo, Op::Slide, true, true, 2, 1, 0}, ASlideOut2RightTo},
+    {{"SlideOut2RightFrom", SlideOut2RightFrom, Op::Slide, false, true, 2, 0, -1}, ASlideOut2RightFrom},
+    {{"SlideInFromTopTo", SlideInFromTopTo, Op::Slide, false, false, 3, 0, 0}, ASlideInFromTopTo},
+    {{"SlideInFromTopFrom", SlideInFromTopFrom, Op::Slide, true, false, 3, 0, 0}, ASlideInFromTopFrom},
+    {{"SlideOut2TopTo", SlideOut2TopTo, Op::Slide, true, true, 3, 1, 0}, ASlideOut2TopTo},
+    {{"SlideOut2TopFrom", SlideOut2TopFrom, Op::Slide, false, true, 3, 0, 0}, ASlideOut2TopFrom},
+    {{"SlideInFromBottomTo", SlideInFromBottomTo, Op::Slide, false, false, 4, 0, 0}, ASlideInFromBottomTo},
+    {{"SlideInFromBottomFrom", SlideInFromBottomFrom, Op::Slide, true, false, 4, 0, 0},
+     ASlideInFromBottomFrom},
+    {{"SlideOut2BottomTo", SlideOut2BottomTo, Op::Slide, true, true, 4, 1, 0}, ASlideOut2BottomTo},
+    {{"SlideOut2BottomFrom", SlideOut2BottomFrom, Op::Slide, false, true, 4, 0, 0}, ASlideOut2BottomFrom},
+};
+const std::vector<Motion> kMotions = [] {
+    std::vector<Motion> out(std::begin(kPushes), std::end(kPushes));
+    for (const auto& [m, alpha] : kSlides) {
+        out.push_back(m);
+        out.push_back({"A" + m.name, alpha, Op::AlphaSlide, m.sourceFirst, m.rising, m.mode, 0, 0});
+    }
+    return out;
+}();
 
 // --- Rows, columns, boxes, crosses and doors ----------------------------------------------------------
 
@@ -360,8 +356,8 @@ TEST_F(MoveRuns, StoredTwinsSplice) {
     for (const auto& [name, run, at] : {std::tuple{"Push2RightTo", &Push2RightToStored, 3},
                                         {"ASlideInFromLeftFrom", &ASlideInFromLeftFromStored, 4},
                                         {"SlideInFromLeftFrom", &SlideInFromLeftFromStored, 4}}) {
-        const Motion& m = *std::find_if(std::begin(kMotions), std::end(kMotions),
-                                        [&](const Motion& x) { return x.name == name; });
+        const Motion& m =
+            *std::find_if(kMotions.begin(), kMotions.end(), [&](const Motion& x) { return x.name == name; });
         prepare(12, 8);
         const auto slot = writeSlot(1, 6, 12, 8);
         run(at, 1);

@@ -139,8 +139,6 @@ INSTANTIATE_TEST_SUITE_P(Families, PreviewIsApply,
                                     (std::get<1>(info.param) ? "To" : "From");
                          });
 
-// --- the real host is left alone ---------------------------------------------------------------------
-
 // Everything of the host a preview could disturb, and the temporary folder's files.
 auto seen(const host::HostState& h) {
     std::map<QString, std::pair<qint64, QDateTime>> files;
@@ -150,53 +148,58 @@ auto seen(const host::HostState& h) {
                       h.history().canUndo(), h.pointer(),  h.dialogs().size(), files};
 }
 
-TEST_F(PreviewTest, NeverTouchesTheRunningHost) {
-    load(8, 12, 9);
-    writeSlot(2, 4, 12, 9);
-    host().gotoFrame(3);
-    open(transitions::wipesFamily());
-    settle();
-    const auto before = seen(host());
-
-    // Each change runs its own handler first, whose calls are the dialog's; then the preview runs.
-    const std::vector<std::function<void()>> changes = {
-        [&] { ctl<QComboBox>("cboTransitions")->setCurrentIndex(2); },
-        [&] { setRange(2, 7); },
-        [&] { toggleDirection(); },
-        [&] { choose("cboWipeOptions", "Stored Animation #3"); },
-        [&] { toggleDirection(); },
-        [&] { choose("cboWipeOptions", "Stored Animation #4"); }, // empty: the run refuses
-        [&] { choose("cboWipeOptions", "Primary Color"); },
-    };
-    for (const auto& change : changes) {
-        change();
-        const std::size_t calls = trace.size();
-        settle();
-        EXPECT_EQ(trace.size(), calls) << trace.back();
-    }
-    EXPECT_TRUE(seen(host()) == before);
-    EXPECT_TRUE(host().history().undoLabels().empty());
-}
-
-// --- following the controls ------------------------------------------------------------------------
-
-TEST_F(PreviewTest, FollowsTheControlsAndPlaysAtTheFramesDelays) {
+// One session of changes: the preview follows each, says why the run would refuse, and leaves the host
+// alone throughout. Each change runs its own handler first, whose calls are the dialog's; then the
+// preview runs, and calls nothing.
+TEST_F(PreviewTest, FollowsTheControlsSaysWhyTheRunWouldRefuseAndNeverTouchesTheHost) {
     load(8, 12, 9);
     host().setFrameDelays({10, 20, 30, 40, 50, 60, 70, 80});
+    writeSlot(2, 4, 12, 9);
+    writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 1)), int16le({3, 12, 9}) + "short");
+    host().gotoFrame(3);
     open(transitions::wipesFamily());
     const PreviewFrames whole = settle();
     EXPECT_EQ(whole.frames.size(), 8u);
+    const auto before = seen(host());
 
     // Changes made together are shown by one run.
     int runs = 0;
-    QObject::connect(preview, &LivePreview::refreshed, [&runs] { ++runs; });
+    const auto counted = QObject::connect(preview, &LivePreview::refreshed, [&runs] { ++runs; });
     ctl<QComboBox>("cboTransitions")->setCurrentIndex(1);
     setRange(2, 5);
     const PreviewFrames part = settle();
+    QObject::disconnect(counted);
     EXPECT_EQ(runs, 1);
     ASSERT_EQ(part.frames.size(), 4u);
     EXPECT_EQ(part.delays, (std::vector<int>{30, 40, 50, 60}));
     EXPECT_FALSE(part.frames[1] == whole.frames[3]) << "the left wipe, not the right one";
+
+    struct Change {
+        std::function<void()> make;
+        std::string shows; // the refusal shown, or "" for frames
+        std::size_t frames;
+    };
+    const Change changes[] = {
+        {[&] { setRange(3, 4); }, "Need at least 3 frames selected!", 0},
+        {[&] { choose("cboWipeOptions", "Stored Animation #1"); }, "Slot Empty", 0},
+        {[&] { choose("cboWipeOptions", "Stored Animation #2"); }, "AnimSlot 1.dat is damaged", 0},
+        {[&] { toggleDirection(); }, "AnimSlot 1.dat is damaged", 0},
+        {[&] { choose("cboWipeOptions", "Stored Animation #3"); }, "", 4},
+        {[&] { toggleDirection(); }, "", 4},
+        // Back from a slot the lists offer the whole animation again.
+        {[&] { choose("cboWipeOptions", "Primary Color"); }, "", 8},
+    };
+    for (const Change& c : changes) {
+        c.make();
+        const std::size_t calls = trace.size();
+        const PreviewFrames shown = settle();
+        EXPECT_EQ(trace.size(), calls) << trace.back();
+        EXPECT_NE(shown.text.find(c.shows), std::string::npos) << shown.text;
+        EXPECT_EQ(shown.text.empty(), c.shows.empty()) << shown.text;
+        EXPECT_EQ(shown.frames.size(), c.frames) << c.shows;
+    }
+    EXPECT_TRUE(seen(host()) == before);
+    EXPECT_TRUE(host().history().undoLabels().empty());
 
     // The player moves on by itself.
     QElapsedTimer clock;
@@ -204,29 +207,6 @@ TEST_F(PreviewTest, FollowsTheControlsAndPlaysAtTheFramesDelays) {
     while (preview->position() == 0 && clock.elapsed() < 5000)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     EXPECT_NE(preview->position(), 0);
-}
-
-TEST_F(PreviewTest, ShowsWhyTheRunWouldRefuse) {
-    load(8, 12, 9);
-    writeFile(QString::fromStdString(stored::slotDataPath(tempDir(), 1)), int16le({3, 12, 9}) + "short");
-    open(transitions::wipesFamily());
-    settle();
-
-    setRange(3, 4);
-    EXPECT_EQ(settle().text, "Need at least 3 frames selected!");
-    EXPECT_TRUE(preview->showing().frames.empty());
-
-    choose("cboWipeOptions", "Stored Animation #1");
-    EXPECT_EQ(settle().text, "Slot Empty");
-
-    choose("cboWipeOptions", "Stored Animation #2");
-    EXPECT_NE(settle().text.find("AnimSlot 1.dat is damaged"), std::string::npos) << preview->showing().text;
-    EXPECT_TRUE(messagesOf(host()).empty());
-
-    choose("cboWipeOptions", "Swap");
-    setRange(0, 7);
-    EXPECT_TRUE(settle().text.empty());
-    EXPECT_EQ(preview->showing().frames.size(), 8u);
 
     // The iris mask of a picture of odd height runs past 255, as Apply would find.
     open(transitions::irisFamily());

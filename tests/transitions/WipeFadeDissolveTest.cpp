@@ -76,44 +76,43 @@ Picture mixedWithSwap(const Picture& frame, const Picture& swap, int pct) {
 
 using FadeRun = TransitionTest;
 
-TEST_F(FadeRun, SpanTwoKeepsAHundredThenFiftyThenNothingEitherWay) {
-    load(4, 9, 5);
-    FadeTo(1, 3, "Swap");
-    EXPECT_EQ(frame(0), original[0]);
-    EXPECT_EQ(frame(1), original[1]) << "frame Start is fetched and written back as it was";
-    EXPECT_EQ(frame(2), mixedWithSwap(original[2], host().swapPicture(), 50));
-    EXPECT_EQ(frame(3), host().swapPicture());
-    EXPECT_TRUE(calls("van_status").empty()) << "a fade shows no progress";
-    EXPECT_EQ(calls("Van_SetRbuffer").size(), 3u);
-    EXPECT_FALSE(host().locked());
-
-    load(3, 9, 5);
-    FadeFrom(0, 2, "Swap");
-    EXPECT_EQ(frame(0), host().swapPicture()) << "frame Start is all source";
-    EXPECT_EQ(frame(1), mixedWithSwap(original[1], host().swapPicture(), 50));
-    EXPECT_EQ(frame(2), original[2]);
-    EXPECT_EQ(host().swapPicture(), Picture::filled(9, 5, 0x505050)) << "the source is never changed";
-}
-
-TEST_F(FadeRun, SourcesOfTheFrameAloneGetTheEffectsShare) {
-    load(3, 6, 4);
-    FadeTo(0, 2, "Negative");
-    Picture negative = original[2];
-    krl::Negative(negative.r, negative.g, negative.b, 7, 5);
-    EXPECT_EQ(frame(2), negative) << "Pct 0 gives the full negative";
-
-    load(3, 6, 4);
-    FadeTo(0, 2, "Brightness");
-    Picture bright = original[1];
-    krl::IncreaseBrightness(bright.r, bright.g, bright.b, 50, 6, 4);
-    EXPECT_EQ(frame(1), bright);
-
-    load(3, 6, 4);
-    FadeFrom(0, 2, "Darkness");
-    Picture dark = original[0];
-    krl::IncreaseDarkness(dark.r, dark.g, dark.b, 100, 6, 4);
-    EXPECT_EQ(frame(0), dark);
-    EXPECT_EQ(frame(2), original[2]);
+// Each fade frame by frame, either way: Start fetched and written back as it was (To) or all source
+// (From), the middle at fifty, the end whole; a source of the frame alone gives the effect its share.
+// No progress is shown and the source is never changed.
+TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
+    using Made = std::function<Picture(Picture frame, const Picture& swap)>;
+    const Made same = [](Picture f, const Picture&) { return f; };
+    const Made swap = [](Picture, const Picture& s) { return s; };
+    const Made half = [](Picture f, const Picture& s) { return mixedWithSwap(f, s, 50); };
+    const Made negative = [](Picture f, const Picture&) { return krl::Negative(f.r, f.g, f.b, 7, 5), f; };
+    const Made bright = [](Picture f, const Picture&) {
+        return krl::IncreaseBrightness(f.r, f.g, f.b, 50, 6, 4), f;
+    };
+    const Made dark = [](Picture f, const Picture&) {
+        return krl::IncreaseDarkness(f.r, f.g, f.b, 100, 6, 4), f;
+    };
+    struct Row {
+        void (*run)(int, int, const std::string&);
+        const char* source;
+        int w, h, S;
+        std::vector<Made> frames; // frame by frame from 0, to End; null: unchecked
+    };
+    for (const Row& r : {Row{FadeTo, "Swap", 9, 5, 1, {same, same, half, swap}},
+                         Row{FadeFrom, "Swap", 9, 5, 0, {swap, half, same}},
+                         Row{FadeTo, "Negative", 6, 4, 0, {same, nullptr, negative}},
+                         Row{FadeTo, "Brightness", 6, 4, 0, {same, bright, nullptr}},
+                         Row{FadeFrom, "Darkness", 6, 4, 0, {dark, nullptr, same}}}) {
+        const int n = static_cast<int>(r.frames.size());
+        load(n, r.w, r.h);
+        r.run(r.S, n - 1, r.source);
+        for (int f = 0; f < n; ++f)
+            if (r.frames[f])
+                EXPECT_EQ(frame(f), r.frames[f](original[f], host().swapPicture())) << r.source << " " << f;
+        EXPECT_TRUE(calls("van_status").empty()) << "a fade shows no progress";
+        EXPECT_EQ(calls("Van_SetRbuffer").size(), static_cast<std::size_t>(n - r.S));
+        EXPECT_EQ(host().swapPicture(), Picture::filled(r.w, r.h, 0x505050));
+        EXPECT_FALSE(host().locked());
+    }
 }
 
 // The alpha members against their plain fellows, for odd and even sizes: all-255 alpha is the plain
@@ -306,19 +305,16 @@ TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
 
 TEST_F(StoredSplice, TheTopWipesFromStoredRunSkipsItsTwoPositioningCalls) {
     // Total 4, End 2, slot 5: Extra 2, StartS 2. The other members go to StartS before each frame put
-    // in front and once more before the overlap; the result is the same all the same.
+    // in front and once more before the overlap; the results, the same all the same, are the wipe
+    // reference's business.
     auto positioning = [this](void (*run)(int, int)) {
         load(4, 6, 6);
         writeSlot(0, 5, 6, 6);
         run(2, 0);
         return std::count(trace.begin(), trace.end(), "Van_GotoFrame(2)");
     };
-    const auto left = positioning(Wipe2LeftFromStored);
-    const auto top = positioning(Wipe2TopFromStored);
-    EXPECT_EQ(left - top, 3) << "two front frames and the move before the overlap";
-    const auto topResult = host().framePicture(4);
-    positioning(Wipe2LeftFromStored);
-    EXPECT_EQ(host().framePicture(4), topResult);
+    EXPECT_EQ(positioning(Wipe2LeftFromStored) - positioning(Wipe2TopFromStored), 3)
+        << "two front frames and the move before the overlap";
 }
 
 TEST_F(StoredSplice, AnEmptySlotIsRefusedBeforeAnythingChanges) {
