@@ -1,15 +1,13 @@
 // Every filter dialog as it opens (its caption, the texts of its labels, boxes and check boxes, its
 // sliders' ranges and start values, its lists, its preview's size, and whether it offers alpha), and
-// as a user meets it through session scripts: each filter opened from the catalogue and applied to the
-// frame shown and then to a range, the refusal after the animation's size changed, the frame lists
+// what only a session script shows: the refusal after the animation's size changed, the frame lists
 // pulling each other along, the order of an Apply, and the offer to make an animation for a range.
+// What a run does to the frame shown and to a range is the in-process tests' business.
 
 #include "filters/FilterTestSupport.h"
-#include "host/AnimationFiles.h"
 #include "support/Fixtures.h"
 
 #include <QCheckBox>
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QSlider>
@@ -97,69 +95,6 @@ INSTANTIATE_TEST_SUITE_P(Filters, FilterDialogOpening, testing::ValuesIn(kDialog
                          [](const testing::TestParamInfo<DialogOpening>& i) {
                              return std::string(i.param.form);
                          });
-
-struct ScriptCase {
-    const char* entry; // the catalogue's text
-    const char* form;
-    const char* setUp; // steps that set the dialog's parameters, each followed by a comma
-};
-
-class FilterRunScript : public ScriptTest, public testing::WithParamInterface<ScriptCase> {
-  protected:
-    void SetUp() override {
-        QDir().mkpath(at("frames"));
-        for (int f = 0; f < 4; ++f) {
-            const host::Picture p = patternPicture(40, 30, 37 * f);
-            QImage image(40, 30, QImage::Format_RGB32);
-            for (int y = 0; y < 30; ++y)
-                for (int x = 0; x < 40; ++x)
-                    image.setPixel(x, y, qRgb(p.r.at(x, y), p.g.at(x, y), p.b.at(x, y)));
-            ASSERT_TRUE(image.save(at(QString("frames/%1.png").arg(f, 4, 10, QChar('0')))));
-        }
-    }
-};
-
-TEST_P(FilterRunScript, RunsOnTheFrameShownAndOnARange) {
-    const ScriptCase c = GetParam();
-    const RunResult r = run(std::string(R"JS({"host": {"temp_dir": "tmp", "animation": "frames/",
-      "current_frame": 1}, "steps": [{"open": ")JS") +
-                            c.entry + "\"}, " + c.setUp + R"JS(
-        {"click": "cmd_Run"}, {"dump": "one"},
-        {"set": {"control": "optDirection(1)", "value": true}},
-        {"set": {"control": "cboFrameStart", "index": 2}}, {"set": {"control": "cboFrameEnd", "index": 3}},
-        {"click": "cmd_Run"}, {"dump": "range"},
-        {"screenshot": "dialog.png"}, {"close": ")JS" +
-                            c.form + "\"}]}");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto original = host::readAnimationFile(at("frames")).frames;
-    const auto one = dumped("one"), range = dumped("range");
-    ASSERT_EQ(original.size(), 4u);
-    ASSERT_EQ(one.size(), 4u);
-    ASSERT_EQ(range.size(), 4u);
-    // The frame shown, then frames 2 and 3 as well; frame 0 never.
-    for (int f = 0; f < 4; ++f) {
-        EXPECT_EQ(one[f] == original[f], f != 1) << "frame " << f;
-        EXPECT_EQ(range[f] == original[f], f == 0) << "frame " << f;
-    }
-    EXPECT_EQ(range[1], one[1]);
-    for (const char* dump : {"one", "range"})
-        EXPECT_EQ(state(dump)["current_frame"].toInt(), 1) << "the user is left on the frame they stood on";
-    EXPECT_FALSE(QImage(at("dialog.png")).isNull());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Filters, FilterRunScript,
-    testing::Values(ScriptCase{"Sketch Filter (Soft Line)", "frmSketchSoft",
-                               R"({"set": {"control": "slider_soft", "value": 3}},)"},
-                    ScriptCase{"Sketch Filter (Hard Line)", "frmSketchHard",
-                               R"({"set": {"control": "cboSketchOptions", "text": "Cell Shaded"}},)"},
-                    ScriptCase{"Channel Threshold", "frmChannelThreshold",
-                               R"({"set": {"control": "chkRed", "value": 1}},
-                                  {"set": {"control": "cboMixing", "text": "Darken"}},)"},
-                    ScriptCase{"GreyOut", "frmGreyOut",
-                               R"({"set": {"control": "chkBlue", "value": true}},
-                                  {"set": {"control": "ToleranceSlider", "value": 90}},)"}),
-    [](const testing::TestParamInfo<ScriptCase>& info) { return std::string(info.param.form); });
 
 using FilterDialogScript = ScriptTest;
 

@@ -5,6 +5,8 @@
 
 #include <QImage>
 
+#include <functional>
+
 namespace kirrel::test {
 namespace {
 
@@ -54,26 +56,26 @@ TEST_F(PictureAccess, CurrentFrameIsSavedFromTheBuffersOthersFromTheStore) {
     }
 }
 
+void expectDibError(const std::function<void()>& read, const char* what, const char* source) {
+    try {
+        read();
+        FAIL() << "read without a refusal: " << source;
+    } catch (const filters::DibError& e) {
+        EXPECT_STREQ(e.what(), what);
+        EXPECT_EQ(e.source(), source);
+    }
+}
+
 TEST_F(PictureAccess, TheReadBackHelpersReportTheirErrors) {
     panel::PictureBox box;
-    try {
-        filters::GetDIBPixels24Bit(&box);
-        FAIL() << "an empty box was read";
-    } catch (const filters::DibError& e) {
-        EXPECT_STREQ(e.what(), "Error using GetDIBits");
-        EXPECT_EQ(e.source(), "DIBHelper.GetDIBPixels24Bit");
-    }
+    expectDibError([&] { filters::GetDIBPixels24Bit(&box); }, "Error using GetDIBits",
+                   "DIBHelper.GetDIBPixels24Bit");
     QImage colour(4, 4, QImage::Format_RGB32);
     colour.fill(Qt::red);
     box.setPixmap(QPixmap::fromImage(colour));
     EXPECT_EQ(filters::GetDIBPixels24Bit(&box).pixel(1, 1), QColor(Qt::red).rgb());
-    try {
-        filters::GetDIBPixelsWithPalette(&box);
-        FAIL() << "a 32-bit picture was read through a palette";
-    } catch (const filters::DibError& e) {
-        EXPECT_STREQ(e.what(), "The number of bits per pixel must be 1, 4, or 8");
-        EXPECT_EQ(e.source(), "DIBHelper.GetDIBPixelsWithPalette");
-    }
+    expectDibError([&] { filters::GetDIBPixelsWithPalette(&box); },
+                   "The number of bits per pixel must be 1, 4, or 8", "DIBHelper.GetDIBPixelsWithPalette");
 }
 
 } // namespace

@@ -231,30 +231,55 @@ class GeneratorScript : public ScriptTest {
     std::vector<host::Picture> pictures;
 };
 
-// Noise saves the undo even for a refused range; flicker and ping pong run over the whole animation.
-// Each ends where the user stood.
-TEST_F(GeneratorScript, NoiseFlickerAndPingPong) {
+struct RangeCase {
+    const char* entry;
+    const char* form;
+    bool undoBeforeTest; // the undo is saved before the range is tested
+};
+
+class GeneratorRange : public GeneratorScript, public testing::WithParamInterface<RangeCase> {};
+
+// A range of two frames is refused; once fixed, the run leaves the frames outside it and the user
+// where they stood.
+TEST_P(GeneratorRange, RefusesTwoFramesThenRunsTheRangeOnly) {
+    const RangeCase& c = GetParam();
+    const RunResult r = run(std::string(R"({"open": ")") + c.entry + R"JS("},
+        {"set": {"control": "chkUndoSave", "value": 1}},
+        {"set": {"control": "cboFrameStart", "index": 1}}, {"set": {"control": "cboFrameEnd", "index": 2}},
+        {"click": "cmd_Run"}, {"dump": "refused"}, {"set": {"control": "chkUndoSave", "value": 0}},
+        {"set": {"control": "cboFrameEnd", "index": 4}}, {"click": "cmd_Run"}, {"dump": "ran"})JS",
+                            3);
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(dialogTexts(state("refused")).back(), kTooShort);
+    EXPECT_EQ(dumped("refused"), pictures);
+    EXPECT_EQ(undoSaved(), c.undoBeforeTest);
+    const auto ran = dumped("ran");
+    ASSERT_EQ(ran.size(), 6u);
+    EXPECT_EQ(ran[0], pictures[0]);
+    EXPECT_EQ(ran[5], pictures[5]);
+    EXPECT_NE(ran[2], pictures[2]);
+    EXPECT_EQ(state("ran")["current_frame"].toInt(), 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, GeneratorRange,
+                         testing::Values(RangeCase{"White Noise (TV Snow)", "frmTVSnow", true},
+                                         RangeCase{"Animated Threshold", "frmGenThreshold", false},
+                                         RangeCase{"Vertical Hold", "frmVertHold", false}),
+                         [](const auto& i) { return std::string(i.param.form); });
+
+// Flicker, Focus and ping pong run over the whole animation, and each ends where the user stood.
+TEST_F(GeneratorScript, FlickerFocusAndPingPong) {
     const RunResult r = run(R"JS(
-        {"open": "White Noise (TV Snow)"}, {"dump": "opened"},
-        {"set": {"control": "Slider1", "value": 35}}, {"set": {"control": "chkUndoSave", "value": 1}},
-        {"set": {"control": "cboFrameStart", "index": 3}}, {"set": {"control": "cboFrameEnd", "index": 4}},
-        {"click": "cmd_Run"}, {"dump": "refused"},
-        {"set": {"control": "cboFrameStart", "index": 1}}, {"click": "cmd_Run"}, {"dump": "noise"},
+        {"open": "White Noise (TV Snow)"}, {"set": {"control": "Slider1", "value": 35}}, {"dump": "snow"},
         {"close": "frmTVSnow"},
         {"open": "Flicker"}, {"set": {"control": "Slider1", "value": 90}}, {"click": "cmd_Run"},
         {"dump": "flicker"}, {"close": "frmFlicker"},
+        {"open": "Focus"}, {"set": {"control": "optDirection(1)", "value": true}}, {"click": "cmd_Run"},
+        {"dump": "focus"}, {"close": "frmFocus"},
         {"open": "Ping Pong Animation"}, {"click": "cmd_Run"}, {"dump": "pingpong"})JS",
                             4);
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(controlText(state("opened"), "frmTVSnow", "Label2"), "10% Strength");
-    EXPECT_EQ(controlText(state("refused"), "frmTVSnow", "Label2"), "35% Strength");
-    EXPECT_EQ(dialogTexts(state("refused")).back(), kTooShort);
-    EXPECT_TRUE(undoSaved());
-    EXPECT_EQ(dumped("refused"), pictures);
-    const auto noise = dumped("noise");
-    for (std::size_t f = 0; f < 6; ++f)
-        EXPECT_EQ(noise[f] == pictures[f], f == 0 || f == 5) << f;
-
+    EXPECT_EQ(controlText(state("snow"), "frmTVSnow", "Label2"), "35% Strength");
     const auto ran = dumped("flicker");
     for (std::size_t f = 0; f < 6; ++f) {
         const bool primary = f % 4 < 2;
@@ -263,46 +288,15 @@ TEST_F(GeneratorScript, NoiseFlickerAndPingPong) {
         EXPECT_LT((primary ? ran[f].b : ran[f].r).at(1, 1), 30) << f;
     }
     EXPECT_FALSE(state("flicker")["locked"].toBool());
-    // Ping pong appends the animation reversed.
-    std::vector<host::Picture> both = ran;
-    both.insert(both.end(), ran.rbegin(), ran.rend());
-    EXPECT_EQ(dumped("pingpong"), both);
-    for (const char* dump : {"noise", "flicker", "pingpong"})
-        EXPECT_EQ(state(dump)["current_frame"].toInt(), 4) << dump;
-}
-
-// Each refuses a range of two frames before saving the undo, then runs once the range is fixed.
-TEST_F(GeneratorScript, ThresholdVerticalHoldAndFocusRefuseShortRangesThenRun) {
-    const RunResult r = run(R"JS(
-        {"open": "Animated Threshold"}, {"set": {"control": "chkUndoSave", "value": 1}},
-        {"set": {"control": "cboFrameEnd", "index": 1}}, {"click": "cmd_Run"}, {"dump": "refused"},
-        {"set": {"control": "chkUndoSave", "value": 0}},
-        {"set": {"control": "cboFrameEnd", "index": 2}}, {"click": "cmd_Run"}, {"dump": "threshold"},
-        {"close": "frmGenThreshold"},
-        {"open": "Vertical Hold"}, {"set": {"control": "chkUndoSave", "value": 1}},
-        {"set": {"control": "cboFrameStart", "index": 4}}, {"click": "cmd_Run"}, {"dump": "refused2"},
-        {"set": {"control": "chkUndoSave", "value": 0}}, {"set": {"control": "chkDivider", "value": 1}},
-        {"set": {"control": "cboFrameStart", "index": 3}}, {"click": "cmd_Run"}, {"dump": "hold"},
-        {"close": "frmVertHold"},
-        {"open": "Focus"}, {"set": {"control": "optDirection(1)", "value": true}}, {"click": "cmd_Run"},
-        {"dump": "focus"})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(dialogTexts(state("refused")).back(), kTooShort);
-    EXPECT_EQ(dialogTexts(state("refused2")).back(), kTooShort);
-    EXPECT_EQ(dumped("refused"), pictures);
-    EXPECT_EQ(dumped("refused2"), dumped("threshold"));
-    EXPECT_FALSE(undoSaved());
-    // Each ran over its range only: the threshold's ends at frame 2, the hold's starts at frame 3, and
-    // the divider shows at End.
-    EXPECT_EQ(dumped("threshold")[0].g.at(5, 5), 255) << "level 0 at Start";
-    EXPECT_EQ(dumped("threshold")[3], pictures[3]);
-    const auto hold = dumped("hold");
-    EXPECT_EQ(hold[3], pictures[3]);
-    EXPECT_EQ(hold[5].r.at(4, 0), 0);
     const auto focus = dumped("focus");
     for (std::size_t f = 0; f < 6; ++f)
-        EXPECT_NE(focus[f], hold[f]) << f;
-    EXPECT_EQ(state("focus")["current_frame"].toInt(), 2);
+        EXPECT_NE(focus[f], ran[f]) << f;
+    // Ping pong appends the animation reversed.
+    std::vector<host::Picture> both = focus;
+    both.insert(both.end(), focus.rbegin(), focus.rend());
+    EXPECT_EQ(dumped("pingpong"), both);
+    for (const char* dump : {"flicker", "focus", "pingpong"})
+        EXPECT_EQ(state(dump)["current_frame"].toInt(), 4) << dump;
 }
 
 TEST_F(GeneratorScript, SwapAndCopyRefuseOneFrameThenMoveFramesAndNoticeANewCount) {

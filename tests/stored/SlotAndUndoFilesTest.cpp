@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <functional>
 
 namespace kirrel::test {
@@ -25,9 +26,6 @@ namespace {
 using stored::LoadAnimFromSlot;
 using stored::SaveAnimToSlot;
 
-constexpr const char* kOpen =
-    "Van_GetTotalFrames(); Van_GetCurrentFrame(); Van_GetTempDir(); Van_BufferHeight();"
-    "Van_BufferWidth(); Van_Lock(); Van_ChangePointer(11);";
 constexpr const char* kClose = "Van_SetProgress(0); Van_RestorePointer(); Van_Unlock()";
 
 using SlotStore = HostTest;
@@ -41,9 +39,6 @@ TEST_F(SlotStore, SaveWritesTheSlotLayoutByteForByteAndEndsOnFrameZero) {
         SaveAnimToSlot(2);
 
         EXPECT_EQ(slotFile(tempDir(), 2), slotBytes(frames, pictures));
-        EXPECT_EQ(trace, seq(std::string(kOpen) +
-                             "Van_GotoFrame(0); Van_GetRBuffer(); Van_GetGBuffer(); Van_GetBBuffer();" +
-                             frameReads(frames) + "Van_GotoFrame(0);" + kClose));
         EXPECT_EQ(host().currentFrame(), 0);
         EXPECT_FALSE(host().locked());
         EXPECT_EQ(stored::loadThumbnail(stored::slotThumbPath(tempDir(), 2)).size(), QSize(33, 25));
@@ -73,13 +68,10 @@ TEST_F(SlotStore, LoadRebuildsTheStoredAnimationAtItsOwnSizeAndLeavesTheSlotAsIt
     trace.clear();
     LoadAnimFromSlot(3, [&] { trace.push_back("ResetSlots"); });
 
-    std::string frames;
-    for (int i = 0; i < 2; ++i)
-        frames += "Van_GotoFrame(" + std::to_string(i) +
-                  "); Van_GetRBuffer(); Van_GetGBuffer(); Van_GetBBuffer(); Van_SetRbuffer(plane(3,2));"
-                  "Van_SetGbuffer(plane(3,2)); Van_SetBbuffer(plane(3,2));";
-    EXPECT_EQ(trace, seq(std::string(kOpen) + "Van_NewBuffer(3, 2); Van_CreateAnimAdv(2, 2);" + frames +
-                         "Van_GotoFrame(0); ResetSlots;" + kClose));
+    // The panel's rows are reset once the animation is in, before the host is released.
+    const std::vector<std::string> tail(trace.end() - 5, trace.end());
+    EXPECT_EQ(tail, seq(std::string("Van_GotoFrame(0); ResetSlots;") + kClose));
+    EXPECT_EQ(calls("Van_CreateAnimAdv"), seq("Van_CreateAnimAdv(2, 2)"));
     EXPECT_EQ(HostSnapshot::of(host()).pictures, pictures);
     EXPECT_EQ(host().currentFrame(), 0);
     EXPECT_EQ(slotFile(tempDir(), 3), slotBytes(2, pictures)); // loading is not a move
@@ -94,8 +86,9 @@ TEST_F(SlotStore, LoadOfAnEmptySlotChangesNothingAndSaysNothing) {
     expected.current = 0;
     trace.clear();
     LoadAnimFromSlot(3);
-    EXPECT_EQ(trace, seq(std::string(kOpen) + "Van_GotoFrame(0);" + kClose));
+    EXPECT_TRUE(calls("Van_NewBuffer").empty());
     EXPECT_EQ(HostSnapshot::of(host()), expected);
+    EXPECT_FALSE(host().locked());
     EXPECT_TRUE(host().dialogs().empty());
 }
 
@@ -163,12 +156,6 @@ TEST(Thumbnail, PlotsPointByPointIsKeptAsA24BitBitmapAndAnUnreadableOneShowsEmpt
 using stored::QuickRestore;
 using stored::QuickSave;
 
-constexpr const char* kRestoreOpen =
-    "Van_GetTotalFrames(); Van_GetCurrentFrame(); Van_GetTempDir();"
-    "Van_BufferHeight(); Van_BufferWidth(); Van_Lock(); Van_ChangePointer(11);";
-constexpr const char* kRestoreClose =
-    "Van_GotoFrame(0); Van_Refresh(); Van_SetProgress(0); Van_RestorePointer(); Van_Unlock()";
-
 class Undo : public HostTest {
   protected:
     QString undoFile(const char* name) const { return QString::fromStdString(tempDir() + name); }
@@ -187,17 +174,12 @@ TEST_F(Undo, SaveCommitsTheMainBufferWritesThreeFilesAndStaysOnItsFrame) {
     trace.clear();
     QuickSave();
 
-    EXPECT_EQ(trace,
-              seq(std::string("Van_GetCurrentFrame(); Van_GetTotalFrames(); Van_GetTempDir();"
-                              "Van_BufferHeight(); Van_BufferWidth(); Van_Lock(); Van_ChangePointer(11);"
-                              "Van_GetCurrentFrame(); Van_GetRBuffer(); Van_GetGBuffer(); Van_GetBBuffer();"
-                              "Van_SetRFrame(plane(4,3), 1); Van_SetGFrame(plane(4,3), 1);"
-                              "Van_SetBFrame(plane(4,3), 1);") +
-                  frameReads(2) +
-                  "Van_GetTempDir(); Van_BufferHeight(); Van_BufferWidth(); Van_GetABuffer();"
-                  "Van_GetTempDir(); Van_BufferHeight(); Van_BufferWidth(); Van_GetSwapRBuffer();"
-                  "Van_GetSwapGBuffer(); Van_GetSwapBBuffer(); Van_GotoFrame(1); Van_GetTotalFrames();"
-                  "Van_ShowScrub(1, 2); Van_SetProgress(0); Van_RestorePointer(); Van_Unlock()"));
+    // The host's buffer is apart from its frame store: it is written to the frame before any is read.
+    const auto index = [&](const char* call) {
+        return std::find(trace.begin(), trace.end(), call) - trace.begin();
+    };
+    EXPECT_LT(index("Van_SetBFrame(plane(4,3), 1)"), index("Van_GetRFrame(0)"));
+    EXPECT_EQ(calls("Van_ShowScrub"), seq("Van_ShowScrub(1, 2)"));
     EXPECT_EQ(readFile(undoFile(stored::kAnimUndoName)), slotBytes(2, before.pictures));
     EXPECT_EQ(readFile(undoFile(stored::kAlphaUndoName)), le16(4) + le16(3) + bytesOf(before.alpha));
     EXPECT_EQ(readFile(undoFile(stored::kSwapUndoName)), le16(4) + le16(3) + bytesOf(before.swap));
@@ -217,12 +199,7 @@ TEST_F(Undo, RestoreBringsBackFrameCountSizeAlphaAndSwapAndEndsOnFrameZero) {
     EXPECT_EQ(HostSnapshot::of(host()), expected);
     EXPECT_EQ(calls("Van_NewBuffer"), seq("Van_NewBuffer(40, 30)"));
     EXPECT_EQ(calls("Van_CreateAnimAdv"), seq("Van_CreateAnimAdv(5, 2)"));
-    const std::vector<std::string> tail(trace.end() - 15, trace.end());
-    EXPECT_EQ(tail, seq(std::string("Van_GetTempDir(); Van_BufferWidth(); Van_BufferHeight();"
-                                    "Van_SetAbuffer(plane(40,30)); Van_GetTempDir(); Van_BufferWidth();"
-                                    "Van_BufferHeight(); Van_SetSwapRBuffer(plane(40,30));"
-                                    "Van_SetSwapGBuffer(plane(40,30)); Van_SetSwapBBuffer(plane(40,30));") +
-                        kRestoreClose));
+    EXPECT_FALSE(host().locked());
 
     // The files are not used up: Undo gives the same state every time.
     loadScene(2, 8, 8, 5);
@@ -258,10 +235,8 @@ TEST_F(Undo, WithoutTheAnimationFileAnAlphaOrSwapOfAnotherSizeChangesNothing) {
     trace.clear();
     QuickRestore();
     EXPECT_EQ(HostSnapshot::of(host()), expected);
-    EXPECT_EQ(trace, seq(std::string(kRestoreOpen) +
-                         "Van_GetTempDir(); Van_BufferWidth(); Van_BufferHeight(); Van_GetTempDir();"
-                         "Van_BufferWidth(); Van_BufferHeight();" +
-                         kRestoreClose));
+    EXPECT_TRUE(calls("Van_SetAbuffer").empty() && calls("Van_SetSwapRBuffer").empty());
+    EXPECT_FALSE(host().locked());
     EXPECT_TRUE(host().dialogs().empty());
 }
 

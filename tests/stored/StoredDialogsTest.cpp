@@ -1,9 +1,8 @@
 // The stored-animation dialogs. Combine, Attach and Composite with a stored animation, driven through
-// their dialogs in process and through a session script of the kirrel executable, and compared byte
-// for byte with results built here independently; the Stored Animations panel and the slot requester,
-// in process and through a session script with every question and refusal in its place.
+// their dialogs in process and compared byte for byte with results built here independently; the
+// Stored Animations panel and the slot requester, in process and through a session script with every
+// question and refusal in its place.
 
-#include "host/AnimationFiles.h"
 #include "panel/EventGuard.h"
 #include "pixel/Mixing.h"
 #include "stored/SlotFiles.h"
@@ -17,7 +16,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QLabel>
@@ -268,6 +266,9 @@ TEST_F(Splice, CompositeThroughTheAlphaChannelKeepsTheHostWhereAlphaIsZero) {
     auto* form = open("frmCompositeAnims");
     ctl<QComboBox>(form, "cboAlphaOptions")->setCurrentText("Use Alpha Channel");
     ctl<QSlider>(form, "Slider1")->setValue(100);
+    apply(form);
+    EXPECT_EQ(messagesOf(host()), std::vector<std::string>{"Please Select a Stored Animation"});
+    EXPECT_EQ(HostSnapshot::of(host()).pictures, mainFrames);
     choose(form, "optSlot(2)");
     apply(form);
     EXPECT_EQ(HostSnapshot::of(host()).pictures, expected);
@@ -305,60 +306,6 @@ TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporary
     EXPECT_EQ(host().framePicture(2).r.at(0, 0), 255);
     EXPECT_TRUE(undoSaved());
     EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList({"TempMask*"}, QDir::Files).isEmpty());
-}
-
-// --- As a user meets them: opened from the catalogue, run on a stored slot -------------------------
-
-using SpliceScript = ScriptTest;
-
-TEST_F(SpliceScript, CombineCompositeAndAttachRunFromTheCatalogue) {
-    host::Animation anim;
-    anim.frames = patternFrames(4, 10, 6, 9);
-    host::writeAnimationDat(at("anim.dat"), anim);
-    const auto slot = patternFrames(4, 5, 6, 200);
-    writeFile(at("tmp/AnimSlot 1.dat"), slotBytes(4, slot));
-    const auto wide = patternFrames(2, 15, 6, 60); // the size the attach will give
-    writeFile(at("tmp/AnimSlot 3.dat"), slotBytes(2, wide));
-
-    const RunResult r = runScript(dir.path(), R"JS({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
-      "steps": [
-        {"open": "Attach to Stored"},
-        {"set": {"control": "optSlot(3)", "value": true}}, {"click": "cmd_Run"},
-        {"set": {"control": "optSlot(1)", "value": true}}, {"set": {"control": "optAttachAnim(1)", "value": true}},
-        {"click": "cmd_Run"}, {"dump": "attached"}, {"screenshot": "attach.png"}, {"close": "frmAttachAnims"},
-        {"open": "Composite with Stored"}, {"click": "cmd_Run"},
-        {"set": {"control": "optSlot(3)", "value": true}}, {"set": {"control": "Slider1", "value": 100}},
-        {"click": "cmd_Run"}, {"dump": "composited"}, {"screenshot": "composite.png"},
-        {"close": "frmCompositeAnims"},
-        {"open": "Combine with Stored"},
-        {"set": {"control": "optSlot(3)", "value": true}}, {"set": {"control": "optCombineAnim(2)", "value": true}},
-        {"set": {"control": "cboSelectFrame", "index": 1}}, {"click": "cmd_Run"},
-        {"dump": "combined"}, {"screenshot": "combine.png"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-
-    // Attach: slot 4 has 2 frames and is refused; slot 2 goes to the right at x = 10.
-    const QJsonObject attached = state("attached");
-    EXPECT_EQ(dialogTexts(attached),
-              std::vector<std::string>{
-                  "Stored Animation must have same frame count as current animation in memory!"});
-    EXPECT_EQ(attached["width"].toInt(), 15);
-    const auto joined = dumped("attached");
-    ASSERT_EQ(joined.size(), 4u);
-    for (int f = 0; f < 4; ++f)
-        EXPECT_TRUE(joined[f] == joinedByHand(anim.frames[f], slot[f], true)) << f;
-
-    // Composite: no slot chosen is refused; at full strength the stored frames replace the first two
-    // frames, the others stay.
-    EXPECT_EQ(dialogTexts(state("composited")).back(), "Please Select a Stored Animation");
-    const auto blended = dumped("composited");
-    EXPECT_EQ(blended, (std::vector<host::Picture>{wide[0], wide[1], joined[2], joined[3]}));
-
-    // Combine: after frame 1 come the two stored frames, then the rest.
-    EXPECT_EQ(dumped("combined"),
-              (std::vector<host::Picture>{blended[0], blended[1], wide[0], wide[1], blended[2], blended[3]}));
-    EXPECT_EQ(state("combined")["current_frame"].toInt(), 5);
-    for (const char* shot : {"attach.png", "composite.png", "combine.png"})
-        EXPECT_FALSE(QImage(at(shot)).isNull()) << shot;
 }
 
 class StoredPanel : public FormTest {

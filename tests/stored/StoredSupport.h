@@ -64,15 +64,6 @@ inline std::vector<std::string> seq(const std::string& text) {
     return out;
 }
 
-// "Van_GetRFrame(0);Van_GetGFrame(0);Van_GetBFrame(0);..." for frames 0 to n-1.
-inline std::string frameReads(int n) {
-    std::string out;
-    for (int i = 0; i < n; ++i)
-        for (const char* c : {"R", "G", "B"})
-            out += "Van_Get" + std::string(c) + "Frame(" + std::to_string(i) + ");";
-    return out;
-}
-
 // What the host holds that a refused operation must leave alone.
 struct HostSnapshot {
     int total, current, width, height;
