@@ -188,7 +188,7 @@ TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
     QDir().mkpath(at("tmp"));
     const QString gif = makeSampleGifs(at("gifs")).front();
     QFile::copy(gif, at("in.gif"));
-    const int frames = static_cast<int>(coalescedGif(gif).frames.size());
+    const int frames = static_cast<int>(coalescedFrames(gif).frames.size());
     for (const char* stale :
          {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
         writeFile(at(QString("tmp/") + stale), readFile(at("in.gif")));

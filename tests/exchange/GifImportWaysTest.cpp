@@ -15,7 +15,7 @@ namespace {
 class GifImportWays : public ScriptTest {
   protected:
     void SetUp() override {
-        if (!haveConvert()) GTEST_SKIP() << "ImageMagick is not installed";
+        if (!missingTool({"convert"}).isEmpty()) GTEST_SKIP() << "ImageMagick is not installed";
     }
 };
 
@@ -36,7 +36,7 @@ TEST_F(GifImportWays, BothPanelWaysGiveTheCoalescedFramesOnThePaper) {
     const std::uint32_t paper = host::packColor(192, 160, 96);
     for (int i = 0; i < gifs.size(); ++i) {
         SCOPED_TRACE(gifs[i].toStdString());
-        const CoalescedGif want = coalescedGif(gifs[i]);
+        const RgbaFrames want = coalescedFrames(gifs[i]);
         for (const char* way : {"png", "direct"}) {
             SCOPED_TRACE(way);
             const QString dump = way + QString::number(i);

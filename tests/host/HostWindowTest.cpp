@@ -620,12 +620,12 @@ class SessionRecording : public HostWindowTest {
         steps.append(QJsonObject{{"dump", "replayed"}});
         root["steps"] = steps;
         writeFile(at("replay.json"), QJsonDocument(root).toJson().toStdString());
-        return runToolIn(scratch.path(), KIRREL_EXE, {"--script", at("replay.json")});
+        return runTool(KIRREL_EXE, {"--script", at("replay.json")}, scratch.path());
     }
 };
 
 TEST_F(SessionRecording, ARecordedSessionReplaysToTheSameBytes) {
-    if (!haveConvert()) GTEST_SKIP() << "ImageMagick is not installed";
+    if (!missingTool({"convert"}).isEmpty()) GTEST_SKIP() << "ImageMagick is not installed";
     const QString gif = makeSampleGifs(at("gifs")).filter("dispose-mix").front();
     useBuiltConverter();
     openWipes();
@@ -708,7 +708,7 @@ QString renderReel(const QTemporaryDir& home, const QString& path = {}) {
 }
 
 TEST(HostWindowDemoReel, WithoutADisplayKirrelRendersFramesPicturesAndAGif) {
-    if (!haveConvert()) GTEST_SKIP() << "ImageMagick is not installed";
+    if (!missingTool({"convert"}).isEmpty()) GTEST_SKIP() << "ImageMagick is not installed";
     QTemporaryDir home;
     EXPECT_TRUE(renderReel(home).contains("demo.gif "));
     EXPECT_FALSE(QImage(home.filePath("kirrel-demo/gif-export.png")).isNull());

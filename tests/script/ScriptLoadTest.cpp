@@ -23,11 +23,7 @@ QImage colourImage(int seed) {
 }
 
 QImage greyImage() {
-    QImage img(kW, kH, QImage::Format_Grayscale8);
-    for (int y = 0; y < kH; ++y)
-        for (int x = 0; x < kW; ++x)
-            img.scanLine(y)[x] = static_cast<uchar>(17 * x + 60 * y);
-    return img;
+    return colourImage(30).convertToFormat(QImage::Format_Grayscale8);
 }
 
 // The bytes a plane of bounds kW, kH holds for a picture of kW x kH pixels.

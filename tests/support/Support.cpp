@@ -66,7 +66,7 @@ RunResult runScript(const QString& dir, const std::string& json, const std::stri
     const QString script = QDir(dir).filePath(QString::fromStdString(name));
     writeFile(script, json);
     const ToolOutput r =
-        runToolIn(dir, KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")});
+        runTool(KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")}, dir);
     return {r.code, r.out.toStdString(), r.err.toStdString()};
 }
 
