@@ -41,7 +41,7 @@ const std::string kGlobalGif = R"({"open": "Export To AnimGif"}, {"set": {"contr
 class ExchangeScript : public ScriptTest {
   protected:
     void SetUp() override {
-        if (!haveConvert()) GTEST_SKIP() << "ImageMagick's convert is not installed";
+        if (!missingTool({"convert"}).isEmpty()) GTEST_SKIP() << "ImageMagick's convert is not installed";
     }
     // A session on anim.dat (or what `host` names first) whose working files go to tmp.
     RunResult session(const std::string& steps, const std::string& host = "") const {
@@ -227,7 +227,7 @@ TEST_F(ExchangeScript, BothWaysInGiveEverySampleGifAsImageMagickCoalescesIt) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     for (int i = 0; i < gifs.size(); ++i) {
         SCOPED_TRACE(gifs[i].toStdString());
-        const CoalescedGif want = coalescedGif(gifs[i]);
+        const RgbaFrames want = coalescedFrames(gifs[i]);
         for (const char* way : {"png", "direct"}) {
             SCOPED_TRACE(way);
             const QString dump = way + QString::number(i);
@@ -372,7 +372,7 @@ TEST_F(ConverterFaults, OddNamesAreExactlyThoseFilesAndRunNothing) {
 }
 
 TEST_F(ConverterFaults, StaleWorkingFilesChangeNothing) {
-    const int frames = static_cast<int>(coalescedGif(inGif()).frames.size());
+    const int frames = static_cast<int>(coalescedFrames(inGif()).frames.size());
     for (const char* stale :
          {"gif_frame-7.gif", "gif_frame-7.png", "temp5.bmp", "temp9.gif", "GifImport02.bat"})
         writeFile(at(QString("tmp/") + stale), readFile(at("in.gif")));

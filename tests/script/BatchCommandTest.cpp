@@ -38,7 +38,7 @@ class BatchCommand : public ScriptTest {
         return inputs;
     }
     ToolOutput batch(const QStringList& args) const {
-        return runToolIn(dir.path(), KIRREL_EXE, QStringList{"batch", "wipe.json"} + args);
+        return runTool(KIRREL_EXE, QStringList{"batch", "wipe.json"} + args, dir.path());
     }
     static int framesOf(const QString& gif) {
         const ToolOutput r = runTool("identify", {"-format", "%p\n", gif});
@@ -90,9 +90,9 @@ TEST_F(BatchCommand, GnuParallelGivesTheSameFilesAsJobs) {
     if (!missingTool({"parallel"}).isEmpty()) GTEST_SKIP() << "GNU parallel is not installed";
     const QStringList inputs = makeInputs(4);
     ASSERT_EQ(batch(inputs + QStringList{"--out", "jobs", "--jobs", "2"}).code, 0);
-    const ToolOutput p =
-        runToolIn(dir.path(), "parallel",
-                  QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs);
+    const ToolOutput p = runTool(
+        "parallel", QStringList{"-j2", QString(KIRREL_EXE) + " batch wipe.json {} --out par", ":::"} + inputs,
+        dir.path());
     ASSERT_EQ(p.code, 0) << p.err.toStdString();
     EXPECT_EQ(QDir(at("par")).entryList(QDir::Files).size(), 4);
     for (const QString& f : QDir(at("jobs")).entryList(QDir::Files))

@@ -25,10 +25,8 @@ TEST_P(DumpLayout, FilesHoldTheirHeadersAndPlanes) {
     // A fresh picture is white and a fresh alpha opaque; a still picture is one set of planes.
     const std::string plane(static_cast<std::size_t>(w + 1) * (h + 1), '\xFF');
     const int sets = std::max(frames, 1);
-    std::string planes;
-    for (int i = 0; i < 3 * sets; ++i)
-        planes += plane;
-    EXPECT_EQ(readFile(at("out/animation.dat")), int16le({frames, w, h}) + planes);
+    EXPECT_EQ(readFile(at("out/animation.dat")),
+              int16le({frames, w, h}) + std::string(3 * sets * plane.size(), '\xFF'));
     const std::string swap = readFile(at("out/swap.dat"));
     EXPECT_EQ(swap.size(), 4 + 3 * plane.size());
     EXPECT_EQ(swap.substr(0, 4), int16le({w, h}));
@@ -50,7 +48,7 @@ using StateJson = ScriptTest;
 
 TEST_F(StateJson, RecordsTheHostAndEveryBox) {
     const RunResult r = run(R"({"host": {"temp_dir": "tmp", "size": [6, 4], "frames": 5,
-        "primary": [1, 2, 3], "secondary": [4, 5, 6], "current_frame": 2, "layer_opacity": 128},
+        "delays": [40, 50, 60, 70, 80], "primary": [1, 2, 3], "secondary": [4, 5, 6], "current_frame": 2, "layer_opacity": 128},
       "steps": [{"host": "Van_Lock"}, {"host": "Van_ChangePointer", "args": [11]},
         {"host": "Van_SetProgress", "args": [40.5]}, {"host": "van_status", "args": [10]},
         {"host": "Van_ShowScrub", "args": [3, 5]}, {"host": "Van_MessageBox", "args": ["Hello\nWorld"]},
@@ -63,7 +61,7 @@ TEST_F(StateJson, RecordsTheHostAndEveryBox) {
     const QJsonObject s = state("out");
     std::string want = R"({"total_frames": 5, "current_frame": 2, "width": 6, "height": 4,
         "primary": [1, 2, 3], "secondary": [4, 5, 6], "locked": true, "pointer": 11, "progress": 40.5,
-        "status_open": true, "scrub": [3, 5], "layers": 1, "layer_opacity": 128, "dialogs": [
+        "status_open": true, "scrub": [3, 5], "layers": 1, "delays": [40, 50, 60, 70, 80], "layer_opacity": 128, "dialogs": [
         {"kind": "message", "text": "Hello\nWorld", "title": "Kirrel", "answer": null},
         {"kind": "question", "text": "Sure?", "title": "Kirrel", "answer": 2},
         {"kind": "value", "text": "Count", "title": "Kirrel", "answer": -1},
@@ -91,11 +89,12 @@ TEST_F(StateJson, LoadCallDumpGivesBackTheSameBytes) {
     for (int f = 0; f < 3; ++f)
         a.frames.push_back(patternPicture(6, 3, 40 * f));
     host::writeAnimationDat(at("anim.dat"), a);
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat"},
+    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat", "delays": 70},
         "steps": [{"host": "Van_GotoFrame", "args": [2]}, {"host": "Van_GetRBuffer"},
                   {"host": "Van_GotoFrame", "args": [0]}, {"dump": "out"}]})");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_EQ(readFile(at("out/animation.dat")), readFile(at("anim.dat")));
+    EXPECT_EQ(state("out")["delays"], (QJsonArray{70, 70, 70})) << "one delay for every frame";
     EXPECT_EQ(readFile(at("trace.txt")),
               "Van_SendFormObject(Mainfrm, 0)\nVan_GetTotalFrames()\nVan_WallpaperFilename()\n"
               "Van_GotoFrame(2)\nVan_GetRBuffer()\nVan_GotoFrame(0)\n");

@@ -38,6 +38,11 @@ std::string steps(const std::string& list) {
            R"(, {"host": "Van_Refresh"}]})";
 }
 
+std::string withDelays(const std::string& delays) {
+    return R"({"host": {"size": [6, 4], "frames": 3, "delays": )" + delays +
+           R"(}, "steps": [{"host": "Van_Refresh"}]})";
+}
+
 // A host file given as `setting`, holding `bytes`.
 BadScript hostile(const char* name, const std::string& setting, const std::string& file,
                   const std::string& bytes, const std::string& says) {
@@ -76,6 +81,18 @@ INSTANTIATE_TEST_SUITE_P(
                   steps(R"({"answer": [{"value": 3}]}, {"host": "Van_QuestionBox", "args": ["Go\non?"]})"),
                   "question box \"Go on?\" found a queued value answer"},
         BadScript{"AnswerOfNoKind", steps(R"({"answer": [{"maybe": 1}]})"), "an answer is"},
+        BadScript{"ExportOfNoKnownFormat", steps(R"({"export": "out.bmp"})"),
+                  "step 1: \"export\" needs a file ending in .gif, .png, .apng, .webp, .mp4 or .webm"},
+        BadScript{"ExportLoopBelowZero", steps(R"({"export": "out.gif", "loop": -1})"),
+                  "step 1: \"loop\" is a whole number from 0 to 65535"},
+        BadScript{"ExportUnknownSetting", steps(R"({"export": "out.gif", "colour": 1})"),
+                  "step 1: an export step has no \"colour\""},
+        BadScript{"ExportQualityAbove100", steps(R"({"export": "out.mp4", "quality": 101})"),
+                  "step 1: \"quality\" is a whole number from 0 to 100"},
+        BadScript{"DelaysShortOfTheFrames", withDelays("[40, 50]"),
+                  "host: \"delays\" must hold one delay per frame (3)"},
+        BadScript{"DelayBelowOne", withDelays("[40, -1, 9]"),
+                  "host: a delay is a number of milliseconds from 1 to 655350"},
         hostile("EmptyAnimation", "animation", "a.dat", "", "host: a.dat: " + kShort),
         hostile("HeaderCut", "animation", "a.dat", int16le({3, 4}), kShort),
         hostile("PlanesCut", "animation", "a.dat", k4x4, kShort),

@@ -1,5 +1,5 @@
 // The host set-up of a session script: animation, swap and alpha from .dat files or pictures,
-// a folder of PNG frames in name order, a still picture, and paths relative to the script's folder.
+// a folder of PNG frames in natural order, a still picture, and paths relative to the script's folder.
 
 #include "support/Fixtures.h"
 
@@ -23,11 +23,7 @@ QImage colourImage(int seed) {
 }
 
 QImage greyImage() {
-    QImage img(kW, kH, QImage::Format_Grayscale8);
-    for (int y = 0; y < kH; ++y)
-        for (int x = 0; x < kW; ++x)
-            img.scanLine(y)[x] = static_cast<uchar>(17 * x + 60 * y);
-    return img;
+    return colourImage(30).convertToFormat(QImage::Format_Grayscale8);
 }
 
 // The bytes a plane of bounds kW, kH holds for a picture of kW x kH pixels.
@@ -52,7 +48,8 @@ TEST_P(ScriptLoad, FolderOfFramesSwapAndAlphaComeBackInTheDump) {
     // The script lives in a sub-folder and is run from its parent: every path is the script's.
     const QDir sub(at("session"));
     QDir().mkpath(sub.filePath("frames"));
-    const char* names[] = {"b.png", "c.png", "a.png"}; // written out of order; read by name
+    // Written out of order; read in natural order, frame2 before frame10.
+    const char* names[] = {"frame2.png", "frame10.png", "frame1.png"};
     for (int i = 0; i < 3; ++i)
         ASSERT_TRUE(colourImage(20 * i).save(sub.filePath("frames/") + names[i]));
     const std::string swap = int16le({kW, kH}) + pictureBytes(colourImage(90));

@@ -41,14 +41,6 @@ QStringList listItems(const QJsonObject& state, const QString& form, const QStri
     return formControl(state, form, control)["items"].toVariant().toStringList();
 }
 
-QString ScriptTest::at(const QString& rel) const {
-    return QDir(dir.path()).filePath(rel);
-}
-
-QJsonObject ScriptTest::state(const QString& dump) const {
-    return readJsonObject(at(dump + "/state.json"));
-}
-
 std::vector<host::Picture> ScriptTest::dumped(const QString& dump) const {
     return host::readAnimationDat(at(dump + "/animation.dat")).frames;
 }

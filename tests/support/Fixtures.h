@@ -5,6 +5,7 @@
 
 #include "support/Support.h"
 
+#include <QDir>
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -30,9 +31,9 @@ QStringList listItems(const QJsonObject& state, const QString& form, const QStri
 // A scratch folder to play session scripts in, and readers for what they dumped there.
 class ScriptTest : public ::testing::Test {
   protected:
-    QString at(const QString& rel) const;
+    QString at(const QString& rel) const { return QDir(dir.path()).filePath(rel); }
     RunResult run(const std::string& json) const { return runScript(dir.path(), json); }
-    QJsonObject state(const QString& dump) const;
+    QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
     std::vector<host::Picture> dumped(const QString& dump) const; // the frames of dump/animation.dat
     // The red byte at (x, y) of frame f of dump/animation.dat.
     int red(const QString& dump, int f, int x, int y) const;

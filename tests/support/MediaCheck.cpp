@@ -2,12 +2,14 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cmath>
+#include <stdexcept>
 
 namespace kirrel::test {
 namespace {
@@ -25,11 +27,7 @@ void appendFrames(RgbaFrames& to, const QByteArray& bytes) {
 
 } // namespace
 
-ToolOutput runTool(const QString& program, const QStringList& args) {
-    return runToolIn({}, program, args);
-}
-
-ToolOutput runToolIn(const QString& dir, const QString& program, const QStringList& args) {
+ToolOutput runTool(const QString& program, const QStringList& args, const QString& dir) {
     QProcess p;
     p.setWorkingDirectory(dir);
     p.setStandardInputFile(QProcess::nullDevice());
@@ -71,6 +69,30 @@ RgbaFrames ffmpegFrames(const QString& file, int width, int height) {
     return f;
 }
 
+RgbaFrames coalescedFrames(const QString& file) {
+    // ImageMagick reads patterns and options in a name ("%d", "[1]", "*", a leading '-'): it is
+    // given a plain-named link instead.
+    QTemporaryDir dir;
+    const QString link = dir.filePath("in." + QFileInfo(file).suffix());
+    if (!QFile::link(QFileInfo(file).absoluteFilePath(), link))
+        throw std::runtime_error("cannot link " + file.toStdString());
+    RgbaFrames out;
+    const ToolOutput id = runTool("identify", {"-format", "%T %W %H\n", link});
+    for (const QString& line : QString::fromUtf8(id.out).split('\n', Qt::SkipEmptyParts)) {
+        const QStringList f = line.split(' ');
+        out.delaysMs.push_back(10 * f.value(0).toInt());
+        out.width = f.value(1).toInt();
+        out.height = f.value(2).toInt();
+    }
+    const ToolOutput raw = runTool("convert", {link, "-coalesce", "-depth", "8", "rgba:-"});
+    appendFrames(out, raw.out);
+    if (id.code != 0 || raw.code != 0 || out.frames.empty() || out.frames.size() != out.delaysMs.size() ||
+        raw.out.size() != qsizetype{4} * out.width * out.height * std::ssize(out.frames))
+        throw std::runtime_error("ImageMagick cannot read " + file.toStdString() + ": " +
+                                 (id.err + raw.err).toStdString());
+    return out;
+}
+
 RgbaFrames webpFrames(const QString& file, QString& info) {
     info = QString::fromUtf8(runTool("webpmux", {"-info", file}).out);
     RgbaFrames out;
@@ -100,13 +122,14 @@ RgbaFrames webpFrames(const QString& file, QString& info) {
                 if (m.captured(9) != "yes" || s[3] != 0) std::copy(s, s + 4, at(x, y));
             }
         out.frames.push_back(canvas);
+        out.delaysMs.push_back(m.captured(7).toInt());
         for (int y = 0; m.captured(8) == "background" && y < img.height(); ++y)
             std::fill_n(at(0, y), 4 * img.width(), 0);
     }
     return out;
 }
 
-RgbaFrames apngFrames(const QString& file, std::vector<int>& delaysMs) {
+RgbaFrames apngFrames(const QString& file) {
     QTemporaryDir dir;
     QFile::copy(file, dir.filePath("in.png"));
     runTool("apngdis", {dir.filePath("in.png"), "f"});
@@ -119,9 +142,9 @@ RgbaFrames apngFrames(const QString& file, std::vector<int>& delaysMs) {
         QFile txt(dir.filePath(QString("f%1.txt").arg(i)));
         txt.open(QIODevice::ReadOnly);
         const auto m = QRegularExpression("delay=(\\d+)/(\\d+)").match(QString::fromLatin1(txt.readAll()));
-        delaysMs.push_back(m.hasMatch() ? static_cast<int>(std::lround(1000.0 * m.captured(1).toInt() /
-                                                                       m.captured(2).toInt()))
-                                        : -1);
+        out.delaysMs.push_back(m.hasMatch() ? static_cast<int>(std::lround(1000.0 * m.captured(1).toInt() /
+                                                                           m.captured(2).toInt()))
+                                            : -1);
     }
     return out;
 }

@@ -19,21 +19,24 @@ struct ToolOutput {
     QByteArray out;
     QByteArray err;
 };
-ToolOutput runTool(const QString& program, const QStringList& args);
-// The same, run from the folder `dir`.
-ToolOutput runToolIn(const QString& dir, const QString& program, const QStringList& args);
+// Runs the program to its end (from the folder `dir` when given), its input empty.
+ToolOutput runTool(const QString& program, const QStringList& args, const QString& dir = {});
 // The first of `programs` that is not on PATH, or empty when all are.
 QString missingTool(const QStringList& programs);
 
-// RGBA frames of one size, x fastest.
+// RGBA frames of one size, x fastest, and each frame's delay in milliseconds where the reader says.
 struct RgbaFrames {
     int width = 0;
     int height = 0;
     std::vector<std::vector<std::uint8_t>> frames;
+    std::vector<int> delaysMs;
     const std::uint8_t* pixel(std::size_t f, int x, int y) const {
         return frames[f].data() + 4 * (static_cast<std::size_t>(y) * width + x);
     }
 };
+// An animation as `convert FILE -coalesce` shows it: every frame whole, delays from identify's %T.
+// Throws std::runtime_error when ImageMagick fails.
+RgbaFrames coalescedFrames(const QString& file);
 // ffprobe: the video stream's size and each frame's start in milliseconds, in order.
 struct Probed {
     int width = 0;
@@ -43,10 +46,10 @@ struct Probed {
 Probed probe(const QString& file);
 // Every frame as ffmpeg decodes it.
 RgbaFrames ffmpegFrames(const QString& file, int width, int height);
-// An animated WebP composited from webpmux's frames, each decoded by dwebp.
+// An animated WebP composited from webpmux's frames, each decoded by dwebp; `info` is webpmux's.
 RgbaFrames webpFrames(const QString& file, QString& info);
-// apngdis: the frames (read from the PNGs it writes) and their delays in milliseconds.
-RgbaFrames apngFrames(const QString& file, std::vector<int>& delaysMs);
+// apngdis: the frames (read from the PNGs it writes) and their delays.
+RgbaFrames apngFrames(const QString& file);
 
 // The peak signal-to-noise ratio of the W x H pixels of `got` against the pictures, in dB.
 double psnr(const RgbaFrames& got, const std::vector<host::Picture>& want);

@@ -3,11 +3,7 @@
 #include "support/MediaCheck.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <stdexcept>
@@ -40,56 +36,21 @@ const std::pair<const char*, QString> kSampleGifs[] = {
     {"interlaced", "-delay 4 -size 14x9 gradient:red-blue gradient:#00ff00-#ff00ff -interlace GIF"},
 };
 
-QByteArray runConvert(const QString& program, const QStringList& args) {
-    const ToolOutput r = runTool(program, args);
-    if (r.code != 0) throw std::runtime_error(program.toStdString() + " failed: " + r.err.toStdString());
-    return r.out;
-}
-
 } // namespace
-
-bool haveConvert() {
-    return !QStandardPaths::findExecutable("convert").isEmpty();
-}
 
 QStringList makeSampleGifs(const QString& folder) {
     QDir().mkpath(folder);
     QStringList paths;
     for (const auto& [name, args] : kSampleGifs) {
         paths << QDir(folder).filePath(QString(name) + ".gif");
-        runConvert("convert", QProcess::splitCommand(args) + QStringList{"-loop", "0", paths.back()});
+        const ToolOutput r =
+            runTool("convert", QProcess::splitCommand(args) + QStringList{"-loop", "0", paths.back()});
+        if (r.code != 0) throw std::runtime_error("convert failed: " + r.err.toStdString());
     }
     return paths;
 }
 
-CoalescedGif coalescedGif(const QString& file) {
-    // ImageMagick reads patterns and options in a name ("%d", "[1]", "*", a leading '-'): it is
-    // given a plain-named link instead.
-    QTemporaryDir dir;
-    const QString gif = QDir(dir.path()).filePath("in.gif");
-    if (!QFile::link(QFileInfo(file).absoluteFilePath(), gif))
-        throw std::runtime_error("cannot link " + file.toStdString());
-    CoalescedGif out;
-    for (const QString& line : QString::fromUtf8(runConvert("identify", {"-format", "%T %W %H\n", gif}))
-                                   .split('\n', Qt::SkipEmptyParts)) {
-        const QStringList f = line.split(' ');
-        if (f.size() != 3)
-            throw std::runtime_error("identify gave an unexpected line: " + line.toStdString());
-        out.delaysCs.push_back(f[0].toInt());
-        out.width = f[1].toInt();
-        out.height = f[2].toInt();
-    }
-    const QByteArray raw = runConvert("convert", {gif, "-coalesce", "-depth", "8", "rgba:-"});
-    const auto frameBytes = static_cast<qsizetype>(out.width) * out.height * 4;
-    if (frameBytes == 0 || raw.size() != frameBytes * static_cast<qsizetype>(out.delaysCs.size()))
-        throw std::runtime_error("convert gave " + std::to_string(raw.size()) + " bytes for " +
-                                 gif.toStdString());
-    for (qsizetype at = 0; at < raw.size(); at += frameBytes)
-        out.frames.emplace_back(raw.begin() + at, raw.begin() + at + frameBytes);
-    return out;
-}
-
-int pixelsUnlikeCoalesced(const std::vector<host::Picture>& frames, const CoalescedGif& want,
+int pixelsUnlikeCoalesced(const std::vector<host::Picture>& frames, const RgbaFrames& want,
                           std::uint32_t paper, bool rideAlong) {
     const int all = static_cast<int>(want.frames.size()) * want.width * want.height;
     if (frames.size() != want.frames.size()) return all;

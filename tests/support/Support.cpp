@@ -13,8 +13,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <algorithm>
-
 namespace kirrel::test {
 
 void HostTest::SetUp() {
@@ -35,13 +33,6 @@ void HostTest::TearDown() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     host().setResponder(nullptr);
     panel::clearHostSettingsOverlay();
-}
-
-host::HostState& HostTest::host() const {
-    return host::runningHost();
-}
-std::string HostTest::tempDir() const {
-    return host::runningHost().tempDir();
 }
 
 std::vector<std::string> HostTest::calls(const std::string& name) const {
@@ -66,7 +57,7 @@ RunResult runScript(const QString& dir, const std::string& json, const std::stri
     const QString script = QDir(dir).filePath(QString::fromStdString(name));
     writeFile(script, json);
     const ToolOutput r =
-        runToolIn(dir, KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")});
+        runTool(KIRREL_EXE, {"--script", script, "--trace", QDir(dir).filePath("trace.txt")}, dir);
     return {r.code, r.out.toStdString(), r.err.toStdString()};
 }
 
@@ -108,10 +99,6 @@ std::string int16le(std::initializer_list<int> values) {
         out += static_cast<char>((v >> 8) & 255);
     }
     return out;
-}
-
-int lineCount(const std::string& text) {
-    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
 std::vector<std::string> messagesOf(const host::HostState& h) {

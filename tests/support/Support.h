@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -24,11 +25,11 @@ class HostTest : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    host::HostState& host() const;
+    host::HostState& host() const { return host::runningHost(); }
     host::ScriptedResponder responder;
     QTemporaryDir scratch;
     std::vector<std::string> trace;
-    std::string tempDir() const;
+    std::string tempDir() const { return host::runningHost().tempDir(); }
     // Queues the answer of the next file requester ("" for a cancelled one).
     void answerFile(const std::string& path) { responder.push({host::QueuedAnswer::Kind::File, 0, path}); }
     // The trace lines that start with the given operation name.
@@ -58,6 +59,8 @@ void writeFile(const QString& path, const std::string& bytes); // makes the fold
 QJsonObject readJsonObject(const QString& path);
 // Little-endian 16-bit numbers, as the .dat headers hold them.
 std::string int16le(std::initializer_list<int> values);
-int lineCount(const std::string& text);
+inline int lineCount(const std::string& text) {
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
 
 } // namespace kirrel::test
