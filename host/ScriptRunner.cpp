@@ -33,7 +33,9 @@
 #include <QRadioButton>
 #include <QTextStream>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -97,8 +99,8 @@ std::vector<int> delaysOf(const QJsonValue& v, int frames) {
     if (!v.isArray() || a.size() != frames)
         throw ScriptError("\"delays\" must hold one delay per frame (" + std::to_string(frames) + ")");
     std::vector<int> out;
-    for (const auto& d : a)
-        out.push_back(one(d));
+    out.reserve(static_cast<std::size_t>(a.size()));
+    std::transform(a.begin(), a.end(), std::back_inserter(out), one);
     return out;
 }
 
@@ -494,9 +496,11 @@ ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePat
     std::string error;
     const QJsonObject root = readSessionScript(scriptPath, &error);
     if (!error.empty()) return {2, error, {}};
-    for (const QString& key : root.keys())
-        if (key != "host" && key != "steps" && key != "base" && key != "fail_on_error")
-            return {2, "unknown script entry \"" + key.toStdString() + "\"", {}};
+    const QStringList keys = root.keys();
+    const auto unknown = std::find_if(keys.begin(), keys.end(), [](const QString& key) {
+        return key != "host" && key != "steps" && key != "base" && key != "fail_on_error";
+    });
+    if (unknown != keys.end()) return {2, "unknown script entry \"" + unknown->toStdString() + "\"", {}};
     if (root.contains("host") && !root["host"].isObject()) return {2, "\"host\" must be an object", {}};
     if (root.contains("steps") && !root["steps"].isArray())
         return {2, "\"steps\" must be a list of steps", {}};
