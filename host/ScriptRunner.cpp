@@ -106,7 +106,7 @@ std::vector<int> delaysOf(const QJsonValue& v, int frames) {
 
 class Runner {
   public:
-    Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
+    explicit Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
 
     // Relative paths are taken from the script's folder, or from its "base"; "$INPUT_DIR/" starts a
     // path in the folder of the host block's animation, so a recording made beside one input finds

@@ -133,7 +133,7 @@ const BandCall& bandCall(StretchKind kind, int selector) {
     }
 }
 
-krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, krl::Triple& saved) {
+krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, const krl::Triple& saved) {
     krl::Triple& P1 = f.M;
     krl::Triple& P2 = f.A;
     const int W = f.W, H = f.H;
