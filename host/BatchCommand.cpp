@@ -186,7 +186,7 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
         return 2;
     }
     std::string error;
-    const QJsonObject recorded = readSessionScript(o.script, &error);
+    const QJsonObject recorded = readSessionScript(o.script, error);
     if (!error.empty()) {
         std::fprintf(stderr, "kirrel batch: %s\n", error.c_str());
         return 2;

@@ -471,21 +471,21 @@ class Runner {
 
 } // namespace
 
-QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
+QJsonObject readSessionScript(const QString& scriptPath, std::string& error) {
     QFile file(scriptPath);
     if (!file.open(QIODevice::ReadOnly)) {
-        *error = "cannot read the script " + scriptPath.toStdString();
+        error = "cannot read the script " + scriptPath.toStdString();
         return {};
     }
     QJsonParseError err{};
     const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
     if (err.error != QJsonParseError::NoError) {
-        *error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
-                 std::to_string(err.offset);
+        error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
+                std::to_string(err.offset);
         return {};
     }
     if (!doc.isObject()) {
-        *error = "the script must be a JSON object with \"host\" and \"steps\"";
+        error = "the script must be a JSON object with \"host\" and \"steps\"";
         return {};
     }
     return doc.object();
@@ -494,7 +494,7 @@ QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
 ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
     ScriptResult result;
     std::string error;
-    const QJsonObject root = readSessionScript(scriptPath, &error);
+    const QJsonObject root = readSessionScript(scriptPath, error);
     if (!error.empty()) return {2, error, {}};
     const QStringList keys = root.keys();
     const auto unknown = std::find_if(keys.begin(), keys.end(), [](const QString& key) {
