@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kirrel::host {
@@ -30,9 +31,10 @@ constexpr FormatTraits kFormats[] = {
 };
 
 const FormatTraits& traits(ExportFormat f) {
-    for (const FormatTraits& t : kFormats)
-        if (t.format == f) return t;
-    throw std::logic_error("unknown export format");
+    const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                     [f](const FormatTraits& t) { return t.format == f; });
+    if (found == std::end(kFormats)) throw std::logic_error("unknown export format");
+    return *found;
 }
 
 } // namespace

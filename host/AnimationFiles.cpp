@@ -183,34 +183,42 @@ bool isDat(const QString& path) {
     return path.endsWith(".dat", Qt::CaseInsensitive);
 }
 
+// Points stderr at /dev/null and returns a copy of the old stderr to put back, or -1.
+int silenceStderr() {
+#if defined(__unix__)
+    std::fflush(stderr);
+    const int saved = ::dup(STDERR_FILENO);
+    const int sink = ::open("/dev/null", O_WRONLY);
+    if (sink >= 0) {
+        ::dup2(sink, STDERR_FILENO);
+        ::close(sink);
+    }
+    return saved;
+#else
+    return -1;
+#endif
+}
+
+void restoreStderr([[maybe_unused]] int saved) {
+#if defined(__unix__)
+    if (saved < 0) return;
+    std::fflush(stderr);
+    ::dup2(saved, STDERR_FILENO);
+    ::close(saved);
+#endif
+}
+
 // Some image decoders write their own complaint about a damaged file straight to stderr; the
 // reader's one clear message is what the user gets, so their output is dropped while they run.
 class QuietDecoders {
   public:
-    QuietDecoders() {
-#if defined(__unix__)
-        std::fflush(stderr);
-        saved_ = ::dup(STDERR_FILENO);
-        const int sink = ::open("/dev/null", O_WRONLY);
-        if (sink >= 0) {
-            ::dup2(sink, STDERR_FILENO);
-            ::close(sink);
-        }
-#endif
-    }
-    ~QuietDecoders() {
-#if defined(__unix__)
-        if (saved_ < 0) return;
-        std::fflush(stderr);
-        ::dup2(saved_, STDERR_FILENO);
-        ::close(saved_);
-#endif
-    }
+    QuietDecoders() : saved_(silenceStderr()) {}
+    ~QuietDecoders() { restoreStderr(saved_); }
     QuietDecoders(const QuietDecoders&) = delete;
     QuietDecoders& operator=(const QuietDecoders&) = delete;
 
   private:
-    [[maybe_unused]] int saved_ = -1;
+    int saved_;
 };
 
 QImage decodeImage(const QString& path) {

@@ -150,9 +150,9 @@ class Progress {
   public:
     explicit Progress(int total) : total_(total), tty_(::isatty(STDERR_FILENO) != 0) { clock_.start(); }
     void show(int done, int failed, const QString& finished = {}) {
-        const qint64 elapsed = clock_.elapsed();
+        const qint64 spent = clock_.elapsed();
         const QString left =
-            done > 0 && done < total_ ? clock(elapsed * (total_ - done) / done) + " left" : QString();
+            done > 0 && done < total_ ? clock(spent * (total_ - done) / done) + " left" : QString();
         if (!tty_) {
             if (!finished.isEmpty()) std::fprintf(stderr, "%d/%d %s\n", done, total_, qPrintable(finished));
             return;
@@ -186,7 +186,7 @@ int runBatchCommand(const QStringList& arguments, const std::string& userTempDir
         return 2;
     }
     std::string error;
-    const QJsonObject recorded = readSessionScript(o.script, &error);
+    const QJsonObject recorded = readSessionScript(o.script, error);
     if (!error.empty()) {
         std::fprintf(stderr, "kirrel batch: %s\n", error.c_str());
         return 2;

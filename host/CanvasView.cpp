@@ -146,12 +146,12 @@ void CanvasView::paintEvent(QPaintEvent*) {
 }
 
 void CanvasView::mouseMoveEvent(QMouseEvent* event) {
-    emit hovered(imagePixelAt(event->position().toPoint()));
+    emit this->hovered(imagePixelAt(event->position().toPoint()));
     QWidget::mouseMoveEvent(event);
 }
 
 void CanvasView::leaveEvent(QEvent* event) {
-    emit hovered({-1, -1});
+    emit this->hovered({-1, -1});
     QWidget::leaveEvent(event);
 }
 

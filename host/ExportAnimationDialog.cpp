@@ -53,9 +53,9 @@ ExportAnimationDialog::ExportAnimationDialog(QWidget* parent, const QString& sug
     path_ = new QLineEdit(suggestedPath, this);
     path_->setObjectName("exportPath");
     path_->setMinimumWidth(360);
-    auto* browse = new QPushButton("Browse…", this);
+    auto* browseButton = new QPushButton("Browse…", this);
     fileRow->addWidget(path_, 1);
-    fileRow->addWidget(browse);
+    fileRow->addWidget(browseButton);
     form->addRow("File:", fileRow);
 
     format_ = new QComboBox(this);
@@ -94,7 +94,7 @@ ExportAnimationDialog::ExportAnimationDialog(QWidget* parent, const QString& sug
     buttons->button(QDialogButtonBox::Ok)->setText("Export");
     form->addRow(buttons);
 
-    connect(browse, &QPushButton::clicked, this, &ExportAnimationDialog::browse);
+    connect(browseButton, &QPushButton::clicked, this, &ExportAnimationDialog::browse);
     connect(format_, &QComboBox::currentIndexChanged, this, &ExportAnimationDialog::formatChosen);
     connect(path_, &QLineEdit::textEdited, this, &ExportAnimationDialog::pathEdited);
     connect(quality_, &QSlider::valueChanged, this, &ExportAnimationDialog::updateControls);

@@ -16,10 +16,12 @@ ExportFrames::ExportFrames(const ExportInput& in, ExportTransparency mode, bool 
     w_ = in.frames.front().width();
     h_ = in.frames.front().height();
     if (w_ < 1 || h_ < 1) throw std::runtime_error("The frames have no picture to save.");
-    for (const Picture& p : in.frames)
-        if (p.width() != w_ || p.height() != h_ || p.g.width() != w_ || p.b.height() != h_ ||
-            p.g.height() != h_ || p.b.width() != w_)
-            throw std::runtime_error("The frames differ in size, so they cannot be saved as one animation.");
+    const auto otherSize = [this](const Picture& p) {
+        return p.width() != w_ || p.height() != h_ || p.g.width() != w_ || p.b.height() != h_ ||
+               p.g.height() != h_ || p.b.width() != w_;
+    };
+    if (std::any_of(in.frames.begin(), in.frames.end(), otherSize))
+        throw std::runtime_error("The frames differ in size, so they cannot be saved as one animation.");
     if (in.delays.size() != in.frames.size())
         throw std::runtime_error(
             "The frames' delays do not match the frames, so the animation cannot be saved.");

@@ -59,8 +59,7 @@ std::string entry(const std::string& description, const std::string& patterns) {
 } // namespace
 
 std::string qtFileFilter(const std::string& hostFilter) {
-    std::string all = "All files (*)";
-    if (trimmed(hostFilter).empty()) return all;
+    if (trimmed(hostFilter).empty()) return "All files (*)";
     const std::vector<std::string> parts = split(hostFilter, '|');
     std::string out;
     for (std::size_t i = 0; i < parts.size(); i += 2) {

@@ -136,7 +136,7 @@ void FrameBar::play() {
     playing_ = true;
     scheduleNext();
     playStop_->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
-    emit playingChanged(true);
+    emit this->playingChanged(true);
 }
 
 void FrameBar::stop() {
@@ -144,7 +144,7 @@ void FrameBar::stop() {
     playing_ = false;
     timer_->stop();
     playStop_->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
-    emit playingChanged(false);
+    emit this->playingChanged(false);
 }
 
 bool FrameBar::playing() const {

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 
@@ -76,9 +77,9 @@ Animation readWithConvert(const QString& path, const QString& convert, const Gif
         if (frames.empty()) throw gifError(path, "could not be read: ImageMagick listed no frames.");
         const int w = frames.front().width;
         const int h = frames.front().height;
-        for (const CoalescedFrame& f : frames)
-            if (f.width != w || f.height != h)
-                throw gifError(path, "could not be read: its frames differ in size.");
+        if (std::any_of(frames.begin(), frames.end(),
+                        [w, h](const CoalescedFrame& f) { return f.width != w || f.height != h; }))
+            throw gifError(path, "could not be read: its frames differ in size.");
         builder.start(w, h, static_cast<std::int64_t>(frames.size()));
         stream.emplace(std::size_t{4} * w * h, [&, w](const std::uint8_t* rgba) {
             const auto i = static_cast<std::size_t>(builder.frameCount());

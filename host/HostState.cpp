@@ -52,8 +52,8 @@ std::string numberText(double v) {
 
 HostState& runningHost() {
     static HostState host;
-    if (HostState* scratch = ScratchHost::current()) return *scratch;
-    return host;
+    HostState* scratch = ScratchHost::current();
+    return scratch ? *scratch : host;
 }
 
 HostState::HostState()
@@ -156,10 +156,8 @@ void HostState::refresh() {
 // --- planes ------------------------------------------------------------------------------------
 
 namespace {
-const krl::Plane& channelOf(const Picture& p, Channel c) {
-    return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b;
-}
-krl::Plane& channelOf(Picture& p, Channel c) {
+// The plane keeps the picture's constness.
+template <class P> auto& channelOf(P& p, Channel c) {
     return c == Channel::R ? p.r : c == Channel::G ? p.g : p.b;
 }
 } // namespace

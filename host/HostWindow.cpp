@@ -29,6 +29,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace kirrel::host {
 
 namespace {
@@ -93,9 +95,9 @@ QAction* HostWindow::makeAction(const char* name, const QString& text, std::func
 }
 
 QAction* HostWindow::action(const QString& name) const {
-    for (QAction* a : actions_)
-        if (a->objectName() == name) return a;
-    return nullptr;
+    const auto found = std::find_if(actions_.begin(), actions_.end(),
+                                    [&name](const QAction* a) { return a->objectName() == name; });
+    return found == actions_.end() ? nullptr : *found;
 }
 
 void HostWindow::buildActions() {

@@ -621,12 +621,11 @@ void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void HostWindow::dropEvent(QDropEvent* event) {
-    for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile()) {
-            event->acceptProposedAction();
-            runGuarded([&] { openAnimation(url.toLocalFile()); });
-            return;
-        }
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const auto url = std::find_if(urls.begin(), urls.end(), [](const QUrl& u) { return u.isLocalFile(); });
+    if (url == urls.end()) return;
+    event->acceptProposedAction();
+    runGuarded([&] { openAnimation(url->toLocalFile()); });
 }
 
 } // namespace kirrel::host

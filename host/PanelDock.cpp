@@ -50,9 +50,10 @@ QWidget* PanelDock::shownForm() const {
     if (panel::FormBase* front = panel::FormBase::front();
         front && front->parentWidget() == forms_ && front->isVisibleTo(forms_))
         return front;
-    for (const QPointer<QWidget>& f : adopted_)
-        if (f && f->isVisibleTo(forms_)) return f;
-    return nullptr;
+    const auto shown = std::find_if(adopted_.begin(), adopted_.end(), [this](const QPointer<QWidget>& f) {
+        return f && f->isVisibleTo(forms_);
+    });
+    return shown == adopted_.end() ? nullptr : shown->data();
 }
 
 void PanelDock::bringForward() {

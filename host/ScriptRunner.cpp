@@ -33,7 +33,9 @@
 #include <QRadioButton>
 #include <QTextStream>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -97,14 +99,14 @@ std::vector<int> delaysOf(const QJsonValue& v, int frames) {
     if (!v.isArray() || a.size() != frames)
         throw ScriptError("\"delays\" must hold one delay per frame (" + std::to_string(frames) + ")");
     std::vector<int> out;
-    for (const auto& d : a)
-        out.push_back(one(d));
+    out.reserve(static_cast<std::size_t>(a.size()));
+    std::transform(a.begin(), a.end(), std::back_inserter(out), one);
     return out;
 }
 
 class Runner {
   public:
-    Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
+    explicit Runner(const QString& scriptPath) : base_(QFileInfo(scriptPath).absoluteDir()) {}
 
     // Relative paths are taken from the script's folder, or from its "base"; "$INPUT_DIR/" starts a
     // path in the folder of the host block's animation, so a recording made beside one input finds
@@ -469,21 +471,21 @@ class Runner {
 
 } // namespace
 
-QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
+QJsonObject readSessionScript(const QString& scriptPath, std::string& error) {
     QFile file(scriptPath);
     if (!file.open(QIODevice::ReadOnly)) {
-        *error = "cannot read the script " + scriptPath.toStdString();
+        error = "cannot read the script " + scriptPath.toStdString();
         return {};
     }
     QJsonParseError err{};
     const QJsonDocument doc = QJsonDocument::fromJson(withoutComments(file.readAll()), &err);
     if (err.error != QJsonParseError::NoError) {
-        *error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
-                 std::to_string(err.offset);
+        error = "the script is not valid JSON: " + err.errorString().toStdString() + " at offset " +
+                std::to_string(err.offset);
         return {};
     }
     if (!doc.isObject()) {
-        *error = "the script must be a JSON object with \"host\" and \"steps\"";
+        error = "the script must be a JSON object with \"host\" and \"steps\"";
         return {};
     }
     return doc.object();
@@ -492,11 +494,13 @@ QJsonObject readSessionScript(const QString& scriptPath, std::string* error) {
 ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath) {
     ScriptResult result;
     std::string error;
-    const QJsonObject root = readSessionScript(scriptPath, &error);
+    const QJsonObject root = readSessionScript(scriptPath, error);
     if (!error.empty()) return {2, error, {}};
-    for (const QString& key : root.keys())
-        if (key != "host" && key != "steps" && key != "base" && key != "fail_on_error")
-            return {2, "unknown script entry \"" + key.toStdString() + "\"", {}};
+    const QStringList keys = root.keys();
+    const auto unknown = std::find_if(keys.begin(), keys.end(), [](const QString& key) {
+        return key != "host" && key != "steps" && key != "base" && key != "fail_on_error";
+    });
+    if (unknown != keys.end()) return {2, "unknown script entry \"" + unknown->toStdString() + "\"", {}};
     if (root.contains("host") && !root["host"].isObject()) return {2, "\"host\" must be an object", {}};
     if (root.contains("steps") && !root["steps"].isArray())
         return {2, "\"steps\" must be a list of steps", {}};

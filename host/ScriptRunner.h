@@ -19,7 +19,7 @@ struct ScriptResult {
 ScriptResult runSessionScript(const QString& scriptPath, const QString& tracePath = {});
 
 // A script file as JSON (its // comments dropped); an empty object and the reason when it is not one.
-QJsonObject readSessionScript(const QString& scriptPath, std::string* error);
+QJsonObject readSessionScript(const QString& scriptPath, std::string& error);
 
 // Text of `kirrel --help`.
 const char* sessionScriptHelp();

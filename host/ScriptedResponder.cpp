@@ -1,21 +1,27 @@
 #include "host/ScriptedResponder.h"
 
+#include <algorithm>
+
 namespace kirrel::host {
 
 std::string ScriptedResponder::kindName(QueuedAnswer::Kind k) {
     switch (k) {
-    case QueuedAnswer::Kind::Question: return "question";
-    case QueuedAnswer::Kind::Value: return "value";
-    case QueuedAnswer::Kind::File: return "file";
-    case QueuedAnswer::Kind::Input: return "input";
+    case QueuedAnswer::Kind::Question:
+        return "question";
+    case QueuedAnswer::Kind::Value:
+        return "value";
+    case QueuedAnswer::Kind::File:
+        return "file";
+    case QueuedAnswer::Kind::Input:
+        return "input";
     }
     return "answer";
 }
 
 QueuedAnswer ScriptedResponder::take(QueuedAnswer::Kind wanted, const std::string& boxText) {
     std::string shown = boxText;
-    for (auto& c : shown)
-        if (c == '\n' || c == '\r') c = ' ';
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     if (queue_.empty())
         throw ScriptAbort{"no queued answer for the " + kindName(wanted) + " box \"" + shown + "\""};
     if (queue_.front().kind != wanted)

@@ -51,18 +51,18 @@ void ExportCFX(const std::string& title) {
     }
     const std::string path = van.Van_RequestFile_save("Save CustomFX File", "", kCfxFilter);
     if (path.empty()) return;
-    // The main buffer and its alpha are asked for as the frame loop's working planes; the loop below
-    // reads the frames themselves, and the alpha isn't kept in the file.
-    krl::Triple t;
-    t.r = van.Van_GetRBuffer();
-    t.g = van.Van_GetGBuffer();
-    t.b = van.Van_GetBBuffer();
-    const krl::Plane alpha = van.Van_GetABuffer();
+    // The main buffer and its alpha are asked for and dropped: the loop below reads the frames
+    // themselves, and the alpha isn't kept in the file.
+    van.Van_GetRBuffer();
+    van.Van_GetGBuffer();
+    van.Van_GetBBuffer();
+    van.Van_GetABuffer();
     h.primary = splitColour(van.Van_getPrimaryColor());
     h.secondary = splitColour(van.Van_getSecondaryColor());
 
     CfxWriter out(path);
     out.writeHeader(h);
+    krl::Triple t;
     for (int i = 0; i < h.frames; ++i) {
         t.r = van.Van_GetRFrame(i);
         t.g = van.Van_GetGFrame(i);

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <stdexcept>
@@ -36,9 +37,8 @@ QString batchRunnerProgram(const std::string& appDir) {
 bool entryExists(const QString& dir, const QString& pattern) {
     const QStringList names =
         QDir(dir).entryList(QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    for (const QString& n : names)
-        if (wildcardMatch(pattern, n)) return true;
-    return false;
+    return std::any_of(names.begin(), names.end(),
+                       [&pattern](const QString& n) { return wildcardMatch(pattern, n); });
 }
 
 void writeBatchFile(const std::string& path, const std::string& bytes) {

@@ -11,6 +11,8 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 
 namespace kirrel::exchange {
@@ -226,8 +228,8 @@ void ImportGifViaPNG(Vantry::Vantry_Class& van) {
     {
         std::vector<BatchLine> lines;
         for (int i = 0; i < count; ++i) {
-            for (BatchLine& l : gifImportBitmapLines(app, temp, i))
-                lines.push_back(std::move(l));
+            std::vector<BatchLine> frameLines = gifImportBitmapLines(app, temp, i);
+            std::move(frameLines.begin(), frameLines.end(), std::back_inserter(lines));
             van.Van_SetProgress(divide(i, count) * 30);
         }
         lines.push_back(gifImportBitmapClosing(temp));

@@ -25,9 +25,11 @@ int layerRowBytes(int width) {
 std::vector<std::uint8_t> layerBitmapBytes(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b,
                                            int width, int height, const std::function<void(int y)>& onRow) {
     if (width < 0 || height < 0) throw std::invalid_argument("Invalid picture size");
-    for (const krl::Plane* p : {&r, &g, &b})
-        if (width > 0 && height > 0 && (p->cols() < width || p->rows() < height))
-            throw std::out_of_range("Subscript out of range");
+    const auto tooSmall = [width, height](const krl::Plane& p) {
+        return p.cols() < width || p.rows() < height;
+    };
+    if (width > 0 && height > 0 && (tooSmall(r) || tooSmall(g) || tooSmall(b)))
+        throw std::out_of_range("Subscript out of range");
     const int rowBytes = layerRowBytes(width);
     std::vector<std::uint8_t> out(54 + static_cast<std::size_t>(rowBytes) * height, 0);
     out[0] = 'B';

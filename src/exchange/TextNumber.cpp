@@ -2,6 +2,7 @@
 
 #include "panel/Numeric.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <stdexcept>
@@ -14,9 +15,10 @@ std::optional<double> numericValue(const std::string& text) {
     const auto last = text.find_last_not_of(" \t");
     const std::string t = text.substr(first, last - first + 1);
     // Only plain decimal numbers: no hexadecimal, no infinity, no not-a-number.
-    for (char c : t)
-        if (!((c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'))
-            return std::nullopt;
+    const auto foreign = [](char c) {
+        return !((c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E');
+    };
+    if (std::any_of(t.begin(), t.end(), foreign)) return std::nullopt;
     char* end = nullptr;
     const double v = std::strtod(t.c_str(), &end);
     if (end != t.c_str() + t.size() || !std::isfinite(v)) return std::nullopt;

@@ -60,9 +60,10 @@ const std::vector<ChannelMix>& channelMixes() {
 }
 
 const ChannelMix* findChannelMix(const std::string& text) {
-    for (const ChannelMix& m : channelMixes())
-        if (text == m.text) return &m;
-    return nullptr;
+    const auto& mixes = channelMixes();
+    const auto found =
+        std::find_if(mixes.begin(), mixes.end(), [&text](const ChannelMix& m) { return text == m.text; });
+    return found == mixes.end() ? nullptr : &*found;
 }
 
 void cutChannels(krl::Triple& P, const krl::Triple& C, const ChannelThresholdSettings& s, int W, int H) {

@@ -29,10 +29,11 @@ int dibRowBytes(int width) {
 std::vector<std::uint8_t> packDib24(const krl::Plane& r, const krl::Plane& g, const krl::Plane& b, int width,
                                     int height) {
     if (width < 0 || height < 0) throw std::invalid_argument("Invalid picture size");
-    if (width > 0 && height > 0) {
-        for (const krl::Plane* p : {&r, &g, &b})
-            if (p->cols() < width || p->rows() < height) throw std::out_of_range("Subscript out of range");
-    }
+    const auto tooSmall = [width, height](const krl::Plane& p) {
+        return p.cols() < width || p.rows() < height;
+    };
+    if (width > 0 && height > 0 && (tooSmall(r) || tooSmall(g) || tooSmall(b)))
+        throw std::out_of_range("Subscript out of range");
     const int stride = dibRowBytes(width);
     std::vector<std::uint8_t> out(static_cast<std::size_t>(stride) * static_cast<std::size_t>(height), 0);
     for (int y = 0; y < height; ++y) {

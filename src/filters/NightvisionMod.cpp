@@ -20,7 +20,7 @@ void nightVisionPipeline(krl::Triple& picture, bool useAlpha, const krl::Plane& 
 
 namespace {
 
-void filterInPlace(FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& picture, int w, int h) {
+void filterInPlace(const FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& picture, int w, int h) {
     const bool useAlpha = form.useAlpha();
     const krl::Plane alpha = useAlpha ? van.Van_GetABuffer() : krl::Plane();
     nightVisionPipeline(picture, useAlpha, alpha, w, h);
@@ -47,7 +47,7 @@ void NightVisionCurrentFrame(FilterForm& form) {
     van.Van_SetProgress(0);
 }
 
-void NightVisionFrameRange(FilterForm& form) {
+void NightVisionFrameRange(const FilterForm& form) {
     Vantry::Vantry_Class van;
     const std::int16_t H = van.Van_BufferHeight();
     const std::int16_t W = van.Van_BufferWidth();

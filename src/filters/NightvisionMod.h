@@ -16,6 +16,6 @@ void nightVisionPipeline(krl::Triple& picture, bool useAlpha, const krl::Plane& 
 // host's own undo. The host's refresh is left to the dialog.
 void NightVisionCurrentFrame(FilterForm& form);
 // Every frame of the form's range by list index, in place; the scrubber is shown again afterwards.
-void NightVisionFrameRange(FilterForm& form);
+void NightVisionFrameRange(const FilterForm& form);
 
 } // namespace kirrel::filters

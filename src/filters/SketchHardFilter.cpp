@@ -46,7 +46,7 @@ void finish(krl::Triple& work, const SketchHardPath& path, SketchOption option, 
 }
 
 // "Use Alpha?" on a real run: the frame is fetched again and the drawing laid over it by alpha.
-void honourAlpha(FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& work, int W, int H) {
+void honourAlpha(const FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& work, int W, int H) {
     if (!form.useAlpha()) return;
     krl::Triple Plain = fetchBuffer(van);
     const krl::Plane alpha = van.Van_GetABuffer();
@@ -88,15 +88,16 @@ void SketchHardCurrentFrame(FilterForm& form, SketchOption option, std::int32_t 
                             std::int32_t Passes) {
     Vantry::Vantry_Class van;
     van.Van_SaveUndo();
-    std::int16_t H = van.Van_BufferHeight();
-    std::int16_t W = van.Van_BufferWidth();
+    // The size is asked for before the readings and again after; the second answer is the one used.
+    van.Van_BufferHeight();
+    van.Van_BufferWidth();
     // The frame is read three times over (the work picture, the plain copy, a spare); the pipeline
     // takes its copies from the work picture, so only the first reading is kept.
     krl::Triple work = fetchBuffer(van);
     fetchBuffer(van);
     fetchBuffer(van);
-    H = van.Van_BufferHeight();
-    W = van.Van_BufferWidth();
+    std::int16_t H = van.Van_BufferHeight();
+    std::int16_t W = van.Van_BufferWidth();
     const std::uint8_t strength = toByte(LineStrength);
 
     if (form.PreviewOn == -1) {
@@ -123,7 +124,7 @@ void SketchHardCurrentFrame(FilterForm& form, SketchOption option, std::int32_t 
     van.Van_SetProgress(0);
 }
 
-void SketchHardFrameRange(FilterForm& form, SketchOption option, std::int32_t LineStrength,
+void SketchHardFrameRange(const FilterForm& form, SketchOption option, std::int32_t LineStrength,
                           std::int32_t Passes, std::int32_t Start, std::int32_t End) {
     Vantry::Vantry_Class van;
     van.Van_SaveUndo();

@@ -51,7 +51,7 @@ void sketchHardPipeline(krl::Triple& work, const SketchHardPath& path, std::int3
 void SketchHardCurrentFrame(FilterForm& form, SketchOption option, std::int32_t LineStrength,
                             std::int32_t Passes);
 // Frames Start to End (list indices), in place.
-void SketchHardFrameRange(FilterForm& form, SketchOption option, std::int32_t LineStrength,
+void SketchHardFrameRange(const FilterForm& form, SketchOption option, std::int32_t LineStrength,
                           std::int32_t Passes, std::int32_t Start, std::int32_t End);
 
 } // namespace kirrel::filters

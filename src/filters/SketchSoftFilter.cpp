@@ -12,7 +12,7 @@ namespace {
 
 // "Use Alpha?" on a real run: the frame as it was is fetched again and the sketch laid over it by
 // the alpha plane.
-void honourAlpha(FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& work, int W, int H) {
+void honourAlpha(const FilterForm& form, Vantry::Vantry_Class& van, krl::Triple& work, int W, int H) {
     if (!form.useAlpha()) return;
     krl::Triple Blur = fetchBuffer(van);
     const krl::Plane alpha = van.Van_GetABuffer();
@@ -69,7 +69,7 @@ void SketchSoftCurrentFrame(FilterForm& form, std::int16_t Detail, std::int16_t 
     van.Van_Refresh();
 }
 
-void SketchSoftFrameRange(FilterForm& form, std::int16_t Detail, std::int32_t Start, std::int32_t End,
+void SketchSoftFrameRange(const FilterForm& form, std::int16_t Detail, std::int32_t Start, std::int32_t End,
                           std::int16_t ColorOn) {
     Vantry::Vantry_Class van;
     van.Van_SaveUndo();

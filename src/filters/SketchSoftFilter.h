@@ -35,7 +35,7 @@ void sketchSoftPipeline(krl::Triple& work, bool colorOn, const SketchSoftPath& p
 // undo first.
 void SketchSoftCurrentFrame(FilterForm& form, std::int16_t Detail, std::int16_t ColorOn);
 // Frames Start to End (list indices), in place.
-void SketchSoftFrameRange(FilterForm& form, std::int16_t Detail, std::int32_t Start, std::int32_t End,
+void SketchSoftFrameRange(const FilterForm& form, std::int16_t Detail, std::int32_t Start, std::int32_t End,
                           std::int16_t ColorOn);
 
 } // namespace kirrel::filters

@@ -18,7 +18,7 @@ void drawCartoon(krl::Triple& blurred, const krl::Triple& original, bool edgeBoo
 }
 
 // "Use Alpha?": the filtered picture is laid over the frame as it was, by the alpha plane.
-void honourAlpha(frmToon& form, Vantry::Vantry_Class& van, krl::Triple& filtered, int w, int h) {
+void honourAlpha(const frmToon& form, Vantry::Vantry_Class& van, krl::Triple& filtered, int w, int h) {
     if (!form.useAlpha()) return;
     krl::Triple unfiltered = fetchBuffer(van);
     const krl::Plane alpha = van.Van_GetABuffer();
@@ -68,7 +68,7 @@ void ToonCurrentFrame(frmToon& form, std::int16_t Silent) {
     van.Van_Refresh();
 }
 
-void ToonFrameRange(frmToon& form) {
+void ToonFrameRange(const frmToon& form) {
     Vantry::Vantry_Class van;
     const std::int16_t H = van.Van_BufferHeight();
     const std::int16_t W = van.Van_BufferWidth();

@@ -23,6 +23,6 @@ int previewBlurRounds(std::int32_t strength);
 // own undo. Silent 0 reports progress during the blur.
 void ToonCurrentFrame(frmToon& form, std::int16_t Silent);
 // Every frame of the form's range, in place; the host ends on the range's first frame.
-void ToonFrameRange(frmToon& form);
+void ToonFrameRange(const frmToon& form);
 
 } // namespace kirrel::filters

@@ -122,14 +122,14 @@ void VerticalHold(FrameSpan span, bool divider) {
     const int H = van.Van_BufferHeight();
     const int W = van.Van_BufferWidth();
     // The second picture is fetched only to have the frame's size.
-    krl::Triple c = fetchMain(van);
+    fetchMain(van);
     van.Van_Lock();
     van.Van_ChangePointer(kBusyPointer);
     for (int i = span.start; i <= span.end; ++i) {
         van.Van_GotoFrame(i);
         const int offset = holdOffset(span, i, H);
         krl::Triple m = fetchMain(van);
-        c = m;
+        krl::Triple c = m;
         if (divider) {
             for (krl::Plane* p : {&c.r, &c.g, &c.b}) {
                 if (p->empty()) continue;

@@ -3,6 +3,7 @@
 #include "pixel/Filters.h"
 #include "pixel/Mixing.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kirrel::masks {
@@ -66,16 +67,16 @@ Rgb splitColour(int packed) {
 
 void buildSource(Vantry::Vantry_Class& van, const std::string& source, SourceSizes sizes, krl::Triple& out,
                  int W, int H) {
-    const SourceRow* row = nullptr;
-    for (const SourceRow& r : kSources)
-        if (source == r.text) row = &r;
-    if (!row) {
+    const auto found = std::find_if(kSources.begin(), kSources.end(),
+                                    [&source](const SourceRow& r) { return source == r.text; });
+    if (found == kSources.end()) {
         out = krl::Triple();
         return;
     }
     const int w = sizes == SourceSizes::Bounds ? W : W + 1;
     const int h = sizes == SourceSizes::Bounds ? H : H + 1;
-    switch (row->kind) {
+    const SourceRow& row = *found;
+    switch (row.kind) {
     case Kind::Main:
         fetchFrame(van, out);
         break;
@@ -101,7 +102,7 @@ void buildSource(Vantry::Vantry_Class& van, const std::string& source, SourceSiz
         break;
     case Kind::Channels:
         fetchFrame(van, out);
-        krl::MixBufferChannels(out.r, out.g, out.b, 0, row->channels, w, h);
+        krl::MixBufferChannels(out.r, out.g, out.b, 0, row.channels, w, h);
         break;
     case Kind::Noise:
         fetchFrame(van, out);

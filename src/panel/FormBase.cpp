@@ -124,23 +124,22 @@ std::string FormBase::actionName() const {
 }
 
 FormBase* FormBase::front() {
-    auto& l = openList();
-    for (auto it = l.rbegin(); it != l.rend(); ++it)
-        if ((*it)->isVisible()) return *it;
+    const auto& l = openList();
+    const auto shown = std::find_if(l.rbegin(), l.rend(), [](const FormBase* f) { return f->isVisible(); });
+    if (shown != l.rend()) return *shown;
     return l.empty() ? nullptr : l.back();
 }
 
 FormBase* FormBase::find(const QString& name) {
-    for (FormBase* f : openList())
-        if (f->objectName() == name) return f;
-    return nullptr;
+    const auto& l = openList();
+    const auto found =
+        std::find_if(l.begin(), l.end(), [&name](const FormBase* f) { return f->objectName() == name; });
+    return found == l.end() ? nullptr : *found;
 }
 
 QList<FormBase*> FormBase::openForms() {
-    QList<FormBase*> out;
-    for (FormBase* f : openList())
-        out.push_back(f);
-    return out;
+    const auto& l = openList();
+    return QList<FormBase*>(l.begin(), l.end());
 }
 
 void FormBase::setWallpaper(const QPixmap& tile) {

@@ -54,8 +54,8 @@ template <class... A> void traceCall(std::string_view name, const A&... args) {
     if (!tracing()) return;
     std::string line(name);
     line += '(';
-    bool first = true;
-    ((line += (first ? "" : ", ") + trace_detail::arg(args), first = false), ...);
+    std::string_view separator;
+    ((line.append(separator).append(trace_detail::arg(args)), separator = ", "), ...);
     line += ')';
     emitTrace(line);
 }

@@ -12,6 +12,7 @@
 #include "pixel/Plane.h"
 #include "pixel/Slices.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -89,10 +90,9 @@ void eachPair(Plane& AR, Plane& AG, Plane& AB, const Plane& BR, const Plane& BG,
 // passed in both places keeps the in-place path, whose order of reads and writes callers rely on.
 inline bool distinct(std::initializer_list<const Plane*> results,
                      std::initializer_list<const Plane*> inputs) {
-    for (const Plane* r : results)
-        for (const Plane* i : inputs)
-            if (r == i) return false;
-    return true;
+    return std::none_of(results.begin(), results.end(), [inputs](const Plane* r) {
+        return std::find(inputs.begin(), inputs.end(), r) != inputs.end();
+    });
 }
 
 // One result plane taken for a rewrite of a rectangle (see Plane::rewrite), as rows.

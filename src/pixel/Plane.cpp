@@ -114,9 +114,9 @@ Plane::Rewrite Plane::rewrite(int x0, int y0, int x1, int y1) {
     copy(0, static_cast<std::size_t>(y0) * stride);
     copy(static_cast<std::size_t>(y1) * stride, static_cast<std::size_t>(rows() - y1) * stride);
     for (int y = y0; y < y1; ++y) {
-        const std::size_t row = static_cast<std::size_t>(y) * stride;
-        copy(row, static_cast<std::size_t>(x0));
-        copy(row + static_cast<std::size_t>(x1), stride - static_cast<std::size_t>(x1));
+        const std::size_t rowStart = static_cast<std::size_t>(y) * stride;
+        copy(rowStart, static_cast<std::size_t>(x0));
+        copy(rowStart + static_cast<std::size_t>(x1), stride - static_cast<std::size_t>(x1));
     }
     return r;
 }

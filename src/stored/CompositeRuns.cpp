@@ -25,9 +25,9 @@ const std::array<CompositeMode, 6> kCompositeModes = {{
 }};
 
 int compositeModeNumber(const std::string& text) {
-    for (const CompositeMode& m : kCompositeModes)
-        if (text == m.text) return m.number;
-    return 0;
+    const auto found = std::find_if(kCompositeModes.begin(), kCompositeModes.end(),
+                                    [&text](const CompositeMode& m) { return text == m.text; });
+    return found == kCompositeModes.end() ? 0 : found->number;
 }
 
 QStringList compositeModeTexts() {
@@ -107,9 +107,10 @@ void CompositeRun(const CompositeSettings& settings, const std::string& slotPath
     const int total = van.Van_GetTotalFrames();
     const int H = van.Van_BufferHeight();
     const int W = van.Van_BufferWidth();
-    const CompositeMode* mode = nullptr;
-    for (const CompositeMode& m : kCompositeModes)
-        if (m.number == settings.mode) mode = &m;
+    const auto found =
+        std::find_if(kCompositeModes.begin(), kCompositeModes.end(),
+                     [&settings](const CompositeMode& m) { return m.number == settings.mode; });
+    const CompositeMode* mode = found == kCompositeModes.end() ? nullptr : &*found;
 
     // The slot is opened (and checked whole) first, as the mask files depend on the run's length.
     StoredFrameSource stored(slotPath, W, H);

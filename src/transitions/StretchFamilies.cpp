@@ -5,6 +5,7 @@
 #include "transitions/Stretches.h"
 #include "transitions/TransitionForm.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace kirrel::transitions {
@@ -12,10 +13,9 @@ namespace kirrel::transitions {
 namespace {
 
 std::vector<const char*> stretchOptionTexts() {
-    std::vector<const char*> texts;
-    texts.reserve(kStretchOptions.size());
-    for (const StretchOption& o : kStretchOptions)
-        texts.push_back(o.text);
+    std::vector<const char*> texts(kStretchOptions.size());
+    std::transform(kStretchOptions.begin(), kStretchOptions.end(), texts.begin(),
+                   [](const StretchOption& o) { return o.text; });
     return texts;
 }
 

@@ -133,7 +133,7 @@ const BandCall& bandCall(StretchKind kind, int selector) {
     }
 }
 
-krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, krl::Triple& saved) {
+krl::Triple& squeezeFrame(const SqueezeCall& call, bool to, RunFrame& f, const krl::Triple& saved) {
     krl::Triple& P1 = f.M;
     krl::Triple& P2 = f.A;
     const int W = f.W, H = f.H;
@@ -326,19 +326,23 @@ Procedures proceduresOf(StretchKind kind) {
 
 void runStretchTo(int index, int start, int end, const std::string& source) {
     const StretchOption& o = option(index);
-    proceduresOf(o.kind).base(start, end, source, o.selector, Direction::To);
+    const Procedures p = proceduresOf(o.kind);
+    p.base(start, end, source, o.selector, Direction::To);
 }
 void runStretchFrom(int index, int start, int end, const std::string& source) {
     const StretchOption& o = option(index);
-    proceduresOf(o.kind).base(start, end, source, o.selector, Direction::From);
+    const Procedures p = proceduresOf(o.kind);
+    p.base(start, end, source, o.selector, Direction::From);
 }
 void runStretchToStored(int index, int start, int slot) {
     const StretchOption& o = option(index);
-    proceduresOf(o.kind).to(start, slot, o.selector);
+    const Procedures p = proceduresOf(o.kind);
+    p.to(start, slot, o.selector);
 }
 void runStretchFromStored(int index, int end, int slot) {
     const StretchOption& o = option(index);
-    proceduresOf(o.kind).from(end, slot, o.selector);
+    const Procedures p = proceduresOf(o.kind);
+    p.from(end, slot, o.selector);
 }
 
 } // namespace kirrel::transitions

@@ -21,17 +21,22 @@ std::unique_ptr<FamilyControls> stripeControls(panel::FormBase& form, QBoxLayout
     return std::make_unique<StripeControls>(form, layout, F, F == StripeFamily::Stripes ? withWeaves : plain);
 }
 
-// The threshold dialog warns that the effect works on the frame's alpha channel.
+// The threshold dialog warns that the effect works on the frame's alpha channel. The form owns the
+// label.
+QLabel* warningLabel(panel::FormBase& form) {
+    auto* label = new QLabel("Requires an active Alpha Channel to use Threshold filter on", &form);
+    label->setObjectName("lblWarning");
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    label->setAlignment(Qt::AlignCenter);
+    label->setMargin(4);
+    return label;
+}
+
 class ThresholdWarning : public FamilyControls {
   public:
-    ThresholdWarning(panel::FormBase& form, QBoxLayout& layout) {
-        label_ = new QLabel("Requires an active Alpha Channel to use Threshold filter on", &form);
-        label_->setObjectName("lblWarning");
-        QFont bold = label_->font();
-        bold.setBold(true);
-        label_->setFont(bold);
-        label_->setAlignment(Qt::AlignCenter);
-        label_->setMargin(4);
+    ThresholdWarning(panel::FormBase& form, QBoxLayout& layout) : label_(warningLabel(form)) {
         layout.addWidget(label_);
     }
     void load(const panel::SkinSettings& skin) override {

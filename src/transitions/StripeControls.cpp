@@ -72,7 +72,7 @@ StripeControls::StripeControls(panel::FormBase& form, QBoxLayout& layout, Stripe
     choice->addStretch(1);
     layout.addLayout(choice);
 
-    auto* sizes = new QGridLayout;
+    auto* sizeGrid = new QGridLayout;
     cmdHsize_ = new QPushButton("Set Height", &form);
     cmdHsize_->setObjectName("cmdHsize");
     cmdVsize_ = new QPushButton("Set Width", &form);
@@ -87,11 +87,11 @@ StripeControls::StripeControls(panel::FormBase& form, QBoxLayout& layout, Stripe
     }
     QObject::connect(cmdHsize_, &QPushButton::clicked, &form, guarded([this](bool) { askSize(true); }));
     QObject::connect(cmdVsize_, &QPushButton::clicked, &form, guarded([this](bool) { askSize(false); }));
-    sizes->addWidget(cmdHsize_, 0, 0);
-    sizes->addWidget(cmdVsize_, 0, 1);
-    sizes->addWidget(lblHSize_, 1, 0);
-    sizes->addWidget(lblVSize_, 1, 1);
-    layout.addLayout(sizes);
+    sizeGrid->addWidget(cmdHsize_, 0, 0);
+    sizeGrid->addWidget(cmdVsize_, 0, 1);
+    sizeGrid->addWidget(lblHSize_, 1, 0);
+    sizeGrid->addWidget(lblVSize_, 1, 1);
+    layout.addLayout(sizeGrid);
 }
 
 void StripeControls::load(const panel::SkinSettings& skin) {
