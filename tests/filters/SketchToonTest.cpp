@@ -118,7 +118,9 @@ TEST_P(FilterRun, TheFrameShownThenARange) {
     for (int i : {0, 1, 2})
         EXPECT_EQ(host().framePicture(i), frames[i]) << "frame " << i;
     EXPECT_EQ(calls("Van_SaveUndo").size(), 1u) << "the frame shown takes the host's one-frame undo";
-    if (!c.shownProgress.empty()) EXPECT_EQ(progress(), c.shownProgress);
+    if (!c.shownProgress.empty()) {
+        EXPECT_EQ(progress(), c.shownProgress);
+    }
     EXPECT_EQ(host().currentFrame(), 3);
 
     ctl<QSlider>(f, c.slider)->setValue(c.rangeValue);
@@ -129,8 +131,12 @@ TEST_P(FilterRun, TheFrameShownThenARange) {
         EXPECT_EQ(host().framePicture(i), c.filter(frames[i], c.rangeValue, true)) << "frame " << i;
     EXPECT_EQ(host().framePicture(0), frames[0]);
     EXPECT_EQ(host().framePicture(3), shownFrame) << "the frame shown before, not run again";
-    if (c.rangeUndos >= 0) EXPECT_EQ(calls("Van_SaveUndo").size(), static_cast<std::size_t>(c.rangeUndos));
-    if (!c.rangeProgress.empty()) EXPECT_EQ(progress(), c.rangeProgress);
+    if (c.rangeUndos >= 0) {
+        EXPECT_EQ(calls("Van_SaveUndo").size(), static_cast<std::size_t>(c.rangeUndos));
+    }
+    if (!c.rangeProgress.empty()) {
+        EXPECT_EQ(progress(), c.rangeProgress);
+    }
     EXPECT_EQ(host().currentFrame(), 3);
     EXPECT_TRUE(ctl<QPushButton>(f, "cmd_Run")->isEnabled());
 }

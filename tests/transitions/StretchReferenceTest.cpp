@@ -119,7 +119,9 @@ TEST_P(StretchReference, EveryFrameIsTheNamedGeometryAndTheEndsAreWholePictures)
               [&](int i) { return expected(r, to, original[static_cast<std::size_t>(i)], source, i, S, E); });
     const End* ends = to ? r.toEnds : r.fromEnds;
     for (const auto& [i, end] : {std::pair{S, ends[0]}, {E, ends[1]}})
-        if (end != X) EXPECT_EQ(frame(i), end == F ? original[static_cast<std::size_t>(i)] : source) << i;
+        if (end != X) {
+            EXPECT_EQ(frame(i), end == F ? original[static_cast<std::size_t>(i)] : source) << i;
+        }
     EXPECT_EQ(calls("Van_GetSwapRBuffer").size(), 1u) << "the source is read once";
 }
 

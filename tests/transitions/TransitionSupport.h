@@ -115,7 +115,9 @@ class ReferenceTest : public TransitionTest {
     // A To run arrives on the source; a From run leaves from it and arrives on the frame.
     void expectEnds(bool to, const host::Picture& from) {
         EXPECT_EQ(frame(to ? E : S), from) << "the run's end on the source";
-        if (!to) EXPECT_EQ(frame(E), original[E]) << "a From run arrives on the frame";
+        if (!to) {
+            EXPECT_EQ(frame(E), original[E]) << "a From run arrives on the frame";
+        }
     }
     host::Picture source;
 };

@@ -105,9 +105,11 @@ TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
         const int n = static_cast<int>(r.frames.size());
         load(n, r.w, r.h);
         r.run(r.S, n - 1, r.source);
-        for (int f = 0; f < n; ++f)
-            if (r.frames[f])
+        for (int f = 0; f < n; ++f) {
+            if (r.frames[f]) {
                 EXPECT_EQ(frame(f), r.frames[f](original[f], host().swapPicture())) << r.source << " " << f;
+            }
+        }
         EXPECT_TRUE(calls("van_status").empty()) << "a fade shows no progress";
         EXPECT_EQ(calls("Van_SetRbuffer").size(), static_cast<std::size_t>(n - r.S));
         EXPECT_EQ(host().swapPicture(), Picture::filled(r.w, r.h, 0x505050));
@@ -140,9 +142,11 @@ TEST_P(AlphaMembers, FullAlphaIsThePlainRunAndNoAlphaChangesNothing) {
     load(6, c.w, h);
     host().setAlpha(flatPlane(c.w, h, 255));
     c.run(WipeFamily::Alpha, S, E);
-    for (int f = 0; f < 6; ++f)
-        if (f != S || !c.edgeAtStart)
+    for (int f = 0; f < 6; ++f) {
+        if (f != S || !c.edgeAtStart) {
             EXPECT_EQ(frame(f), plain[static_cast<std::size_t>(f)]) << "frame " << f;
+        }
+    }
     if (c.edgeAtStart) {
         int differing = 0;
         for (std::size_t i = 0; i < plain[S].r.size(); ++i)
@@ -156,7 +160,9 @@ TEST_P(AlphaMembers, FullAlphaIsThePlainRunAndNoAlphaChangesNothing) {
     c.run(WipeFamily::Alpha, S, E);
     for (int f = 0; f < 6; ++f)
         EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]) << "frame " << f;
-    if (c.name.starts_with("Fade")) EXPECT_EQ(calls("Van_GetABuffer").size(), 1u) << "the alpha is read once";
+    if (c.name.starts_with("Fade")) {
+        EXPECT_EQ(calls("Van_GetABuffer").size(), 1u) << "the alpha is read once";
+    }
 }
 
 std::vector<AlphaCase> alphaCases() {
@@ -224,7 +230,9 @@ TEST_F(DissolveRun, AChangedPixelStaysChangedAndTwoRunsDiffer) {
     for (int f = 1; f < 5; ++f)
         for (int y = 0; y < 20; ++y)
             for (int x = 0; x < 30; ++x)
-                if (isSwap(f, x, y)) ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
+                if (isSwap(f, x, y)) {
+                    ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
+                }
     const Picture first = frame(2);
     load(6, 30, 20);
     DissolveTo(0, 5, "Swap");
