@@ -5,6 +5,7 @@
 #include "exchange/BatchRunner.h"
 #include "exchange/BatchOrder.h"
 #include "exchange/BatchText.h"
+#include "support/MediaCheck.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -15,20 +16,14 @@
 #include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <optional>
 
 namespace kirrel::exchange {
 namespace {
-
-QString runnerProgram() {
-    return QFileInfo(KIRREL_EXE).absolutePath() + "/kirrel_batch";
-}
 
 class BatchRunner : public testing::Test {
   protected:
@@ -37,7 +32,6 @@ class BatchRunner : public testing::Test {
         for (const char* d : {"tmp", "app", "outside"})
             QDir(root.path()).mkpath(d);
         folders = {at("tmp"), at("app"), {}, 15 * 60};
-        touch(at("outside/keep.bmp"));
     }
     QString at(const QString& rel) const { return QDir(root.path()).filePath(rel); }
     static void touch(const QString& path, const QByteArray& bytes = "x") {
@@ -50,11 +44,11 @@ class BatchRunner : public testing::Test {
     BatchPlan plan(const std::string& bytes) const {
         return planBatch(QByteArray::fromStdString(bytes), folders, folders.temp);
     }
-    // Runs the runner program on a batch written into the temporary folder, with the given PATH and
-    // further settings ("NAME=value").
-    int run(const std::string& name, const std::string& bytes, const QString& path = {},
+    // Runs the runner program on a batch written to `batch` (relative to the root) from the temporary
+    // folder, with the given PATH and further settings ("NAME=value").
+    int run(const QString& batch, const std::string& bytes, const QString& path = {},
             const QStringList& settings = {}) {
-        touch(at("tmp/" + QString::fromStdString(name)), QByteArray::fromStdString(bytes));
+        touch(at(batch), QByteArray::fromStdString(bytes));
         QProcess p;
         p.setWorkingDirectory(folders.temp);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -62,10 +56,18 @@ class BatchRunner : public testing::Test {
         for (const QString& s : settings)
             env.insert(s.section('=', 0, 0), s.section('=', 1));
         p.setProcessEnvironment(env);
-        p.start(runnerProgram(),
-                {"--temp", folders.temp, "--app", folders.app, at("tmp/" + QString::fromStdString(name))});
+        p.start(QFileInfo(KIRREL_EXE).absolutePath() + "/kirrel_batch",
+                {"--temp", folders.temp, "--app", folders.app, at(batch)});
         EXPECT_TRUE(p.waitForFinished(60000));
         return p.exitCode();
+    }
+    // A stand-in converter running `script`, alone in the folder it returns.
+    QString converterIn(const QString& folder, const QString& script) {
+        QDir(root.path()).mkpath(folder);
+        touch(at(folder + "/convert"), script.toUtf8());
+        QFile::setPermissions(at(folder + "/convert"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return at(folder);
     }
     // Every file and folder under the fixture's root with its bytes, to compare whole runs.
     QMap<QString, QByteArray> snapshot() const {
@@ -86,8 +88,9 @@ class BatchRunner : public testing::Test {
             QDir(root.path()).mkpath(d);
         }
     }
-    QString marker(const std::string& name) const {
-        QFile f(at("tmp/" + QString::fromStdString(name) + ".failed"));
+    // What the marker left beside a batch says; empty when there is none.
+    QString marker(const QString& batch) const {
+        QFile f(at(batch + ".failed"));
         return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
     }
     QTemporaryDir root;
@@ -121,54 +124,51 @@ TEST_F(BatchRunner, UnderstandsEveryBatchThePanelWrites) {
     EXPECT_EQ(gif.commands[1].args.last(), "png24:" + folders.temp + "/gif_frame.png");
 }
 
-TEST_F(BatchRunner, RefusesInjectedNamesBeforeRunningAnything) {
-    const std::string o = at("outside").toStdString();
-    const std::vector<std::string> injected = {
-        o + "/x\" & touch PWNED & \"" + o + "/y.gif", // a quote closes the name and a command follows
-        o + "/x\"; touch PWNED; \"" + o + "/y.gif",   // the same with semicolons
-        o + "/x\" $(touch PWNED) \"" + o + "/y.gif",  // a substitution outside the quotes
-        o + "/x.gif\ndel *.dat\n" + o + "/y.gif",     // a line break smuggles in lines of its own
-        o + "/x.gif\r\ntouch PWNED",                  // likewise with CR LF
-        "|touch PWNED",                               // a pipe the converter itself would run
-        "-write /tmp/PWNED",                          // an option posing as a name
-        "msl:x.gif",                                  // a coder prefix
+// Anything but the panel's own lines is refused, in the words the user sees, before anything runs.
+TEST_F(BatchRunner, RefusesEverythingElseInItsOwnWordsBeforeRunningAnything) {
+    const std::string o = at("outside").toStdString(), conv = "\"" + app() + "/convert.exe\"";
+    const std::pair<std::string, const char*> injected[] = {
+        {o + "/x\" & touch PWNED & \"" + o + "/y.gif",
+         "the character '&' outside quotes"}, // a command follows
+        {o + "/x\"; touch PWNED; \"" + o + "/y.gif", "the character ';' outside quotes"},
+        {o + "/x\" $(touch PWNED) \"" + o + "/y.gif", "the character '$' outside quotes"},
+        {o + "/x.gif\ndel *.dat\n" + o + "/y.gif", "an unbalanced quote"}, // lines smuggled in
+        {o + "/x.gif\r\ntouch PWNED", "an unbalanced quote"},
+        {"|touch PWNED", "a quoted name that is not an absolute path"},      // a pipe the converter runs
+        {"-write /tmp/PWNED", "a quoted name that is not an absolute path"}, // an option posing as a name
+        {"msl:x.gif", "a quoted name that is not an absolute path"},         // a coder prefix
     };
-    for (const std::string& name : injected) {
+    for (const auto& [name, why] : injected)
         for (const std::string& b : {batchBytes(pngConvertBatch(app(), name)),
                                      batchBytes(gifImportDirectBatch(app(), temp(), name))}) {
             const BatchPlan p = plan(b);
-            EXPECT_FALSE(p.refusal.isEmpty()) << b;
+            EXPECT_EQ(p.refusal.toStdString(), std::string("line 1: ") + why) << b;
             EXPECT_TRUE(p.commands.empty()) << "a refused file runs nothing at all";
         }
-    }
-}
-
-TEST_F(BatchRunner, RefusesOtherProgramsFoldersAndCommands) {
-    const std::string conv = "\"" + app() + "/convert.exe\"";
-    const std::vector<std::string> lines = {
-        "\"/bin/sh\" -c date",                                  // not the converter
-        "\"" + app() + "/../app/convert.exe\" -version",        // the converter by a detour is fine...
-        "del ../outside/keep.bmp",                              // a bare name leaving the folder
-        "del \"" + at("outside/keep.bmp").toStdString() + "\"", // a quoted one elsewhere
-        "del \"" + temp() + "/../outside/*\"",                  // climbing out with a wildcard
-        "del \"" + temp() + "\"",                               // the folder itself
-        "cd /",                                                 // another folder
-        "cd " + temp() + "/..",
-        "copy a b",
-        "rm -rf /",
-        conv + " a.bmp b.gif > log",
-        conv + " a.bmp `touch PWNED` b.gif",
-        conv + " a.bmp %PATH% b.gif",
-        conv + " \"\" b.gif",
-        conv + "x a.bmp",
+    const std::string elsewhere = "a delete outside the temporary folder",
+                      cd = "a change to a folder other than the temporary folder",
+                      unknown = "not a command of a converter batch";
+    const std::pair<std::string, std::string> lines[] = {
+        {"\"/bin/sh\" -c date", "a program other than the converter: /bin/sh"},
+        {"\"" + app() + "/../app/convert.exe\" -version", ""}, // the converter by a detour is fine
+        {"del ../outside/keep.bmp", "the character '/' in a name"},
+        {"del \"" + o + "/keep.bmp\"", elsewhere},
+        {"del \"" + temp() + "/../outside/*\"", elsewhere}, // climbing out with a wildcard
+        {"del \"" + temp() + "\"", elsewhere},              // the folder itself
+        {"cd /", cd},
+        {"cd " + temp() + "/..", cd},
+        {"copy a b", unknown},
+        {"rm -rf /", unknown},
+        {"echo \x1b[0m", "a control character"},
+        {conv + " a.bmp b.gif > log", "the character '>' outside quotes"},
+        {conv + " a.bmp `touch PWNED` b.gif", "the character '`' outside quotes"},
+        {conv + " a.bmp %PATH% b.gif", "the character '%' outside quotes"},
+        {conv + " \"\" b.gif", "an empty quoted name"},
+        {conv + "x a.bmp", "a program path that is not wholly quoted"},
     };
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const BatchPlan p = plan(lines[i] + "\r\n");
-        if (i == 1)
-            EXPECT_TRUE(p.refusal.isEmpty()) << lines[i];
-        else
-            EXPECT_FALSE(p.refusal.isEmpty()) << lines[i];
-    }
+    for (const auto& [line, why] : lines)
+        EXPECT_EQ(plan("\r\n" + line + "\r\n").refusal.toStdString(), why.empty() ? "" : "line 2: " + why)
+            << line;
 }
 
 // The per-frame export's lines: each frame's conversion, then its append to the output.
@@ -183,120 +183,99 @@ std::string perFrameExport(const std::string& app, const std::string& temp, cons
     return batchBytes(gifPerFrameBatch(temp, conversions, appends));
 }
 
-bool realConverterInstalled() {
-    if (QStandardPaths::findExecutable("convert").isEmpty()) return false;
-    QProcess p;
-    p.start("convert", {"-version"});
-    return p.waitForFinished(60000) && p.readAllStandardOutput().contains("ImageMagick");
-}
-
 // One run line after another and one on several converters at once, with the converter's memory
 // settings, leave the same files, byte for byte, and the same marker: a per-frame export, the same with a
 // broken frame in the middle, and the import's frame-by-frame batch.
 TEST_F(BatchRunner, LinesRunAtOnceLeaveWhatOneAfterAnotherLeaves) {
-    if (!realConverterInstalled()) GTEST_SKIP() << "ImageMagick's convert is not installed";
+    if (!test::missingTool({"convert"}).isEmpty()) GTEST_SKIP() << "ImageMagick's convert is not installed";
     constexpr int kFrames = 5;
-    auto picture = [](int i) {
-        QImage image(48, 36, QImage::Format_RGB32);
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                image.setPixel(x, y, (x + 3 * i) % 8 == 0 ? qRgb(200, 40, 40) : qRgb(x * 5, y * 7, 30 * i));
-        return image;
-    };
-    auto frames = [&](const char* format, const char* stem, const char* extension, int broken) {
-        for (int i = 0; i < kFrames; ++i) {
-            const QString path = at(QString("tmp/%1%2.%3").arg(stem).arg(i).arg(extension));
-            if (i == broken)
-                touch(path, "not a picture");
-            else
-                ASSERT_TRUE(picture(i).save(path, format));
-        }
-    };
-    const std::string out = at("outside/anim.gif").toStdString();
-    struct Case {
-        const char* what;
-        std::function<void()> prepare;
-        std::string name, bytes;
-        int code;
-    };
+    const std::string exported = perFrameExport(app(), temp(), at("outside/anim.gif").toStdString(), kFrames);
     std::vector<BatchLine> import;
     for (int i = 0; i < kFrames; ++i)
         for (BatchLine& l : gifImportBitmapLines(app(), temp(), i))
             import.push_back(l);
     import.push_back(gifImportBitmapClosing(temp()));
-    const std::vector<Case> cases = {
-        {"export", [&] { frames("BMP", "temp", "bmp", -1); }, kGifConvertBat,
-         perFrameExport(app(), temp(), out, kFrames), 0},
-        {"export with frame 2 broken", [&] { frames("BMP", "temp", "bmp", 2); }, kGifConvertBat,
-         perFrameExport(app(), temp(), out, kFrames), 1},
-        {"import", [&] { frames("PNG", "gif_frame-", "png", -1); }, kGifImport02Bat, batchBytes(import), 0},
+    struct Case {
+        const char *format, *frame;
+        int broken;
+        QString batch;
+        std::string bytes;
+        int code;
+        QString made; // with kFrames pictures, or one frame's; proof that real work was compared
+        int pictures;
+    };
+    const Case cases[] = {
+        {"BMP", "tmp/temp%1.bmp", -1, "tmp/GifConvert.bat", exported, 0, "outside/anim.gif", kFrames},
+        {"BMP", "tmp/temp%1.bmp", 2, "tmp/GifConvert.bat", exported, 1, {}, 0},
+        {"PNG", "tmp/gif_frame-%1.png", -1, "tmp/GifImport02.bat", batchBytes(import), 0,
+         "tmp/gif_frame-4.bmp", 1},
     };
     // One after another with the converter's plain memory settings, and on three converters with all.
     const QStringList ways[2] = {{"KIRREL_BATCH_WORKERS=1", "KIRREL_CONVERTER_TUNING=0"},
                                  {"KIRREL_BATCH_WORKERS=3"}};
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.batch.toStdString() + " broken " + std::to_string(c.broken));
         QMap<QString, QByteArray> left[2];
         for (int way : {0, 1}) {
             clearFolders();
-            c.prepare();
-            EXPECT_EQ(run(c.name, c.bytes, {}, ways[way]), c.code);
+            for (int i = 0; i < kFrames; ++i) {
+                QImage image(48, 36, QImage::Format_RGB32);
+                for (int y = 0; y < image.height(); ++y)
+                    for (int x = 0; x < image.width(); ++x)
+                        image.setPixel(x, y,
+                                       (x + 3 * i) % 8 ? qRgb(x * 5, y * 7, 30 * i) : qRgb(200, 40, 40));
+                if (i == c.broken)
+                    touch(at(QString(c.frame).arg(i)), "not a picture");
+                else
+                    ASSERT_TRUE(image.save(at(QString(c.frame).arg(i)), c.format));
+            }
+            EXPECT_EQ(run(c.batch, c.bytes, {}, ways[way]), c.code);
             left[way] = snapshot();
         }
         EXPECT_EQ(left[0].keys(), left[1].keys());
         EXPECT_TRUE(left[0] == left[1]) << "the files differ";
-        if (c.code == 0) {
-            EXPECT_TRUE(marker(c.name).isEmpty());
-            EXPECT_FALSE(left[1].contains("tmp/" + QString::fromStdString(c.name)));
-        } else {
-            EXPECT_TRUE(marker(c.name).startsWith("failed\n")) << marker(c.name).toStdString();
+        EXPECT_FALSE(left[1].contains(c.batch));
+        EXPECT_TRUE(c.code ? marker(c.batch).startsWith("failed\n") : marker(c.batch).isEmpty());
+        if (!c.made.isEmpty()) {
+            EXPECT_EQ(QImageReader(at(c.made)).imageCount(), c.pictures);
         }
     }
-    // What was compared is real work: the export holds every frame.
-    clearFolders();
-    frames("BMP", "temp", "bmp", -1);
-    ASSERT_EQ(run(kGifConvertBat, perFrameExport(app(), temp(), out, kFrames)), 0);
-    EXPECT_EQ(QImageReader(QString::fromStdString(out)).imageCount(), kFrames);
 }
 
 // A converter that records when each call starts and ends: conversions overlap, yet every append
 // waits for its frame and the one before it, a frame's GIF shows in the folder only in its turn, and
 // of two failures the one earlier in the batch is reported even when the later one came first.
 TEST_F(BatchRunner, IndependentLinesOverlapYetShowInTheBatchsOrder) {
-    QDir(root.path()).mkpath("fake");
     const QString log = at("fake/calls.log");
-    touch(at("fake/convert"),
-          QString("#!/bin/sh\n"
-                  "for last; do :; done\n"
-                  "seen=$(cd '%1' && ls temp*.gif 2>/dev/null | tr '\\n' ' ')\n"
-                  "echo \"start $* | $seen\" >> '%2'\n"
-                  "case \"$*\" in\n"
-                  "  *-dispose*) ;;\n"
-                  "  *temp2.gif) sleep 0.6; echo \"end $*\" >> '%2'; echo \"boom $last\" >&2; exit 1 ;;\n"
-                  "  *temp3.gif) echo \"end $*\" >> '%2'; echo \"bang $last\" >&2; exit 1 ;;\n"
-                  "esac\n"
-                  "sleep 0.2\n"
-                  "echo made > \"$last\"\n"
-                  "echo \"end $*\" >> '%2'\n")
-              .arg(folders.temp, log)
-              .toUtf8());
-    QFile::setPermissions(at("fake/convert"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    const std::string out = at("outside/anim.gif").toStdString();
-    const std::string batch = perFrameExport(app(), temp(), out, 6);
+    const QString fake = converterIn(
+        "fake",
+        QString("#!/bin/sh\n"
+                "for last; do :; done\n"
+                "seen=$(cd '%1' && ls temp*.gif 2>/dev/null | tr '\\n' ' ')\n"
+                "echo \"start $* | $seen\" >> '%2'\n"
+                "case \"$*\" in\n"
+                "  *-dispose*) ;;\n"
+                "  *temp2.gif) sleep 0.6; echo \"end $*\" >> '%2'; echo \"boom $last\" >&2; exit 1 ;;\n"
+                "  *temp3.gif) echo \"end $*\" >> '%2'; echo \"bang $last\" >&2; exit 1 ;;\n"
+                "esac\n"
+                "sleep 0.2\n"
+                "echo made > \"$last\"\n"
+                "echo \"end $*\" >> '%2'\n")
+            .arg(folders.temp, log));
+    const std::string batch = perFrameExport(app(), temp(), at("outside/anim.gif").toStdString(), 6);
     QString markers[2];
     for (int workers : {1, 3}) {
         clearFolders();
         QFile::remove(log);
-        EXPECT_EQ(run(kGifConvertBat, batch, at("fake") + ":" + qEnvironmentVariable("PATH"),
+        EXPECT_EQ(run("tmp/GifConvert.bat", batch, fake + ":" + qEnvironmentVariable("PATH"),
                       {"KIRREL_BATCH_WORKERS=" + QString::number(workers)}),
                   1);
-        markers[workers > 1] = marker(kGifConvertBat);
+        markers[workers > 1] = marker("tmp/GifConvert.bat");
     }
     EXPECT_TRUE(markers[1].startsWith("failed\nThe converter reported an error: boom "))
         << markers[1].toStdString();
     EXPECT_TRUE(markers[1].trimmed().endsWith("/temp2.gif"));
     EXPECT_EQ(markers[0].toStdString(), markers[1].toStdString());
-
     // The calls of the run on three converters, as "start"/"end", "conv"/"append" and the frame.
     QFile f(log);
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
@@ -311,20 +290,15 @@ TEST_F(BatchRunner, IndependentLinesOverlapYetShowInTheBatchsOrder) {
     for (int i = 0; i < 6; ++i) {
         const int start = when("start", true, i);
         ASSERT_GE(start, 0) << i;
-        if (i != 2 && i != 3) {
-            EXPECT_GT(start, when("end", false, i)) << "append " << i << " before its conversion";
-        }
-        if (i > 0) {
-            EXPECT_GT(start, when("end", true, i - 1)) << "append " << i << " before the one before it";
-        }
-        // The GIFs in the folder when the append starts: its own frame's and those before, no more.
-        QStringList seen = calls[start].section('|', 1).split(' ', Qt::SkipEmptyParts);
-        seen.sort();
-        QStringList expected;
+        EXPECT_TRUE(i == 2 || i == 3 || start > when("end", false, i))
+            << "append " << i << " before its frame";
+        EXPECT_TRUE(i == 0 || start > when("end", true, i - 1)) << "append " << i << " before the one before";
+        // The GIFs in the folder when the append starts (listed in order): its own frame's and those
+        // before, no more.
+        QString expected;
         for (int j = 0; j <= i; ++j)
-            if (j != 2 && j != 3) expected << QString("temp%1.gif").arg(j);
-        expected.sort();
-        EXPECT_EQ(seen.join(' ').toStdString(), expected.join(' ').toStdString()) << "append " << i;
+            if (j != 2 && j != 3) expected += QString("temp%1.gif ").arg(j);
+        EXPECT_EQ(calls[start].section("| ", 1).toStdString(), expected.toStdString()) << "append " << i;
     }
     EXPECT_LT(when("start", false, 4), when("end", false, 2))
         << "a later conversion ran while an earlier one did";
@@ -404,76 +378,51 @@ TEST(BatchWildcards, MatchAsTheCommandProcessorDoes) {
     EXPECT_FALSE(wildcardMatch("*a*b", "xxaYYbc"));
 }
 
-TEST_F(BatchRunner, DeletesOnlyMatchingFilesInItsFolderAndItselfLast) {
-    for (const char* n : {"tmp/temp0.bmp", "tmp/temp11.bmp", "tmp/other.bmp", "tmp/AnimSlot 1.dat"})
-        touch(at(n));
-    const std::string batch = "cd " + temp() + "\r\ndel temp*.bmp\r\ndel GifConvert.bat\r\n";
-    EXPECT_EQ(run("GifConvert.bat", batch), 0);
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/temp0.bmp")));
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/temp11.bmp")));
-    EXPECT_TRUE(QFileInfo::exists(at("tmp/other.bmp")));
-    EXPECT_TRUE(QFileInfo::exists(at("tmp/AnimSlot 1.dat")));
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/GifConvert.bat")));
-    EXPECT_TRUE(marker("GifConvert.bat").isEmpty());
-}
-
-TEST_F(BatchRunner, RefusedFileRunsNothingButStillSignalsTheEnd) {
-    touch(at("tmp/temp0.bmp"));
-    const std::string o = at("outside").toStdString();
-    const std::string bad = batchBytes(pngConvertBatch(app(), o + "/x\" & touch PWNED & \"" + o + "/y.png")) +
-                            "del temp*.bmp\r\n";
-    EXPECT_EQ(run("PNGConvert.bat", bad), 3);
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/PNGConvert.bat")));
-    EXPECT_TRUE(QFileInfo::exists(at("tmp/temp0.bmp"))) << "not even the harmless lines run";
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/PWNED")));
-    EXPECT_TRUE(QFileInfo::exists(at("outside/keep.bmp")));
-    EXPECT_TRUE(marker("PNGConvert.bat").startsWith("refused\n"));
-}
-
-TEST_F(BatchRunner, MissingConverterIsReportedAndTheBatchStillEnds) {
-    touch(at("tmp/png_main.bmp"));
-    const QString emptyPath = at("app"); // holds no convert
-    EXPECT_EQ(run("PNGConvert.bat", batchBytes(pngConvertBatch(app(), at("outside/l.png").toStdString())),
-                  emptyPath),
-              4);
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/png_main.bmp"))) << "the batch goes on to its deletes";
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/PNGConvert.bat")));
-    EXPECT_TRUE(marker("PNGConvert.bat").startsWith("missing\n"));
-}
-
-TEST_F(BatchRunner, FailingConverterLeavesAMarkerAndNoShellEverRuns) {
-    // The name is odd but legal: it reaches the converter literally, which cannot open it.
-    const std::string in = at("outside/$(touch PWNED) & x.gif").toStdString();
-    EXPECT_EQ(run("GifImport01.bat", batchBytes(gifImportDirectBatch(app(), temp(), in))), 1);
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/GifImport01.bat")));
-    EXPECT_TRUE(marker("GifImport01.bat").startsWith("failed\n"));
-    for (const char* where : {"tmp/PWNED", "outside/PWNED", "PWNED"})
-        EXPECT_FALSE(QFileInfo::exists(at(where)));
-}
-
-TEST_F(BatchRunner, KilledConverterLeavesAMarkerAndTheBatchStillEnds) {
-    // A converter that dies by a signal midway: the run is a failure like any other, and the panel's
-    // wait still ends because the batch file goes.
-    QDir(root.path()).mkpath("killer");
-    touch(at("killer/convert"), "#!/bin/sh\nkill -9 $$\n");
-    QFile::setPermissions(at("killer/convert"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    touch(at("tmp/png_main.bmp"));
-    EXPECT_NE(run("PNGConvert.bat", batchBytes(pngConvertBatch(app(), at("outside/l.png").toStdString())),
-                  at("killer")),
-              0);
-    EXPECT_FALSE(QFileInfo::exists(at("tmp/PNGConvert.bat")));
-    EXPECT_TRUE(marker("PNGConvert.bat").startsWith("failed\n")) << marker("PNGConvert.bat").toStdString();
-    EXPECT_TRUE(QFileInfo::exists(at("outside/keep.bmp")));
-}
-
-TEST_F(BatchRunner, BatchOutsideItsFolderIsNeitherRunNorDeleted) {
-    touch(at("outside/GifConvert.bat"), "del keep.bmp\r\n");
-    QProcess p;
-    p.start(runnerProgram(), {"--temp", folders.temp, "--app", folders.app, at("outside/GifConvert.bat")});
-    ASSERT_TRUE(p.waitForFinished(60000));
-    EXPECT_EQ(p.exitCode(), 2);
-    EXPECT_TRUE(QFileInfo::exists(at("outside/GifConvert.bat")));
-    EXPECT_TRUE(QFileInfo::exists(at("outside/keep.bmp")));
+// However a run ends, the batch file is gone (the panel's signal that it has), a marker says in the
+// user's words what went wrong, deletes keep to their pattern in the temporary folder, and no name
+// ever reaches a shell. A batch outside the temporary folder is neither run nor deleted.
+TEST_F(BatchRunner, EveryEndRemovesTheBatchAndMarksWhatWentWrong) {
+    const QString killer = converterIn("killer", "#!/bin/sh\nkill -9 $$\n"); // dies midway by a signal
+    const std::string o = at("outside").toStdString(), png = batchBytes(pngConvertBatch(app(), o + "/l.png"));
+    auto expectEnd = [&](const char* what, const QString& batch, const std::string& bytes,
+                         const QString& path, int code, const QString& markerStart, const QStringList& kept,
+                         const QStringList& gone) {
+        SCOPED_TRACE(what);
+        clearFolders();
+        for (const char* n : {"tmp/temp0.bmp", "tmp/temp11.bmp", "tmp/other.bmp", "tmp/AnimSlot 1.dat",
+                              "tmp/png_main.bmp", "outside/keep.bmp"})
+            touch(at(n));
+        EXPECT_EQ(run(batch, bytes, path), code);
+        const QString said = marker(batch);
+        EXPECT_TRUE(markerStart.isEmpty() ? said.isEmpty() : said.startsWith(markerStart))
+            << said.toStdString();
+        for (const QString& f : kept + QStringList{"outside/keep.bmp"})
+            EXPECT_TRUE(QFileInfo::exists(at(f))) << f.toStdString();
+        for (const QString& f : gone + (code == 2 ? QStringList() : QStringList{batch}))
+            EXPECT_FALSE(QFileInfo::exists(at(f))) << f.toStdString();
+    };
+    expectEnd("deletes", "tmp/GifConvert.bat", "cd " + temp() + "\r\ndel temp*.bmp\r\ndel GifConvert.bat\r\n",
+              {}, 0, {}, {"tmp/other.bmp", "tmp/AnimSlot 1.dat"}, {"tmp/temp0.bmp", "tmp/temp11.bmp"});
+    expectEnd("refused", "tmp/PNGConvert.bat",
+              batchBytes(pngConvertBatch(app(), o + "/x\" & touch PWNED & \"" + o + "/y.png")) +
+                  "del temp*.bmp\r\n",
+              {}, 3,
+              "refused\nThe converter was not run: the batch file holds line 1: the character '&' outside "
+              "quotes.\n",
+              {"tmp/temp0.bmp", "tmp/png_main.bmp"}, {"tmp/PWNED", "PWNED"});
+    // The batch goes on to its deletes.
+    expectEnd(
+        "no converter", "tmp/PNGConvert.bat", png, at("app"), 4,
+        "missing\nThe converter could not be found: ImageMagick's convert is not installed or not on the "
+        "search path.\n",
+        {}, {"tmp/png_main.bmp"});
+    expectEnd("killed converter", "tmp/PNGConvert.bat", png, killer, 1, "failed\n", {}, {"tmp/png_main.bmp"});
+    // An odd but legal name reaches the converter literally, which cannot open it.
+    expectEnd("failing converter", "tmp/GifImport01.bat",
+              batchBytes(gifImportDirectBatch(app(), temp(), o + "/$(touch PWNED) & x.gif")), {}, 1,
+              "failed\nThe converter reported an error: ", {}, {"tmp/PWNED", "outside/PWNED", "PWNED"});
+    expectEnd("outside", "outside/GifConvert.bat", "del keep.bmp\r\n", {}, 2, {}, {"outside/GifConvert.bat"},
+              {});
 }
 
 } // namespace
