@@ -66,12 +66,13 @@ TEST_F(StripeBlockScript, TheRunTakesTheDoubledSize) {
         {"answer": [{"value": 3}]}, {"click": "cmdHsize"},
         {"click": "cmd_Run"}, {"dump": "coarse"}]})JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_NE(red("fine", 1, 0, 1), 1) << "one pixel high: row 1 fills from the right";
-    EXPECT_EQ(red("fine", 1, 0, 0), 1);
-    EXPECT_EQ(red("coarse", 1, 0, 1), 1) << "three pixels high: row 1 fills from the left";
-    EXPECT_EQ(red("coarse", 1, 0, 2), 1);
-    EXPECT_NE(red("coarse", 1, 0, 3), 1);
-    EXPECT_EQ(red("coarse", 1, 20, 3), 1);
+    const krl::Plane fine = dumped("fine")[1].r, coarse = dumped("coarse")[1].r;
+    EXPECT_NE(fine.at(0, 1), 1) << "one pixel high: row 1 fills from the right";
+    EXPECT_EQ(fine.at(0, 0), 1);
+    EXPECT_EQ(coarse.at(0, 1), 1) << "three pixels high: row 1 fills from the left";
+    EXPECT_EQ(coarse.at(0, 2), 1);
+    EXPECT_NE(coarse.at(0, 3), 1);
+    EXPECT_EQ(coarse.at(20, 3), 1);
 }
 
 TEST_F(StripeBlockScript, RefusalsInTheirOwnWords) {
