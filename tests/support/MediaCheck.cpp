@@ -14,10 +14,6 @@
 namespace kirrel::test {
 namespace {
 
-QImage rgbaImage(const QString& file) {
-    return QImage(file).convertToFormat(QImage::Format_RGBA8888);
-}
-
 // The frames of `bytes`, one after the other, each 4 * width * height bytes.
 void appendFrames(RgbaFrames& to, const QByteArray& bytes) {
     const qsizetype size = qsizetype{4} * to.width * to.height;
@@ -95,38 +91,7 @@ RgbaFrames coalescedFrames(const QString& file) {
 
 RgbaFrames webpFrames(const QString& file, QString& info) {
     info = QString::fromUtf8(runTool("webpmux", {"-info", file}).out);
-    RgbaFrames out;
-    const auto c = QRegularExpression("Canvas size: (\\d+) x (\\d+)").match(info);
-    if (!c.hasMatch()) return out;
-    out.width = c.captured(1).toInt();
-    out.height = c.captured(2).toInt();
-    // "  N:  width height alpha x y duration dispose blend size compression"
-    const QRegularExpression row(
-        "^\\s*(\\d+):\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\d+)\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\w+)",
-        QRegularExpression::MultilineOption);
-    std::vector<std::uint8_t> canvas(static_cast<std::size_t>(out.width) * out.height * 4, 0);
-    QTemporaryDir dir;
-    for (auto it = row.globalMatch(info); it.hasNext();) {
-        const auto m = it.next();
-        runTool("webpmux", {"-get", "frame", m.captured(1), file, "-o", dir.filePath("part.webp")});
-        runTool("dwebp", {dir.filePath("part.webp"), "-o", dir.filePath("part.png")});
-        const QImage img = rgbaImage(dir.filePath("part.png"));
-        const auto at = [&](int x, int y) {
-            return canvas.data() + 4 * ((static_cast<std::size_t>(m.captured(6).toInt()) + y) * out.width +
-                                        m.captured(5).toInt() + x);
-        };
-        for (int y = 0; y < img.height(); ++y)
-            for (int x = 0; x < img.width(); ++x) {
-                const uchar* s = img.constScanLine(y) + std::ptrdiff_t{4} * x;
-                // Only clear and opaque pixels are written in these tests, so blending is a choice.
-                if (m.captured(9) != "yes" || s[3] != 0) std::copy(s, s + 4, at(x, y));
-            }
-        out.frames.push_back(canvas);
-        out.delaysMs.push_back(m.captured(7).toInt());
-        for (int y = 0; m.captured(8) == "background" && y < img.height(); ++y)
-            std::fill_n(at(0, y), 4 * img.width(), 0);
-    }
-    return out;
+    return coalescedFrames(file);
 }
 
 RgbaFrames apngFrames(const QString& file) {
@@ -135,7 +100,8 @@ RgbaFrames apngFrames(const QString& file) {
     runTool("apngdis", {dir.filePath("in.png"), "f"});
     RgbaFrames out;
     for (int i = 1; QFile::exists(dir.filePath(QString("f%1.png").arg(i))); ++i) {
-        const QImage img = rgbaImage(dir.filePath(QString("f%1.png").arg(i)));
+        const QImage img =
+            QImage(dir.filePath(QString("f%1.png").arg(i))).convertToFormat(QImage::Format_RGBA8888);
         out.width = img.width();
         out.height = img.height();
         out.frames.emplace_back(img.constBits(), img.constBits() + img.sizeInBytes());
