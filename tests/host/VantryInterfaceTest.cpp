@@ -141,18 +141,19 @@ class InsertFrame : public Interface,
 
 TEST_P(InsertFrame, CopiesFrameNAndMovesLaterFramesUp) {
     // The current frame is elsewhere: what is copied is frame n, not the main buffer, except after
-    // the last frame, where the insertion appends the frame shown now.
+    // the last frame, where the insertion appends the frame shown now; one past it is outside. (Other
+    // numbers outside the animation are below, with the other calls.)
     const auto& [n, seedsAfter] = GetParam();
     loadThree(n == 0 ? 2 : 0);
     van.Van_InsertFrame(n);
     expectFrames(seedsAfter);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    EveryPlace, InsertFrame,
-    ::testing::Values(std::pair{0, std::vector{0, 0, 50, 100}}, std::pair{1, std::vector{0, 50, 50, 100}},
-                      std::pair{2, std::vector{0, 50, 100, 0}}, std::pair{-1, std::vector{0, 50, 100}},
-                      std::pair{3, std::vector{0, 50, 100}}, std::pair{INT_MIN, std::vector{0, 50, 100}}));
+INSTANTIATE_TEST_SUITE_P(EveryPlace, InsertFrame,
+                         ::testing::Values(std::pair{0, std::vector{0, 0, 50, 100}},
+                                           std::pair{1, std::vector{0, 50, 50, 100}},
+                                           std::pair{2, std::vector{0, 50, 100, 0}},
+                                           std::pair{3, std::vector{0, 50, 100}}));
 
 struct MakeCase {
     const char* name;
