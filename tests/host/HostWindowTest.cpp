@@ -262,23 +262,6 @@ TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThr
     EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList(QDir::Files).isEmpty());
 }
 
-TEST_F(HostWindowTest, ScrubberFollowsGotoFrameAndShowScrub) {
-    EXPECT_EQ(slider()->maximum(), 11);
-    van.Van_GotoFrame(7);
-    settle();
-    EXPECT_TRUE(window->frameBar()->findChild<QLabel*>("frameLabel")->text().contains("Frame 7"));
-    van.Van_ShowScrub(3, 12);
-    settle();
-    EXPECT_EQ(slider()->value(), 3);
-    // A new frame count reaches the scrubber's range; the user's scrubbing moves the host's frame.
-    van.Van_InsertFrame(9);
-    van.Van_ShowScrub(0, van.Van_GetTotalFrames());
-    settle();
-    EXPECT_EQ(slider()->maximum(), 12);
-    slider()->setValue(4);
-    EXPECT_EQ(host().currentFrame(), 4);
-}
-
 TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
     host::FrameBar* bar = window->frameBar();
     host().setFrameDelays(std::vector<int>(12, 15));
@@ -441,7 +424,7 @@ TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
     EXPECT_EQ(host().alphaPlane().at(63, 47), 255);
 }
 
-TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
+TEST_F(HostWindowTest, ColourFrameAndScrubberCommandsReachTheHost) {
     auto* swatches = window->findChild<host::ColourSwatches*>("colourSwatches");
     ASSERT_NE(swatches, nullptr);
     emit swatches->coloursChosen(QColor(10, 20, 30), QColor(200, 100, 50));
@@ -467,6 +450,21 @@ TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
     EXPECT_EQ(host().totalFrames(), 12);
     settle();
     EXPECT_EQ(slider()->maximum(), 11);
+
+    // The scrubber follows the host's frame and Van_ShowScrub, and a new frame count reaches its
+    // range; the user's scrubbing moves the host's frame.
+    van.Van_GotoFrame(7);
+    settle();
+    EXPECT_TRUE(window->frameBar()->findChild<QLabel*>("frameLabel")->text().contains("Frame 7"));
+    van.Van_ShowScrub(3, 12);
+    settle();
+    EXPECT_EQ(slider()->value(), 3);
+    van.Van_InsertFrame(9);
+    van.Van_ShowScrub(0, van.Van_GetTotalFrames());
+    settle();
+    EXPECT_EQ(slider()->maximum(), 12);
+    slider()->setValue(4);
+    EXPECT_EQ(host().currentFrame(), 4);
 }
 
 TEST_F(HostWindowTest, PngSequenceRoundTripsCarriesAlphaAndClearsTheModifiedMark) {
