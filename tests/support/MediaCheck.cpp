@@ -3,9 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cmath>
@@ -46,13 +44,21 @@ QString missingTool(const QStringList& programs) {
 Probed probe(const QString& file) {
     const ToolOutput r =
         runTool("ffprobe", {"-v", "error", "-select_streams", "v:0", "-show_entries",
-                            "stream=width,height:frame=pts_time", "-of", "csv", "file:" + file});
+                            "stream=width,height:frame=pts_time,pkt_duration_time,duration_time", "-of",
+                            "csv", "file:" + file});
     Probed p;
+    const auto ms = [](const QByteArray& seconds) {
+        return static_cast<int>(std::lround(seconds.toDouble() * 1000));
+    };
     for (const QByteArray& line : r.out.split('\n')) {
         const QList<QByteArray> v = line.trimmed().split(',');
-        if (v.size() >= 2 && v[0] == "frame")
-            p.startsMs.push_back(static_cast<int>(std::lround(v[1].toDouble() * 1000)));
-        if (v.size() >= 3 && v[0] == "stream") p = {v[1].toInt(), v[2].toInt(), p.startsMs};
+        if (v.size() >= 2 && v[0] == "frame") { // the duration's name changed with ffmpeg 6
+            p.startsMs.push_back(ms(v[1]));
+            p.durationsMs.push_back(ms(v.back()));
+        } else if (v.size() >= 3 && v[0] == "stream") {
+            p.width = v[1].toInt();
+            p.height = v[2].toInt();
+        }
     }
     return p;
 }
@@ -95,23 +101,13 @@ RgbaFrames webpFrames(const QString& file, QString& info) {
 }
 
 RgbaFrames apngFrames(const QString& file) {
+    // Under a plain name: ffmpeg takes a PNG whose name holds "%d" for a numbered series of pictures.
     QTemporaryDir dir;
-    QFile::copy(file, dir.filePath("in.png"));
-    runTool("apngdis", {dir.filePath("in.png"), "f"});
-    RgbaFrames out;
-    for (int i = 1; QFile::exists(dir.filePath(QString("f%1.png").arg(i))); ++i) {
-        const QImage img =
-            QImage(dir.filePath(QString("f%1.png").arg(i))).convertToFormat(QImage::Format_RGBA8888);
-        out.width = img.width();
-        out.height = img.height();
-        out.frames.emplace_back(img.constBits(), img.constBits() + img.sizeInBytes());
-        QFile txt(dir.filePath(QString("f%1.txt").arg(i)));
-        txt.open(QIODevice::ReadOnly);
-        const auto m = QRegularExpression("delay=(\\d+)/(\\d+)").match(QString::fromLatin1(txt.readAll()));
-        out.delaysMs.push_back(m.hasMatch() ? static_cast<int>(std::lround(1000.0 * m.captured(1).toInt() /
-                                                                           m.captured(2).toInt()))
-                                            : -1);
-    }
+    const QString plain = dir.filePath("in.apng");
+    QFile::link(QFileInfo(file).absoluteFilePath(), plain);
+    const Probed p = probe(plain);
+    RgbaFrames out = ffmpegFrames(plain, p.width, p.height);
+    out.delaysMs = p.durationsMs;
     return out;
 }
 
