@@ -262,7 +262,7 @@ TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThr
     EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList(QDir::Files).isEmpty());
 }
 
-TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
+TEST_F(HostWindowTest, LockKeepsTheUserOutAndStopsPlaybackAndThePointerAndProgressFollowTheRun) {
     host::FrameBar* bar = window->frameBar();
     host().setFrameDelays(std::vector<int>(12, 15));
     bar->play();
@@ -316,26 +316,25 @@ TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
     van.Van_Unlock(); // unlocking when nothing is locked is harmless
     settle();
     EXPECT_TRUE(slider()->isEnabled());
-}
 
-TEST_F(HostWindowTest, WaitPointerAndProgressFollowTheRun) {
-    QProgressBar* bar = window->progressBar();
-    EXPECT_FALSE(bar->isVisible());
+    // The wait pointer and the progress bar follow the run too.
+    QProgressBar* progress = window->progressBar();
+    EXPECT_FALSE(progress->isVisible());
     van.Van_ChangePointer(11);
     van.van_status(40.4);
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-    EXPECT_EQ(bar->isVisible() ? bar->value() : -1, 40);
+    EXPECT_EQ(progress->isVisible() ? progress->value() : -1, 40);
     for (int i = 0; i < 2; ++i) { // the second time is harmless
         van.Van_RestorePointer();
         van.van_StatusClose();
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        EXPECT_FALSE(bar->isVisible());
+        EXPECT_FALSE(progress->isVisible());
     }
     van.Van_SetProgress(70);
-    EXPECT_EQ(bar->isVisible() ? bar->value() : -1, 70);
+    EXPECT_EQ(progress->isVisible() ? progress->value() : -1, 70);
     van.Van_SetProgress(0);
-    EXPECT_FALSE(bar->isVisible());
+    EXPECT_FALSE(progress->isVisible());
 }
 
 krl::Plane alphaWithBox(int w, int h, QRect box) {
@@ -370,33 +369,8 @@ TEST(SelectionOutline, TracesSelectedRegionsWithMergedEdges) {
     EXPECT_EQ(host::selectionOutline(half).size(), 4u);
 }
 
-TEST_F(HostWindowTest, AlphaDisplayAndMarqueeFollowTheHost) {
-    const QColor opaque = canvasImage().pixelColor(1, 1);
-    van.Van_SetAbuffer(alphaWithBox(64, 48, QRect(QPoint(16, 16), QPoint(31, 31))));
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque) << "alpha is drawn only while the display is on";
-    van.Van_AlphaOn();
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), QColor(204, 204, 204)); // clear: the light checker square
-    EXPECT_EQ(canvasImage().pixelColor(1, host::kCheckerSquare + 1), QColor(153, 153, 153));
-    EXPECT_EQ(canvasImage().pixelColor(20, 20),
-              host::imageFromPicture(host().mainPicture()).pixelColor(20, 20));
-
-    // The outline waits for the marquee to be rebuilt, and is taken from the alpha of that moment.
-    EXPECT_FALSE(window->canvas()->hasOutline());
-    van.Van_InitMarquee();
-    settle();
-    EXPECT_TRUE(window->canvas()->hasOutline());
-
-    van.Van_AlphaOff();
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque);
-    EXPECT_FALSE(window->action("showAlpha")->isChecked());
-    trigger("showAlpha");
-    EXPECT_TRUE(host().alphaShown());
-}
-
-TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
+TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoAndTheAlphaDisplayAndMarqueeFollowTheHost) {
+    // The swap and alpha commands, undone through the host.
     const host::Picture main = host().mainPicture();
     const host::Picture swap = host().swapPicture();
     EXPECT_FALSE(window->action("undo")->isEnabled());
@@ -422,6 +396,31 @@ TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
     trigger("clearAlpha");
     trigger("fillAlpha");
     EXPECT_EQ(host().alphaPlane().at(63, 47), 255);
+
+    // The alpha display and the marquee.
+    const QColor opaque = canvasImage().pixelColor(1, 1);
+    van.Van_SetAbuffer(alphaWithBox(64, 48, QRect(QPoint(16, 16), QPoint(31, 31))));
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque) << "alpha is drawn only while the display is on";
+    van.Van_AlphaOn();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), QColor(204, 204, 204)); // clear: the light checker square
+    EXPECT_EQ(canvasImage().pixelColor(1, host::kCheckerSquare + 1), QColor(153, 153, 153));
+    EXPECT_EQ(canvasImage().pixelColor(20, 20),
+              host::imageFromPicture(host().mainPicture()).pixelColor(20, 20));
+
+    // The outline waits for the marquee to be rebuilt, and is taken from the alpha of that moment.
+    EXPECT_FALSE(window->canvas()->hasOutline());
+    van.Van_InitMarquee();
+    settle();
+    EXPECT_TRUE(window->canvas()->hasOutline());
+
+    van.Van_AlphaOff();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque);
+    EXPECT_FALSE(window->action("showAlpha")->isChecked());
+    trigger("showAlpha");
+    EXPECT_TRUE(host().alphaShown());
 }
 
 TEST_F(HostWindowTest, ColourFrameAndScrubberCommandsReachTheHost) {
@@ -506,7 +505,7 @@ TEST_F(HostWindowTest, PngSequenceRoundTripsCarriesAlphaAndClearsTheModifiedMark
 
 // The real dialogs behind the host's boxes: the panel's file filters in Qt's form, and the answers
 // that the panel tests for (2 for no, a negative value for backing out, an empty text for cancel).
-TEST(HostWindowFileFilter, PanelFiltersBecomeQtFilters) {
+TEST_F(HostWindowTest, QtFiltersAndBoxesAnswerAsThePanelExpects) {
     EXPECT_EQ(host::qtFileFilter("gif(*.gif)|*.gif"), "gif (*.gif)");
     EXPECT_EQ(host::qtFileFilter("Pictures|*.png;*.bmp|Any|*.*"), "Pictures (*.png *.bmp);;Any (*.*)");
     EXPECT_EQ(host::qtFileFilter("cfx(*.cfx)"), "cfx (*.cfx)");
@@ -515,9 +514,7 @@ TEST(HostWindowFileFilter, PanelFiltersBecomeQtFilters) {
     EXPECT_EQ(host::filterSuffix("gif(*.gif)|*.gif"), "gif");
     EXPECT_EQ(host::filterSuffix("Any|*.*"), "");
     EXPECT_EQ(host::filterSuffix(""), "");
-}
 
-TEST_F(HostWindowTest, QtBoxesAnswerAsThePanelExpects) {
     host::QtResponder dialogs{[this] { return static_cast<QWidget*>(window.get()); }};
     pressOnNextBox(QMessageBox::No);
     EXPECT_EQ(dialogs.question("\nClear Animation Undo file?", "Kirrel"), 2);
