@@ -164,31 +164,69 @@ TEST_F(HostWindowTest, PanelAndItsDialogsLiveInTheDockBesideTheCanvas) {
     EXPECT_TRUE(window->isVisible());
 }
 
-// The panel's imports replace the animation and its Quit ends the host: the host asks first about
-// unsaved work, and keeping it ends the import before the converter runs, or keeps the program
-// open; after an import the window shows the file's name.
-TEST_F(HostWindowTest, PanelImportsAndQuitAskAboutUnsavedWork) {
+// Unsaved work is never replaced or left without asking, and "No" keeps everything: the panel's imports
+// (before the converter runs) and Quit, closing the window, opening a file. An unreadable file is
+// named and changes nothing. "Yes" to opening takes the file, the swap picture following its size;
+// "Yes" to closing runs the panel's own quit, with its clean-up question, and ends the program.
+TEST_F(HostWindowTest, UnsavedWorkIsNeverDiscardedWithoutAsking) {
+    int endings = 0;
+    setProgramEndHandler([&] { ++endings; });
+    struct ForgetHandler {
+        ~ForgetHandler() { setProgramEndHandler({}); }
+    } forget;
+    panel::startPanel();
+    writeFile(QString::fromStdString(tempDir() + "/AnimUndo.dat"), "x");
+    writeFile(at("broken.gif"), "GIF89a not really");
+    ASSERT_TRUE(host::imageFromPicture(host::sampleSwapPicture(20, 10)).save(at("still.png")));
+    const host::HostSnapshot before = host().snapshot();
+    QString warning;
+    whenModal([&](QWidget* box) {
+        warning = qobject_cast<QMessageBox*>(box)->text();
+        qobject_cast<QMessageBox*>(box)->accept();
+    });
+    EXPECT_FALSE(window->openAnimation(at("broken.gif")));
+    EXPECT_TRUE(warning.contains("broken.gif"));
+    EXPECT_FALSE(host::contentDiffers(host().snapshot(), before));
+
     van.Van_SetBbuffer(krl::Plane(64, 48));
     ASSERT_TRUE(window->isModified());
-    const host::Picture before = host().framePicture(0);
+    const host::HostSnapshot unsaved = host().snapshot();
     answerFile("/nowhere/walk.gif");
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
     runGuarded([this] { exchange::ImportGifDirect(van); });
     EXPECT_TRUE(calls("Van_GetTempDir").empty()) << "no converter run";
-    EXPECT_EQ(host().framePicture(0).b, before.b);
     EXPECT_EQ(host().dialogs().back().kind, "question");
-
-    panel::startPanel();
     responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
     panel::FormBase::find("Mainfrm")->findChild<QAction*>("menuQuit")->trigger();
+    pressOnNextBox(QMessageBox::No);
+    EXPECT_FALSE(window->close());
+    pressOnNextBox(QMessageBox::No);
+    EXPECT_FALSE(window->openAnimation(at("still.png")));
     EXPECT_FALSE(programEnded());
+    EXPECT_NE(panel::FormBase::find("Mainfrm"), nullptr);
+    EXPECT_FALSE(host::contentDiffers(host().snapshot(), unsaved));
 
+    pressOnNextBox(QMessageBox::Yes);
+    EXPECT_TRUE(window->openAnimation(at("still.png")));
+    EXPECT_EQ(host().totalFrames(), 0);
+    EXPECT_EQ(host().bufferWidth(), 20);
+    EXPECT_EQ(host().swapPicture().width(), 20);
     // A named animation becomes the document: its name in the title, nothing unsaved.
+    van.Van_SetGbuffer(krl::Plane(20, 10));
     van.Van_RenameBuffer("/some/where/walk.gif");
     van.Van_NewFilename("/some/where/walk.gif");
     settle();
     EXPECT_FALSE(window->isModified());
     EXPECT_TRUE(window->windowTitle().startsWith("walk.gif"));
+
+    van.Van_SetGbuffer(krl::Plane(20, 10));
+    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
+    pressOnNextBox(QMessageBox::Yes);
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(programEnded());
+    EXPECT_EQ(endings, 1);
+    EXPECT_EQ(host().dialogs().back().text, "\nClear Animation Undo file?");
+    EXPECT_EQ(calls("Van_Unlock").size(), 1u); // the panel leaves the host usable
 }
 
 // While the converter runs the window takes no new action, but its Cancel button ends the run at
@@ -224,24 +262,7 @@ TEST_F(HostWindowTest, TheCancelButtonEndsAHangingConverterAndNothingElseGetsThr
     EXPECT_TRUE(QDir(QString::fromStdString(tempDir())).entryList(QDir::Files).isEmpty());
 }
 
-TEST_F(HostWindowTest, ScrubberFollowsGotoFrameAndShowScrub) {
-    EXPECT_EQ(slider()->maximum(), 11);
-    van.Van_GotoFrame(7);
-    settle();
-    EXPECT_TRUE(window->frameBar()->findChild<QLabel*>("frameLabel")->text().contains("Frame 7"));
-    van.Van_ShowScrub(3, 12);
-    settle();
-    EXPECT_EQ(slider()->value(), 3);
-    // A new frame count reaches the scrubber's range; the user's scrubbing moves the host's frame.
-    van.Van_InsertFrame(9);
-    van.Van_ShowScrub(0, van.Van_GetTotalFrames());
-    settle();
-    EXPECT_EQ(slider()->maximum(), 12);
-    slider()->setValue(4);
-    EXPECT_EQ(host().currentFrame(), 4);
-}
-
-TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
+TEST_F(HostWindowTest, LockKeepsTheUserOutAndStopsPlaybackAndThePointerAndProgressFollowTheRun) {
     host::FrameBar* bar = window->frameBar();
     host().setFrameDelays(std::vector<int>(12, 15));
     bar->play();
@@ -295,53 +316,25 @@ TEST_F(HostWindowTest, LockKeepsTheUserOutUntilUnlockAndStopsPlayback) {
     van.Van_Unlock(); // unlocking when nothing is locked is harmless
     settle();
     EXPECT_TRUE(slider()->isEnabled());
-}
 
-TEST_F(HostWindowTest, WaitPointerAndProgressFollowTheRun) {
-    QProgressBar* bar = window->progressBar();
-    EXPECT_FALSE(bar->isVisible());
+    // The wait pointer and the progress bar follow the run too.
+    QProgressBar* progress = window->progressBar();
+    EXPECT_FALSE(progress->isVisible());
     van.Van_ChangePointer(11);
     van.van_status(40.4);
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-    EXPECT_EQ(bar->isVisible() ? bar->value() : -1, 40);
+    EXPECT_EQ(progress->isVisible() ? progress->value() : -1, 40);
     for (int i = 0; i < 2; ++i) { // the second time is harmless
         van.Van_RestorePointer();
         van.van_StatusClose();
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-        EXPECT_FALSE(bar->isVisible());
+        EXPECT_FALSE(progress->isVisible());
     }
     van.Van_SetProgress(70);
-    EXPECT_EQ(bar->isVisible() ? bar->value() : -1, 70);
+    EXPECT_EQ(progress->isVisible() ? progress->value() : -1, 70);
     van.Van_SetProgress(0);
-    EXPECT_FALSE(bar->isVisible());
-}
-
-TEST_F(HostWindowTest, ClosingTheHostEndsTheProgramThroughThePanel) {
-    int endings = 0;
-    setProgramEndHandler([&] { ++endings; });
-    struct ForgetHandler {
-        ~ForgetHandler() { setProgramEndHandler({}); }
-    } forget;
-    panel::startPanel();
-    writeFile(QString::fromStdString(tempDir() + "/AnimUndo.dat"), "x");
-
-    // Unsaved frames: the window asks first, and "No" keeps everything open.
-    van.Van_SetBbuffer(krl::Plane(64, 48));
-    pressOnNextBox(QMessageBox::No);
-    EXPECT_FALSE(window->close());
-    EXPECT_FALSE(programEnded());
-    EXPECT_NE(panel::FormBase::find("Mainfrm"), nullptr);
-
-    // "Yes": the panel's own quit runs, with its clean-up question, and the program ends.
-    responder.push({host::QueuedAnswer::Kind::Question, 2, {}});
-    pressOnNextBox(QMessageBox::Yes);
-    EXPECT_TRUE(window->close());
-    EXPECT_TRUE(programEnded());
-    EXPECT_EQ(endings, 1);
-    ASSERT_FALSE(host().dialogs().empty());
-    EXPECT_EQ(host().dialogs().back().text, "\nClear Animation Undo file?");
-    EXPECT_EQ(calls("Van_Unlock").size(), 1u); // the panel leaves the host usable
+    EXPECT_FALSE(progress->isVisible());
 }
 
 krl::Plane alphaWithBox(int w, int h, QRect box) {
@@ -376,33 +369,8 @@ TEST(SelectionOutline, TracesSelectedRegionsWithMergedEdges) {
     EXPECT_EQ(host::selectionOutline(half).size(), 4u);
 }
 
-TEST_F(HostWindowTest, AlphaDisplayAndMarqueeFollowTheHost) {
-    const QColor opaque = canvasImage().pixelColor(1, 1);
-    van.Van_SetAbuffer(alphaWithBox(64, 48, QRect(QPoint(16, 16), QPoint(31, 31))));
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque) << "alpha is drawn only while the display is on";
-    van.Van_AlphaOn();
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), QColor(204, 204, 204)); // clear: the light checker square
-    EXPECT_EQ(canvasImage().pixelColor(1, host::kCheckerSquare + 1), QColor(153, 153, 153));
-    EXPECT_EQ(canvasImage().pixelColor(20, 20),
-              host::imageFromPicture(host().mainPicture()).pixelColor(20, 20));
-
-    // The outline waits for the marquee to be rebuilt, and is taken from the alpha of that moment.
-    EXPECT_FALSE(window->canvas()->hasOutline());
-    van.Van_InitMarquee();
-    settle();
-    EXPECT_TRUE(window->canvas()->hasOutline());
-
-    van.Van_AlphaOff();
-    settle();
-    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque);
-    EXPECT_FALSE(window->action("showAlpha")->isChecked());
-    trigger("showAlpha");
-    EXPECT_TRUE(host().alphaShown());
-}
-
-TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
+TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoAndTheAlphaDisplayAndMarqueeFollowTheHost) {
+    // The swap and alpha commands, undone through the host.
     const host::Picture main = host().mainPicture();
     const host::Picture swap = host().swapPicture();
     EXPECT_FALSE(window->action("undo")->isEnabled());
@@ -428,9 +396,34 @@ TEST_F(HostWindowTest, SwapAndAlphaCommandsUndoThroughTheHost) {
     trigger("clearAlpha");
     trigger("fillAlpha");
     EXPECT_EQ(host().alphaPlane().at(63, 47), 255);
+
+    // The alpha display and the marquee.
+    const QColor opaque = canvasImage().pixelColor(1, 1);
+    van.Van_SetAbuffer(alphaWithBox(64, 48, QRect(QPoint(16, 16), QPoint(31, 31))));
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque) << "alpha is drawn only while the display is on";
+    van.Van_AlphaOn();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), QColor(204, 204, 204)); // clear: the light checker square
+    EXPECT_EQ(canvasImage().pixelColor(1, host::kCheckerSquare + 1), QColor(153, 153, 153));
+    EXPECT_EQ(canvasImage().pixelColor(20, 20),
+              host::imageFromPicture(host().mainPicture()).pixelColor(20, 20));
+
+    // The outline waits for the marquee to be rebuilt, and is taken from the alpha of that moment.
+    EXPECT_FALSE(window->canvas()->hasOutline());
+    van.Van_InitMarquee();
+    settle();
+    EXPECT_TRUE(window->canvas()->hasOutline());
+
+    van.Van_AlphaOff();
+    settle();
+    EXPECT_EQ(canvasImage().pixelColor(1, 1), opaque);
+    EXPECT_FALSE(window->action("showAlpha")->isChecked());
+    trigger("showAlpha");
+    EXPECT_TRUE(host().alphaShown());
 }
 
-TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
+TEST_F(HostWindowTest, ColourFrameAndScrubberCommandsReachTheHost) {
     auto* swatches = window->findChild<host::ColourSwatches*>("colourSwatches");
     ASSERT_NE(swatches, nullptr);
     emit swatches->coloursChosen(QColor(10, 20, 30), QColor(200, 100, 50));
@@ -456,9 +449,24 @@ TEST_F(HostWindowTest, ColourAndFrameCommandsReachTheHost) {
     EXPECT_EQ(host().totalFrames(), 12);
     settle();
     EXPECT_EQ(slider()->maximum(), 11);
+
+    // The scrubber follows the host's frame and Van_ShowScrub, and a new frame count reaches its
+    // range; the user's scrubbing moves the host's frame.
+    van.Van_GotoFrame(7);
+    settle();
+    EXPECT_TRUE(window->frameBar()->findChild<QLabel*>("frameLabel")->text().contains("Frame 7"));
+    van.Van_ShowScrub(3, 12);
+    settle();
+    EXPECT_EQ(slider()->value(), 3);
+    van.Van_InsertFrame(9);
+    van.Van_ShowScrub(0, van.Van_GetTotalFrames());
+    settle();
+    EXPECT_EQ(slider()->maximum(), 12);
+    slider()->setValue(4);
+    EXPECT_EQ(host().currentFrame(), 4);
 }
 
-TEST_F(HostWindowTest, PngSequenceRoundTripsAndClearsTheModifiedMark) {
+TEST_F(HostWindowTest, PngSequenceRoundTripsCarriesAlphaAndClearsTheModifiedMark) {
     van.Van_SetRbuffer(krl::Plane(64, 48));
     settle();
     EXPECT_TRUE(window->isModified());
@@ -480,53 +488,24 @@ TEST_F(HostWindowTest, PngSequenceRoundTripsAndClearsTheModifiedMark) {
         EXPECT_EQ(host::imageFromPicture(host().framePicture(f)), before[f]) << f;
     EXPECT_FALSE(window->isModified());
     EXPECT_TRUE(window->windowTitle().startsWith("walk"));
-}
 
-TEST(PngSequence, NamesGrowWithLongAnimationsAndCarryAlpha) {
+    // Names grow with long animations; the alpha goes with the frames.
     const QStringList names = host::pngSequenceNames("/x/run.png", 12000);
     EXPECT_EQ(names.front(), "/x/run_00000.png");
     EXPECT_EQ(names.back(), "/x/run_11999.png");
     EXPECT_EQ(host::pngSequenceNames("/x/run", 2).front(), "/x/run_0000.png");
-
-    QTemporaryDir dir;
     const host::Picture p = host::Picture::filled(4, 4, 0x00FF00);
     krl::Plane alpha(4, 4);
     alpha.at(1, 1) = 200;
-    host::writePngSequence(QDir(dir.path()).filePath("a.png"), {p}, &alpha);
-    const QImage back(QDir(dir.path()).filePath("a_0000.png"));
-    EXPECT_EQ(qAlpha(back.pixel(0, 0)), 0);
-    EXPECT_EQ(qAlpha(back.pixel(1, 1)), 200);
+    host::writePngSequence(at("a.png"), {p}, &alpha);
+    EXPECT_EQ(qAlpha(QImage(at("a_0000.png")).pixel(0, 0)), 0);
+    EXPECT_EQ(qAlpha(QImage(at("a_0000.png")).pixel(1, 1)), 200);
     EXPECT_THROW(host::writePngSequence("/nonexistent-dir/a.png", {p}, nullptr), std::runtime_error);
-}
-
-TEST_F(HostWindowTest, UnreadableFilesWarnAndUnsavedChangesAreNotDiscardedWithoutAsking) {
-    writeFile(at("broken.gif"), "GIF89a not really");
-    const host::Picture frame3 = host().framePicture(3);
-    QString warning;
-    whenModal([&](QWidget* box) {
-        auto* m = qobject_cast<QMessageBox*>(box);
-        warning = m->text();
-        m->accept();
-    });
-    EXPECT_FALSE(window->openAnimation(at("broken.gif")));
-    EXPECT_TRUE(warning.contains("broken.gif"));
-    EXPECT_EQ(host().framePicture(3), frame3);
-
-    ASSERT_TRUE(host::imageFromPicture(host::sampleSwapPicture(20, 10)).save(at("still.png")));
-    van.Van_SetGbuffer(krl::Plane(64, 48));
-    pressOnNextBox(QMessageBox::No);
-    EXPECT_FALSE(window->openAnimation(at("still.png")));
-    EXPECT_EQ(host().totalFrames(), 12);
-    pressOnNextBox(QMessageBox::Yes);
-    EXPECT_TRUE(window->openAnimation(at("still.png")));
-    EXPECT_EQ(host().totalFrames(), 0);
-    EXPECT_EQ(host().bufferWidth(), 20);
-    EXPECT_EQ(host().swapPicture().width(), 20); // the swap picture follows the new size
 }
 
 // The real dialogs behind the host's boxes: the panel's file filters in Qt's form, and the answers
 // that the panel tests for (2 for no, a negative value for backing out, an empty text for cancel).
-TEST(HostWindowFileFilter, PanelFiltersBecomeQtFilters) {
+TEST_F(HostWindowTest, QtFiltersAndBoxesAnswerAsThePanelExpects) {
     EXPECT_EQ(host::qtFileFilter("gif(*.gif)|*.gif"), "gif (*.gif)");
     EXPECT_EQ(host::qtFileFilter("Pictures|*.png;*.bmp|Any|*.*"), "Pictures (*.png *.bmp);;Any (*.*)");
     EXPECT_EQ(host::qtFileFilter("cfx(*.cfx)"), "cfx (*.cfx)");
@@ -535,9 +514,7 @@ TEST(HostWindowFileFilter, PanelFiltersBecomeQtFilters) {
     EXPECT_EQ(host::filterSuffix("gif(*.gif)|*.gif"), "gif");
     EXPECT_EQ(host::filterSuffix("Any|*.*"), "");
     EXPECT_EQ(host::filterSuffix(""), "");
-}
 
-TEST_F(HostWindowTest, QtBoxesAnswerAsThePanelExpects) {
     host::QtResponder dialogs{[this] { return static_cast<QWidget*>(window.get()); }};
     pressOnNextBox(QMessageBox::No);
     EXPECT_EQ(dialogs.question("\nClear Animation Undo file?", "Kirrel"), 2);

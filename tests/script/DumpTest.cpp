@@ -1,8 +1,6 @@
 // What a "dump" step writes: the .dat files byte for byte, one PNG per frame of W x H pixels, and
-// state.json with every field that later tests compare; and a script that loads an animation, calls
-// host operations and dumps gives back the same bytes.
+// state.json with every field that later tests compare.
 
-#include "host/AnimationFiles.h"
 #include "support/Fixtures.h"
 
 #include <QDir>
@@ -82,22 +80,6 @@ TEST_F(StateJson, RecordsTheHostAndEveryBox) {
     EXPECT_FALSE(list1["items"].toArray().isEmpty());
     for (const char* key : {"text", "index", "value", "enabled", "visible"})
         EXPECT_TRUE(list1.contains(key)) << key;
-}
-
-TEST_F(StateJson, LoadCallDumpGivesBackTheSameBytes) {
-    host::Animation a;
-    for (int f = 0; f < 3; ++f)
-        a.frames.push_back(patternPicture(6, 3, 40 * f));
-    host::writeAnimationDat(at("anim.dat"), a);
-    const RunResult r = run(R"({"host": {"temp_dir": "tmp", "animation": "anim.dat", "delays": 70},
-        "steps": [{"host": "Van_GotoFrame", "args": [2]}, {"host": "Van_GetRBuffer"},
-                  {"host": "Van_GotoFrame", "args": [0]}, {"dump": "out"}]})");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_EQ(readFile(at("out/animation.dat")), readFile(at("anim.dat")));
-    EXPECT_EQ(state("out")["delays"], (QJsonArray{70, 70, 70})) << "one delay for every frame";
-    EXPECT_EQ(readFile(at("trace.txt")),
-              "Van_SendFormObject(Mainfrm, 0)\nVan_GetTotalFrames()\nVan_WallpaperFilename()\n"
-              "Van_GotoFrame(2)\nVan_GetRBuffer()\nVan_GotoFrame(0)\n");
 }
 
 } // namespace

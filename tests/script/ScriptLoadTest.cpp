@@ -1,10 +1,12 @@
-// The host set-up of a session script: animation, swap and alpha from .dat files or pictures,
-// a folder of PNG frames in natural order, a still picture, and paths relative to the script's folder.
+// The host set-up of a session script: animation, swap and alpha from .dat files or pictures, given
+// back byte for byte by a dump; a folder of PNG frames in natural order, a still picture, one delay
+// for every frame, and paths relative to the script's folder.
 
 #include "support/Fixtures.h"
 
 #include <QDir>
 #include <QImage>
+#include <QJsonArray>
 
 #include <functional>
 
@@ -56,6 +58,9 @@ TEST_P(ScriptLoad, FolderOfFramesSwapAndAlphaComeBackInTheDump) {
     const std::string alpha =
         int16le({kW, kH}) + planeBytes([g = greyImage()](int x, int y) { return g.constScanLine(y)[x]; });
     const QString ext = GetParam();
+    const std::string frames = int16le({3, kW, kH}) + pictureBytes(colourImage(40)) +
+                               pictureBytes(colourImage(0)) + pictureBytes(colourImage(20));
+    writeFile(sub.filePath("anim.dat"), frames);
     if (ext == "png") {
         ASSERT_TRUE(colourImage(90).save(sub.filePath("swap.png")));
         ASSERT_TRUE(greyImage().save(sub.filePath("alpha.png")));
@@ -65,21 +70,26 @@ TEST_P(ScriptLoad, FolderOfFramesSwapAndAlphaComeBackInTheDump) {
     }
     const RunResult r =
         runScript(dir.path(),
-                  QString(R"({"host": {"temp_dir": "tmp", "animation": "frames", "swap": "swap.%1",
-                                  "alpha": "alpha.%1", "current_frame": 1}, "steps": [{"dump": "out"}]})")
-                      .arg(ext)
+                  QString(R"({"host": {"temp_dir": "tmp", "animation": "%2", "swap": "swap.%1",
+                      "alpha": "alpha.%1", "current_frame": 1, "delays": 70}, "steps": [{"host": "Van_GotoFrame",
+                      "args": [2]}, {"host": "Van_GetRBuffer"}, {"host": "Van_GotoFrame", "args": [1]}, {"dump": "out"}]})")
+                      .arg(ext, ext == "png" ? "frames" : "anim.dat")
                       .toStdString(),
                   "session/session.json");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_TRUE(QDir(sub.filePath("tmp")).exists());
-    EXPECT_EQ(readFile(sub.filePath("out/animation.dat")),
-              int16le({3, kW, kH}) + pictureBytes(colourImage(40)) + pictureBytes(colourImage(0)) +
-                  pictureBytes(colourImage(20)));
+    EXPECT_EQ(readFile(sub.filePath("out/animation.dat")), frames);
     EXPECT_EQ(readFile(sub.filePath("out/swap.dat")), swap);
     EXPECT_EQ(readFile(sub.filePath("out/alpha.dat")), alpha);
     EXPECT_EQ(QImage(sub.filePath("out/frames/0002.png")).convertToFormat(QImage::Format_RGB888),
               colourImage(20));
-    EXPECT_EQ(readJsonObject(sub.filePath("out/state.json"))["current_frame"].toInt(), 1);
+    const QJsonObject state = readJsonObject(sub.filePath("out/state.json"));
+    EXPECT_EQ(state["current_frame"].toInt(), 1);
+    EXPECT_EQ(state["delays"], (QJsonArray{70, 70, 70})) << "one delay for every frame";
+    // The panel starts first; then the script's own calls, as they were made.
+    EXPECT_EQ(readFile(at("trace.txt")),
+              "Van_SendFormObject(Mainfrm, 0)\nVan_GetTotalFrames()\n"
+              "Van_WallpaperFilename()\nVan_GotoFrame(2)\nVan_GetRBuffer()\nVan_GotoFrame(1)\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(SwapAndAlpha, ScriptLoad, ::testing::Values("dat", "png"),

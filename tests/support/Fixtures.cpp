@@ -19,17 +19,15 @@ void copyPixel(host::Picture& to, int x, int y, const host::Picture& from, int s
     to.b.at(x, y) = from.b.at(sx, sy);
 }
 
-QString formCaption(const QJsonObject& state, const QString& form) {
+QJsonObject formState(const QJsonObject& state, const QString& form) {
     for (const auto& f : state["forms"].toArray())
-        if (f.toObject()["name"].toString() == form) return f.toObject()["caption"].toString();
+        if (f.toObject()["name"].toString() == form) return f.toObject();
     return {};
 }
 
 QJsonObject formControl(const QJsonObject& state, const QString& form, const QString& control) {
-    for (const auto& f : state["forms"].toArray())
-        if (f.toObject()["name"].toString() == form)
-            for (const auto& c : f.toObject()["controls"].toArray())
-                if (c.toObject()["name"].toString() == control) return c.toObject();
+    for (const auto& c : formState(state, form)["controls"].toArray())
+        if (c.toObject()["name"].toString() == control) return c.toObject();
     return {};
 }
 
@@ -43,10 +41,6 @@ QStringList listItems(const QJsonObject& state, const QString& form, const QStri
 
 std::vector<host::Picture> ScriptTest::dumped(const QString& dump) const {
     return host::readAnimationDat(at(dump + "/animation.dat")).frames;
-}
-
-int ScriptTest::red(const QString& dump, int f, int x, int y) const {
-    return dumped(dump).at(static_cast<std::size_t>(f)).r.at(x, y);
 }
 
 void ScriptTest::writeSlot(int slot, int n, int w, int h) const {

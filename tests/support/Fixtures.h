@@ -21,9 +21,9 @@ std::string flatSlotBytes(int n, int w, int h, char value = '\x40');
 // Copies pixel (sx, sy) of `from` to (x, y) of `to`, all three planes.
 void copyPixel(host::Picture& to, int x, int y, const host::Picture& from, int sx, int sy);
 
-// What a dumped state shows of a form: its caption, one of its controls, that control's text and the
-// items of a list. A missing form or control gives an empty object.
-QString formCaption(const QJsonObject& state, const QString& form);
+// What a dumped state shows of a form (its caption among it), one of its controls, that control's text
+// and the items of a list. A missing form or control gives an empty object.
+QJsonObject formState(const QJsonObject& state, const QString& form);
 QJsonObject formControl(const QJsonObject& state, const QString& form, const QString& control);
 QString controlText(const QJsonObject& state, const QString& form, const QString& control);
 QStringList listItems(const QJsonObject& state, const QString& form, const QString& control);
@@ -35,8 +35,6 @@ class ScriptTest : public ::testing::Test {
     RunResult run(const std::string& json) const { return runScript(dir.path(), json); }
     QJsonObject state(const QString& dump) const { return readJsonObject(at(dump + "/state.json")); }
     std::vector<host::Picture> dumped(const QString& dump) const; // the frames of dump/animation.dat
-    // The red byte at (x, y) of frame f of dump/animation.dat.
-    int red(const QString& dump, int f, int x, int y) const;
     // Slot file `slot` of n flat frames (bounds w, h) in the script's temporary folder.
     void writeSlot(int slot, int n, int w, int h) const;
     std::vector<std::string> traceLines() const { return traceFileLines(at("trace.txt")); }

@@ -3,9 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImage>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cmath>
@@ -13,10 +11,6 @@
 
 namespace kirrel::test {
 namespace {
-
-QImage rgbaImage(const QString& file) {
-    return QImage(file).convertToFormat(QImage::Format_RGBA8888);
-}
 
 // The frames of `bytes`, one after the other, each 4 * width * height bytes.
 void appendFrames(RgbaFrames& to, const QByteArray& bytes) {
@@ -50,13 +44,21 @@ QString missingTool(const QStringList& programs) {
 Probed probe(const QString& file) {
     const ToolOutput r =
         runTool("ffprobe", {"-v", "error", "-select_streams", "v:0", "-show_entries",
-                            "stream=width,height:frame=pts_time", "-of", "csv", "file:" + file});
+                            "stream=width,height:frame=pts_time,pkt_duration_time,duration_time", "-of",
+                            "csv", "file:" + file});
     Probed p;
+    const auto ms = [](const QByteArray& seconds) {
+        return static_cast<int>(std::lround(seconds.toDouble() * 1000));
+    };
     for (const QByteArray& line : r.out.split('\n')) {
         const QList<QByteArray> v = line.trimmed().split(',');
-        if (v.size() >= 2 && v[0] == "frame")
-            p.startsMs.push_back(static_cast<int>(std::lround(v[1].toDouble() * 1000)));
-        if (v.size() >= 3 && v[0] == "stream") p = {v[1].toInt(), v[2].toInt(), p.startsMs};
+        if (v.size() >= 2 && v[0] == "frame") { // the duration's name changed with ffmpeg 6
+            p.startsMs.push_back(ms(v[1]));
+            p.durationsMs.push_back(ms(v.back()));
+        } else if (v.size() >= 3 && v[0] == "stream") {
+            p.width = v[1].toInt();
+            p.height = v[2].toInt();
+        }
     }
     return p;
 }
@@ -95,57 +97,17 @@ RgbaFrames coalescedFrames(const QString& file) {
 
 RgbaFrames webpFrames(const QString& file, QString& info) {
     info = QString::fromUtf8(runTool("webpmux", {"-info", file}).out);
-    RgbaFrames out;
-    const auto c = QRegularExpression("Canvas size: (\\d+) x (\\d+)").match(info);
-    if (!c.hasMatch()) return out;
-    out.width = c.captured(1).toInt();
-    out.height = c.captured(2).toInt();
-    // "  N:  width height alpha x y duration dispose blend size compression"
-    const QRegularExpression row(
-        "^\\s*(\\d+):\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\d+)\\s+(\\d+)\\s+(\\d+)\\s+(\\w+)\\s+(\\w+)",
-        QRegularExpression::MultilineOption);
-    std::vector<std::uint8_t> canvas(static_cast<std::size_t>(out.width) * out.height * 4, 0);
-    QTemporaryDir dir;
-    for (auto it = row.globalMatch(info); it.hasNext();) {
-        const auto m = it.next();
-        runTool("webpmux", {"-get", "frame", m.captured(1), file, "-o", dir.filePath("part.webp")});
-        runTool("dwebp", {dir.filePath("part.webp"), "-o", dir.filePath("part.png")});
-        const QImage img = rgbaImage(dir.filePath("part.png"));
-        const auto at = [&](int x, int y) {
-            return canvas.data() + 4 * ((static_cast<std::size_t>(m.captured(6).toInt()) + y) * out.width +
-                                        m.captured(5).toInt() + x);
-        };
-        for (int y = 0; y < img.height(); ++y)
-            for (int x = 0; x < img.width(); ++x) {
-                const uchar* s = img.constScanLine(y) + std::ptrdiff_t{4} * x;
-                // Only clear and opaque pixels are written in these tests, so blending is a choice.
-                if (m.captured(9) != "yes" || s[3] != 0) std::copy(s, s + 4, at(x, y));
-            }
-        out.frames.push_back(canvas);
-        out.delaysMs.push_back(m.captured(7).toInt());
-        for (int y = 0; m.captured(8) == "background" && y < img.height(); ++y)
-            std::fill_n(at(0, y), 4 * img.width(), 0);
-    }
-    return out;
+    return coalescedFrames(file);
 }
 
 RgbaFrames apngFrames(const QString& file) {
+    // Under a plain name: ffmpeg takes a PNG whose name holds "%d" for a numbered series of pictures.
     QTemporaryDir dir;
-    QFile::copy(file, dir.filePath("in.png"));
-    runTool("apngdis", {dir.filePath("in.png"), "f"});
-    RgbaFrames out;
-    for (int i = 1; QFile::exists(dir.filePath(QString("f%1.png").arg(i))); ++i) {
-        const QImage img = rgbaImage(dir.filePath(QString("f%1.png").arg(i)));
-        out.width = img.width();
-        out.height = img.height();
-        out.frames.emplace_back(img.constBits(), img.constBits() + img.sizeInBytes());
-        QFile txt(dir.filePath(QString("f%1.txt").arg(i)));
-        txt.open(QIODevice::ReadOnly);
-        const auto m = QRegularExpression("delay=(\\d+)/(\\d+)").match(QString::fromLatin1(txt.readAll()));
-        out.delaysMs.push_back(m.hasMatch() ? static_cast<int>(std::lround(1000.0 * m.captured(1).toInt() /
-                                                                           m.captured(2).toInt()))
-                                            : -1);
-    }
+    const QString plain = dir.filePath("in.apng");
+    QFile::link(QFileInfo(file).absoluteFilePath(), plain);
+    const Probed p = probe(plain);
+    RgbaFrames out = ffmpegFrames(plain, p.width, p.height);
+    out.delaysMs = p.durationsMs;
     return out;
 }
 

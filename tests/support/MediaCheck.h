@@ -1,6 +1,6 @@
 #pragma once
-// Reading animation files back with the tools themselves (ffprobe, ffmpeg, identify, webpmux,
-// dwebp, apngdis), never with Kirrel, to check what Kirrel wrote; and a PATH without some tools.
+// Reading animation files back with the tools themselves (ffprobe, ffmpeg, ImageMagick, webpmux),
+// never with Kirrel, to check what Kirrel wrote; and a PATH without some tools.
 
 #include "host/Picture.h"
 
@@ -34,21 +34,22 @@ struct RgbaFrames {
         return frames[f].data() + 4 * (static_cast<std::size_t>(y) * width + x);
     }
 };
-// An animation as `convert FILE -coalesce` shows it: every frame whole, delays from identify's %T.
-// Throws std::runtime_error when ImageMagick fails.
+// An animation (GIF or WebP) as `convert FILE -coalesce` shows it: every frame whole, delays from identify's
+// %T. Throws std::runtime_error when ImageMagick fails.
 RgbaFrames coalescedFrames(const QString& file);
-// ffprobe: the video stream's size and each frame's start in milliseconds, in order.
+// ffprobe: the video stream's size and each frame's start and duration in milliseconds, in order.
 struct Probed {
     int width = 0;
     int height = 0;
     std::vector<int> startsMs;
+    std::vector<int> durationsMs;
 };
 Probed probe(const QString& file);
 // Every frame as ffmpeg decodes it.
 RgbaFrames ffmpegFrames(const QString& file, int width, int height);
-// An animated WebP composited from webpmux's frames, each decoded by dwebp; `info` is webpmux's.
+// An animated WebP as ImageMagick coalesces it; `info` is what webpmux says of it (lossy or not).
 RgbaFrames webpFrames(const QString& file, QString& info);
-// apngdis: the frames (read from the PNGs it writes) and their delays.
+// An APNG as ffmpeg decodes it, with the delays ffprobe gives.
 RgbaFrames apngFrames(const QString& file);
 
 // The peak signal-to-noise ratio of the W x H pixels of `got` against the pictures, in dB.

@@ -266,7 +266,7 @@ TEST_P(EveryVariant, RunsInAllFourShapes) {
     EXPECT_GE(std::count(trace.begin(), trace.end(), "Van_Unlock()"),
               std::count(trace.begin(), trace.end(), "Van_Lock()"));
 
-    EXPECT_EQ(formCaption(end, c.form), c.caption);
+    EXPECT_EQ(formState(end, c.form)["caption"].toString(), c.caption);
     const QStringList sources = listItems(end, c.form, c.sourceList);
     ASSERT_EQ(sources.size(), c.sources);
     EXPECT_EQ(sources.back(), "Stored Animation #4");
