@@ -6,6 +6,7 @@
 // with their package; and damaged files of every format, which open in part, the frames they give as
 // the whole file gives them, with a note saying how many, or give a clear error.
 
+#include "host/AnimationBuilder.h"
 #include "host/AnimationExport.h"
 #include "host/AnimationFiles.h"
 #include "host/SampleAnimation.h"
@@ -432,6 +433,23 @@ TEST_P(DamagedMedia, OpensInPartWithANoteOrGivesAClearError) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, DamagedMedia, ::testing::Values("gif", "png", "webp", "mp4", "webm"));
+
+// A decoder's pipe hands its bytes over in pieces of any size, down to one byte: every frame still
+// comes out whole, in order, and a frame cut short is kept as a leftover, never passed on.
+TEST(RgbaFrameStreamTest, PiecesOfAnySizeGiveWholeFrames) {
+    std::string bytes(3 * 8 + 5, '\0');
+    std::iota(bytes.begin(), bytes.end(), char{1});
+    for (const std::size_t piece : {std::size_t{1}, std::size_t{3}, std::size_t{7}, bytes.size()}) {
+        std::vector<std::string> frames;
+        host::RgbaFrameStream stream(8, [&](const std::uint8_t* f) { frames.emplace_back(f, f + 8); });
+        for (std::size_t at = 0; at < bytes.size(); at += piece)
+            stream.feed(bytes.data() + at, static_cast<std::int64_t>(std::min(piece, bytes.size() - at)));
+        ASSERT_EQ(frames.size(), 3u) << "pieces of " << piece;
+        for (std::size_t f = 0; f < 3; ++f)
+            EXPECT_EQ(frames[f], bytes.substr(8 * f, 8)) << "pieces of " << piece << ", frame " << f;
+        EXPECT_TRUE(stream.leftover());
+    }
+}
 
 } // namespace
 } // namespace kirrel::test

@@ -64,7 +64,7 @@ Probed probe(const QString& file) {
 }
 
 RgbaFrames ffmpegFrames(const QString& file, int width, int height) {
-    RgbaFrames f{width, height, {}};
+    RgbaFrames f{width, height, {}, {}};
     appendFrames(f, runTool("ffmpeg", {"-v", "error", "-nostdin", "-i", "file:" + file, "-fps_mode",
                                        "passthrough", "-f", "rawvideo", "-pix_fmt", "rgba", "pipe:1"})
                         .out);

@@ -399,12 +399,13 @@ TEST_F(DialogScript, StripeSizesAreKeptDoubledShownHalvedAndRunDoubled) {
     }
 
     // The coarse run goes over the fine one's frames, whose row 3 filled from the right as well.
-    EXPECT_NE(red("fine", 1, 0, 1), 1) << "one pixel high: row 1 fills from the right";
-    EXPECT_EQ(red("fine", 1, 0, 0), 1);
-    EXPECT_EQ(red("coarse", 1, 0, 1), 1) << "three pixels high: row 1 fills from the left";
-    EXPECT_EQ(red("coarse", 1, 0, 2), 1);
-    EXPECT_NE(red("coarse", 1, 0, 3), 1);
-    EXPECT_EQ(red("coarse", 1, 20, 3), 1);
+    const krl::Plane fine = dumped("fine")[1].r, coarse = dumped("coarse")[1].r;
+    EXPECT_NE(fine.at(0, 1), 1) << "one pixel high: row 1 fills from the right";
+    EXPECT_EQ(fine.at(0, 0), 1);
+    EXPECT_EQ(coarse.at(0, 1), 1) << "three pixels high: row 1 fills from the left";
+    EXPECT_EQ(coarse.at(0, 2), 1);
+    EXPECT_NE(coarse.at(0, 3), 1);
+    EXPECT_EQ(coarse.at(20, 3), 1);
 }
 
 } // namespace
