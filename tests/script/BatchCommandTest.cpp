@@ -63,7 +63,12 @@ TEST_F(BatchCommand, ADamagedInputFailsAloneAndOutputsThereAreKept) {
     EXPECT_EQ(readFile(at("out/clip03.gif")), "mine");
     EXPECT_EQ(batch({inputs[3], "--out", "out", "--force", "--format", "webp"}).code, 0);
     EXPECT_TRUE(QFileInfo::exists(at("out/clip03.webp")));
-    EXPECT_EQ(batch({"--out", "out"}).code, 2) << "no input";
+    const ToolOutput usage = batch({"--out", "out"});
+    EXPECT_EQ(usage.code, 2) << "no input";
+    EXPECT_TRUE(usage.err.contains("(see kirrel batch --help)")) << usage.err.toStdString();
+    const ToolOutput missing = batch({at("in/gone.gif"), "--out", "out"});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_TRUE(missing.err.contains("gone.gif: the input does not exist")) << missing.err.toStdString();
 }
 
 TEST_F(BatchCommand, CtrlCLeavesOnlyWholeOutputs) {
