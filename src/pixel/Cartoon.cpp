@@ -19,6 +19,9 @@
 
 namespace krl {
 
+using filt::PlaneOut;
+using filt::PlaneRef;
+
 namespace {
 
 using u8 = std::uint8_t;
@@ -137,18 +140,6 @@ KRL_CELL_LOOP void toonRow(u8* __restrict p, const u8* __restrict q, const u16* 
         p[x] = static_cast<u8>(static_cast<u16>(tone * static_cast<u16>(256 - line[x]) + 128u) >> 8);
     }
 }
-
-struct PlaneRef {
-    const u8* base;
-    int stride;
-    const u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
-};
-
-struct PlaneOut {
-    u8* base;
-    int stride;
-    u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
-};
 
 // Rows of a per-row stage kept in a small ring, produced in order on demand, each with `pad` spare
 // cells before and after. The rows live in storage kept per thread and reused from call to call, so

@@ -7,6 +7,19 @@
 
 namespace krl::filt {
 
+// A plane's rows by address, for kernels that walk several planes' rows side by side.
+struct PlaneRef {
+    const std::uint8_t* base;
+    int stride;
+    const std::uint8_t* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
+};
+
+struct PlaneOut {
+    std::uint8_t* base;
+    int stride;
+    std::uint8_t* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
+};
+
 // Perceptual grey with integer weights that sum to 256, so a grey pixel (v, v, v) stays v. The sum
 // stays below 65536, so row loops run it in 16-bit lanes.
 inline std::uint8_t luma(std::uint8_t r, std::uint8_t g, std::uint8_t b) {

@@ -24,22 +24,13 @@
 
 namespace krl {
 
+using filt::PlaneOut;
+using filt::PlaneRef;
+
 namespace {
 
 using u8 = std::uint8_t;
 using u16 = std::uint16_t;
-
-struct PlaneRef {
-    const u8* base;
-    int stride;
-    const u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
-};
-
-struct PlaneOut {
-    u8* base;
-    int stride;
-    u8* row(int y) const { return base + static_cast<std::size_t>(y) * stride; }
-};
 
 // ---- sketch --------------------------------------------------------------------------------------
 
