@@ -93,14 +93,38 @@ TEST_F(History, AStepCostsOnlyTheFramesItTouched) {
     // A second step over the same frames keeps the first step's planes once, and its own once.
     paint(10, 19, 9, "Again");
     EXPECT_EQ(host().history().cost(host().snapshot()), 20 * plane);
+    // An effect that writes every frame back and changes one costs that one: the planes holding the
+    // bytes they held are shared again.
+    runGuarded(
+        [&] {
+            for (int f = 0; f < 300; ++f) {
+                krl::Plane same = host().framePicture(f).r;
+                same.data()[0] = static_cast<std::uint8_t>(same.data()[0] + (f == 0));
+                host().setFrame(host::Channel::R, same, f);
+            }
+        },
+        "Rewrite");
+    EXPECT_EQ(host().history().cost(host().snapshot()), 21 * plane);
+    runGuarded([&] { host().fillAlpha(0); }, "Clear Alpha"); // the alpha plane it replaced counts too
+    EXPECT_EQ(host().history().cost(host().snapshot()), 22 * plane);
 
     // The budget drops the oldest step first, but never the newest.
     host().history().setBudget(15 * plane);
     runGuarded([&] { host().setFrameDelay(0, 40); }, "Delay");
-    EXPECT_EQ(undoLabels(), (Labels{"Again", "Delay"}));
+    EXPECT_EQ(undoLabels(), (Labels{"Again", "Rewrite", "Clear Alpha", "Delay"}));
     host().history().setBudget(1);
     paint(0, 0, 1, "Big");
     EXPECT_EQ(undoLabels(), (Labels{"Big"}));
+}
+
+TEST_F(History, DelaysKeepEveryPositiveMillisecondAndAStepUndoesThem) {
+    runGuarded([&] { host().setFrameDelays({1, 0, 1000000, -5}); }, "Delays");
+    EXPECT_EQ(host().frameDelays(),
+              (std::vector<int>{1, host::HostState::kDefaultDelayMs, host::HostState::kMaxDelayMs,
+                                host::HostState::kDefaultDelayMs, host::HostState::kDefaultDelayMs,
+                                host::HostState::kDefaultDelayMs}));
+    ASSERT_TRUE(host().undo());
+    EXPECT_EQ(host().frameDelays(), original.delays);
 }
 
 TEST_F(History, StepSummaryNamesWhatChanged) {

@@ -197,6 +197,21 @@ INSTANTIATE_TEST_SUITE_P(Formats, ExportRoundTrip,
                                            FormatCase{"webm", {}}),
                          [](const auto& info) { return std::string(info.param.suffix); });
 
+// A GIF holds centiseconds: each delay rounds to the nearest, never below 2 (which browsers would show
+// as 10); an APNG keeps the milliseconds, down to 1.
+TEST(ExportTiming, GifRoundsToTheNearestCentisecondAndApngKeepsMilliseconds) {
+    if (const QString m = missingTool({"ffmpeg", "convert", "apngdis"}); !m.isEmpty())
+        GTEST_SKIP() << m.toStdString() << " is not installed";
+    QTemporaryDir dir;
+    const Sample s = sample(8, 6, {1, 34, 35}, [](int f, int x, int y) {
+        return std::array{80 * f, 20 * x, 30 * y};
+    });
+    for (const char* name : {"t.gif", "t.png"})
+        host::exportAnimation(dir.filePath(name), s.input(), {}, {});
+    EXPECT_EQ(readBack(dir.filePath("t.gif")).delaysMs, (std::vector<int>{20, 30, 40}));
+    EXPECT_EQ(readBack(dir.filePath("t.png")).delaysMs, s.delays);
+}
+
 // A GIF of 256 colours and no transparency uses every palette entry and still comes back exact; a
 // WebP is lossless by default and lossy, yet close to the frames, below quality 100.
 TEST(ExportColours, A256ColourGifIsExactAndWebpIsLossyOnlyBelowQuality100) {

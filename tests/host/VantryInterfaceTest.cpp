@@ -4,6 +4,7 @@
 // through to its frame; InsertFrame and the animation makers shape the store; Total 0 is a still
 // picture; frame numbers outside the animation and closing calls outside a run are harmless.
 
+#include "host/HostOperations.h"
 #include "panel/Vantry.h"
 #include "support/Support.h"
 
@@ -63,6 +64,27 @@ TEST_F(HostTest, TraceWritesEveryCallInOrderAndExactly) {
     EXPECT_EQ(trace, want);
     EXPECT_EQ(host().dialogs().back().answer, "\"/x/a \\\"b\\\".gif\"");
     EXPECT_TRUE(responder.pending().empty());
+}
+
+// A script's "host" steps reach the interface with their arguments in order and refuse any other
+// count; the user's answer to the discard question is kept for state.json.
+TEST_F(HostTest, ScriptHostStepsCallTheInterfaceWithTheirArgumentsInOrder) {
+    host().hasUnsavedChanges = [] { return true; };
+    responder.push({QueuedAnswer::Kind::Question, 7, {}});
+    const std::pair<const char*, QJsonArray> steps[] = {{"Van_SetPrimaryColor", {255, 0, 7}},
+                                                        {"Van_SetSecondaryColor", {1, 2, 200}},
+                                                        {"Van_getPrimaryColor", {}},
+                                                        {"Van_GetAppDir", {}},
+                                                        {"Van_ConfirmDiscard", {}}};
+    for (const auto& [name, args] : steps) {
+        host::callHostOperation(name, args);
+        EXPECT_THROW(host::callHostOperation(name, QJsonArray(args) << 1), host::HostOperationError) << name;
+    }
+    EXPECT_EQ(trace,
+              (std::vector<std::string>{"Van_SetPrimaryColor(255, 0, 7)", "Van_SetSecondaryColor(1, 2, 200)",
+                                        "Van_getPrimaryColor()", "Van_GetAppDir()", "Van_ConfirmDiscard()"}));
+    ASSERT_EQ(host().dialogs().size(), 1u);
+    EXPECT_EQ(host().dialogs().back().answer, "7");
 }
 
 class Interface : public HostTest {
