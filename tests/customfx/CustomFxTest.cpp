@@ -85,23 +85,6 @@ TEST(CfxTitle, FieldAndTrimming) {
     EXPECT_EQ(customfx::trimTitle(std::string(30, 'z')), std::string(30, 'z'));
 }
 
-TEST_F(CfxFile, ImportTakesOverFramesSizeAndKeysAndSaysWhatItFound) {
-    const auto frames = patternFrames(3, 5, 4, 40);
-    const std::string path = file("in.cfx");
-    writeFile(QString::fromStdString(path), cfxBytes(blanks(30), frames, {1, 2, 3, 250, 251, 252}));
-    loadScene(6, 9, 9);
-    answerFile(path);
-    ImportCFX();
-    EXPECT_EQ(HostSnapshot::of(host()).pictures, frames);
-    EXPECT_EQ(host().currentFrame(), 0);
-    EXPECT_EQ(host().primaryColor(), host::packColor(1, 2, 3));
-    EXPECT_EQ(host().secondaryColor(), host::packColor(250, 251, 252));
-    // A title of nothing but blanks comes back whole.
-    EXPECT_EQ(host().dialogs().back().text,
-              "CFX Import Completed\n\n" + blanks(30) + "\nFrames: 3\nResolution: 5 X 4");
-    EXPECT_EQ(calls("Van_CreateAnimAdv"), std::vector<std::string>{"Van_CreateAnimAdv(3, 2)"});
-}
-
 struct Damage {
     const char* name;
     std::string bytes;

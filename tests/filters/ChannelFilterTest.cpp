@@ -135,36 +135,6 @@ TEST_F(ChannelDialog, GreyOutHandsTheLibraryAPercentageForTheSelectedChannelOnly
     EXPECT_NE(expected, frames[0]);
 }
 
-// Only the sliders that change what the preview shows run it again; the others write their boxes.
-TEST_F(ChannelDialog, SlidersPreviewOnlyWhenTheyCount) {
-    panel::FormBase* grey = open("frmGreyOut");
-    choose(grey, "chkRed");
-    Picture expected = squeezed(frames[0]);
-    krl::GreyOut(expected.r, expected.g, expected.b, 50, 1, 0, 200, 200);
-    EXPECT_EQ(wrongPixels(grey, expected), 0);
-    std::size_t previews = calls("Van_GetRBuffer").size();
-    ctl<QSlider>(grey, "BlueSlider")->setValue(10);
-    EXPECT_EQ(ctl<QLineEdit>(grey, "lblBlue")->text(), "10");
-    ctl<QSlider>(grey, "ToleranceSlider")->setValue(40);
-    EXPECT_EQ(ctl<QLineEdit>(grey, "lblTolerance")->text(), "40");
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), previews) << "other sliders change only their boxes";
-    emit ctl<QSlider>(grey, "RedSlider")->sliderMoved(128);
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), previews + 1) << "a drag step of the selected slider previews";
-    expected = squeezed(frames[0]);
-    krl::GreyOut(expected.r, expected.g, expected.b, 50, 1, 40, 200, 200);
-    EXPECT_EQ(wrongPixels(grey, expected), 0);
-
-    panel::FormBase* f = open("frmChannelThreshold");
-    previews = calls("Van_GetRBuffer").size();
-    ctl<QSlider>(f, "GreenSlider")->setValue(40);
-    EXPECT_EQ(ctl<QLineEdit>(f, "lblGreen")->text(), "40");
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), previews) << "an unchecked channel's slider";
-    ctl<QCheckBox>(f, "chkGreen")->setChecked(true);
-    ctl<QSlider>(f, "GreenSlider")->setValue(41);
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), previews + 2);
-    EXPECT_EQ(wrongPixels(f, cut(squeezed(frames[0]), 256, 41, 256, 200, 200)), 0);
-}
-
 // A text box beside a slider, left with a bad entry, shows the slider's value again.
 struct BoxCase {
     const char* form;

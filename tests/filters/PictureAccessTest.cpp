@@ -29,33 +29,6 @@ TEST_F(PictureAccess, APreviewPlaneShowsOneLessThanItsBoundsAndUpright) {
     }
 }
 
-TEST_F(PictureAccess, CurrentFrameIsSavedFromTheBuffersOthersFromTheStore) {
-    std::vector<host::Picture> frames{patternPicture(6, 4, 0), patternPicture(6, 4, 90)};
-    host().loadAnimation(frames, 1);
-    Vantry::Vantry_Class van;
-
-    const std::string current = filters::Save_BMP(van, 1);
-    EXPECT_EQ(current, tempDir() + "/temp1.bmp");
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), 1u);
-    EXPECT_TRUE(calls("Van_GetRFrame").empty());
-
-    trace.clear();
-    const std::string other = filters::SaveFrameBitmap(van, 0);
-    EXPECT_EQ(other, tempDir() + "/temp0.bmp");
-    EXPECT_EQ(calls("Van_GetRFrame"), std::vector<std::string>{"Van_GetRFrame(0)"});
-    EXPECT_TRUE(calls("Van_GetRBuffer").empty());
-    EXPECT_TRUE(calls("Van_GotoFrame").empty()) << "a frame is read in place";
-
-    for (int f : {0, 1}) {
-        QImage img(QString::fromStdString(tempDir() + "/temp" + std::to_string(f) + ".bmp"), "BMP");
-        ASSERT_EQ(img.size(), QSize(6, 4)) << "W x H pixels, the last row and column stay out";
-        for (auto [x, y] : {std::pair{0, 0}, std::pair{5, 3}, std::pair{2, 1}}) {
-            EXPECT_EQ(qRed(img.pixel(x, y)), frames[f].r.at(x, y));
-            EXPECT_EQ(qBlue(img.pixel(x, y)), frames[f].b.at(x, y));
-        }
-    }
-}
-
 void expectDibError(const std::function<void()>& read, const char* what, const char* source) {
     try {
         read();

@@ -126,29 +126,6 @@ TEST(Clipping, HostileArgumentsStayInsideTheSmallestPlane) {
                 }
 }
 
-TEST(Modes, UnknownModesLeaveEverythingAlone) {
-    const Pic a0 = noise(9, 6, 1), b0 = noise(9, 6, 2);
-    for (int mode : {INT_MIN, -1, 0, 7}) {
-        Pic a = a0, b = b0, c = b0;
-        Plane m(9, 6);
-        for (int twoModes : {mode, 3}) {
-            BlindMix(T3(a), T3(b), 9, 6, 100, twoModes);
-            DoorMix(T3(a), T3(b), 9, 6, 2, twoModes);
-            StripeMix(T3(a), T3(b), 9, 6, 2, 4, twoModes);
-            SlideStripeMix(T3(a), T3(b), 9, 6, 2, 4, twoModes);
-            PushStripeMix(T3(a), T3(b), 9, 6, 2, 4, twoModes);
-            SqueezeOverlay(T3(a), T3(b), T3(c), 9, 6, 3, 6, 0, 0, twoModes);
-        }
-        SlideOverlay(T3(a), T3(b), 9, 6, 3, mode == 7 ? 5 : mode);
-        ASlideOverlay(T3(a), T3(b), m, a0.r, 9, 6, 3, mode == 7 ? 5 : mode);
-        PushOverlay(T3(a), T3(b), 9, 6, 3, mode == 7 ? 5 : mode);
-        StretchOverlay(T3(a), T3(b), 9, 6, 3, 6, 0, 0, mode);
-        MixBufferChannels(T3(a), 0, mode, 10, 7);
-        EXPECT_TRUE(a == a0 && b == b0) << "mode " << mode;
-        EXPECT_TRUE(m == Plane(9, 6)) << "mode " << mode;
-    }
-}
-
 // The per-cell operations outside the table, with what each must give for a byte p of A and q of B
 // where that is a rule of its own.
 struct CellOp {

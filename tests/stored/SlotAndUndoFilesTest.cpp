@@ -92,27 +92,6 @@ TEST_F(SlotStore, LoadOfAnEmptySlotChangesNothingAndSaysNothing) {
     EXPECT_TRUE(host().dialogs().empty());
 }
 
-TEST(StoredSource, FramesArriveInOrderCopiedAtTheRunsSizeOrResizedToIt) {
-    QTemporaryDir dir;
-    const auto frames = patternFrames(2, 9, 4, 8);
-    putSlot(dir.path().toStdString(), 0, frames);
-    const std::string path = stored::slotDataPath(dir.path().toStdString(), 0);
-    stored::StoredFrameSource same(path, 9, 4), other(path, 20, 13);
-    EXPECT_EQ(other.header().frames, 2);
-    krl::Triple s;
-    for (const auto& f : frames) {
-        same.next(s);
-        EXPECT_EQ(s, f);
-        other.next(s);
-        krl::Triple expected(20, 13);
-        krl::ResizeBuffer(expected.r, expected.g, expected.b, f.r, f.g, f.b, 20, 13, 9, 4);
-        EXPECT_EQ(s, expected);
-        EXPECT_EQ(other.stored(), f);
-    }
-    EXPECT_EQ(other.framesLeft(), 0);
-    EXPECT_THROW(other.next(s), std::runtime_error);
-}
-
 // The rule as the user would describe it: every point plotted in turn, x outer and y inner, so each
 // pixel of the 33 x 25 box shows the last point plotted on it.
 QImage plotPointByPoint(const host::Picture& p) {
@@ -223,21 +202,6 @@ TEST_F(Undo, AStillPictureIsSavedAsHeaderZeroAndOneSetOfPlanes) {
               seq("Van_NewBuffer(6, 5); Van_CreateAnimAdv(0, 2); Van_GetRBuffer(); Van_GetGBuffer();"
                   "Van_GetBBuffer(); Van_SetRbuffer(plane(6,5)); Van_SetGbuffer(plane(6,5));"
                   "Van_SetBbuffer(plane(6,5))"));
-}
-
-TEST_F(Undo, WithoutTheAnimationFileAnAlphaOrSwapOfAnotherSizeChangesNothing) {
-    loadScene(2, 10, 10, 3);
-    QuickSave();
-    QFile::remove(undoFile(stored::kAnimUndoName));
-    loadScene(4, 12, 9, 70, 2);
-    auto expected = HostSnapshot::of(host());
-    expected.current = 0; // Undo still moves to frame 0
-    trace.clear();
-    QuickRestore();
-    EXPECT_EQ(HostSnapshot::of(host()), expected);
-    EXPECT_TRUE(calls("Van_SetAbuffer").empty() && calls("Van_SetSwapRBuffer").empty());
-    EXPECT_FALSE(host().locked());
-    EXPECT_TRUE(host().dialogs().empty());
 }
 
 struct Damage {

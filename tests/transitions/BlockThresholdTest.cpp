@@ -1,5 +1,5 @@
-// Block Out and Threshold Mask. Block Out: the block arithmetic, the grid's draws, and runs in which
-// every block changes over exactly once and stays, with the first and last frames fixed by the
+// Block Out and Threshold Mask. Block Out: runs in which every block changes over exactly once and
+// stays, with the first and last frames fixed by the
 // direction. Threshold Mask: the level at the ends of a run, and runs against the picture the alpha's
 // levels name: the source shows where the (inverted, for To) alpha reaches the frame's level.
 
@@ -16,62 +16,6 @@ namespace {
 
 using host::Picture;
 using namespace transitions;
-
-TEST(BlockLayout, SideFromTheAreaOverTheSpanRoundedHalfToEven) {
-    // sqrt(16 * 12) = 13.86 rounds to 14; 14 / 4 = 3.5 rounds to 4: 4 x 3 cells.
-    const auto a = blockLayout(16, 12, 4);
-    ASSERT_TRUE(a);
-    EXPECT_EQ(a->size, 4);
-    EXPECT_EQ(a->cols, 4);
-    EXPECT_EQ(a->rows, 3);
-    EXPECT_EQ(a->total, 12);
-    // 14 / 5 = 2.8 gives 3; 15 / 3 and 11 / 3 round to 5 and 4.
-    const auto b = blockLayout(15, 11, 5);
-    ASSERT_TRUE(b);
-    EXPECT_EQ(b->size, 3);
-    EXPECT_EQ(b->cols, 5);
-    EXPECT_EQ(b->rows, 4);
-    // A block below half a pixel is refused; a picture narrower than half a block keeps one column.
-    EXPECT_FALSE(blockLayout(4, 4, 9));
-    const auto thin = blockLayout(1, 400, 2);
-    ASSERT_TRUE(thin);
-    EXPECT_EQ(thin->cols, 1);
-}
-
-// Over any run the draws stay below the number of cells, so a free cell is always left to draw, and
-// they rise frame by frame.
-TEST(BlockGrid, DrawsNeverTakeACellTwiceAndNeverRunOut) {
-    for (int span : {4, 5, 9, 30})
-        for (int total : {1, 7, 12, 100}) {
-            int sum = 0, previous = 0;
-            for (int i = 0; i <= span; ++i) {
-                const int n = blocksDrawnAt(i, 0, span, total);
-                if (i < span) {
-                    EXPECT_GE(n, previous) << "span " << span << " frame " << i;
-                    previous = n;
-                }
-                sum += n;
-            }
-            EXPECT_EQ(blocksDrawnAt(span, 0, span, total), 0);
-            EXPECT_LT(sum, total) << "span " << span << " total " << total;
-        }
-    const BlockLayout layout{3, 7, 5, 35};
-    std::mt19937 random(7);
-    BlockGrid grid(layout);
-    int expected = 0;
-    for (int i = 0; i <= 9; ++i) {
-        grid.take(blocksDrawnAt(i, 0, 9, layout.total), random);
-        expected += blocksDrawnAt(i, 0, 9, layout.total);
-        int taken = 0;
-        for (int r = 0; r < layout.rows; ++r)
-            for (int c = 0; c < layout.cols; ++c)
-                taken += grid.taken(c, r);
-        EXPECT_EQ(taken, expected) << "each draw takes a cell that was free";
-        EXPECT_EQ(grid.takenCount(), expected);
-    }
-    grid.take(1000, random); // a full grid takes no more
-    EXPECT_EQ(grid.takenCount(), layout.total);
-}
 
 class BlockOutRun : public TransitionTest {
   protected:
@@ -244,19 +188,6 @@ TEST_F(ThresholdRun, ColourKeepsTheSwapInTheRideAlongRowAndColumn) {
     EXPECT_EQ(last.b.at(W - 1, H - 1), 50);
     EXPECT_EQ(last.r.at(W, 2), swap.r.at(W, 2));
     EXPECT_EQ(host().swapPicture(), swap) << "the swap itself is untouched";
-}
-
-// To from frame 2 appends one stored frame; the slot's six frames From up to frame 5 put none in front.
-TEST_F(ThresholdRun, SplicesFollowTheSameLevels) {
-    for (bool to : {true, false}) {
-        prepare();
-        const auto stored = writeSlot(0, 6, W, H);
-        (to ? Threshold2Stored : ThresholdFromStored)(to ? 2 : 5, 0);
-        expectSplice(to, to ? 2 : 5, stored, [&](const Picture& f, const Picture& st, int i, int a, int b) {
-            const int L = to ? thresholdLevelTo(i, a, b) : thresholdLevelFrom(i, a, b);
-            return masked(i, f, st, [L, to](int v) { return (to ? 255 - v : v) > L; });
-        });
-    }
 }
 
 } // namespace

@@ -124,57 +124,6 @@ TEST_F(DialogScript, ApplyRunsInItsOrderAndComesBackToTheSavedFrame) {
     EXPECT_EQ(std::find(lock, trace.end(), "Van_GotoFrame(1)"), trace.end());
 }
 
-TEST_F(DialogScript, StoredListsOfferOnlyWhereASpliceCanRun) {
-    writeSlot(0, 8, 30, 20);
-    writeSlot(1, 2, 20, 15); // too short for any list entry
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 15], "frames": 6},
-      "steps": [
-        {"open": "Fades"},
-        {"set": {"control": "cboFadeOptions", "text": "Stored Animation #1"}},
-        {"dump": "toward"},
-        {"click": "lblToggle"},
-        {"dump": "back"},
-        {"click": "cmd_Run"},
-        {"dump": "spliced"},
-        {"click": "cmd_Run"},
-        {"dump": "told"},
-        {"close": "frmFades"},
-        {"open": "Dissolves"},
-        {"set": {"control": "cboDissolveOptions", "text": "Stored Animation #2"}},
-        {"click": "lblToggle"},
-        {"click": "cmd_Run"},
-        {"dump": "refused"}]})JS");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
-
-    const QJsonObject toward = state("toward");
-    EXPECT_EQ(controlText(toward, "frmFades", "lblStoredDesc"), "8 Frames, 30X20");
-    // N 6 below S 8: every Start from 0 up to N - 3.
-    EXPECT_EQ(listItems(toward, "frmFades", "cboFrameStart"), (QStringList{"0", "1", "2", "3"}));
-    EXPECT_TRUE(formControl(toward, "frmFades", "cboFrameStart")["visible"].toBool());
-    EXPECT_FALSE(formControl(toward, "frmFades", "cboFrameEnd")["visible"].toBool());
-
-    const QJsonObject back = state("back");
-    EXPECT_EQ(controlText(back, "frmFades", "lblToggle"), "<-----------");
-    // Every End from 2 up to min(N, S) - 1.
-    EXPECT_EQ(listItems(back, "frmFades", "cboFrameEnd"), (QStringList{"2", "3", "4", "5"}));
-    EXPECT_FALSE(formControl(back, "frmFades", "cboFrameStart")["visible"].toBool());
-
-    // End 2: the overlap is 3 frames, and 5 stored frames go in front.
-    EXPECT_EQ(state("spliced")["total_frames"].toInt(), 11);
-    EXPECT_TRUE(dialogTexts(state("spliced")).empty());
-    EXPECT_EQ(dialogTexts(state("told")),
-              (std::vector<std::string>{"Animation Size Changed. Settings updated."}));
-    EXPECT_EQ(state("told")["total_frames"].toInt(), 11)
-        << "the Apply that tells of the new length runs nothing";
-
-    // A slot too short for any splice leaves the lists empty, and Apply says so.
-    const QJsonObject refused = state("refused");
-    EXPECT_TRUE(listItems(refused, "frmDissolves", "cboFrameEnd").isEmpty());
-    EXPECT_EQ(dialogTexts(refused),
-              (std::vector<std::string>{"Animation Size Changed. Settings updated.", "Slot Empty"}));
-    EXPECT_EQ(refused["total_frames"].toInt(), 11);
-}
-
 // Every variant of every dialog runs from a script in all four shapes: To, From, ToStored, FromStored,
 // after an Apply on an empty slot, whose words differ between dialogs.
 struct ShapeCase {

@@ -349,24 +349,5 @@ TEST_P(OpeningStored, TwinsKeepTheGeometryOverTheOverlap) {
 INSTANTIATE_TEST_SUITE_P(Openings, OpeningStored, testing::Combine(testing::ValuesIn(kOpenings), kSizes),
                          rowName<Opening>);
 
-class MoveRuns : public MovingFixture {};
-
-// The stored twins meet the slot on the same motion as their plain runs.
-TEST_F(MoveRuns, StoredTwinsSplice) {
-    for (const auto& [name, run, at] : {std::tuple{"Push2RightTo", &Push2RightToStored, 3},
-                                        {"ASlideInFromLeftFrom", &ASlideInFromLeftFromStored, 4},
-                                        {"SlideInFromLeftFrom", &SlideInFromLeftFromStored, 4}}) {
-        const Motion& m =
-            *std::find_if(kMotions.begin(), kMotions.end(), [&](const Motion& x) { return x.name == name; });
-        prepare(12, 8);
-        const auto slot = writeSlot(1, 6, 12, 8);
-        run(at, 1);
-        expectSplice(m.name.ends_with("To"), at, slot,
-                     [&](const Picture& f, const Picture& st, int i, int a, int b) {
-                         return reference(m, f, st, alpha, i, a, b).picture;
-                     });
-    }
-}
-
 } // namespace
 } // namespace kirrel::test

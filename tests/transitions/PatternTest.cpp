@@ -92,41 +92,6 @@ TEST(PatternMask, LinesAreSawtoothsThatStartEachLineAtRandom) {
     }
 }
 
-class CircleMask : public testing::TestWithParam<std::pair<int, int>> {};
-
-TEST_P(CircleMask, DiscsBrightenTowardTheCentreAndRepeatTheirEdges) {
-    const auto [W, H] = GetParam();
-    QImage surface;
-    const krl::Plane m = transitions::circleMask(W, H, &surface);
-    ASSERT_EQ(surface.size(), QSize(W, H));
-    const double R = 0.24 * ((W + H) / 2.0 + W + H);
-    // One radius step is 255 / R of grey; a pixel may be caught by the next disc out or in.
-    const double tolerance = 2.0 * 255.0 / R + 2.0;
-    for (int y = 1; y < H; ++y)
-        for (int x = 1; x < W; ++x) {
-            const double d = std::hypot(x + 0.5 - (W / 2.0 - 1.0), y + 0.5 - (H / 2.0 - 1.0));
-            ASSERT_NEAR(m.at(x, y), d > R + 1.0 ? 0.0 : std::max(0.0, 255.0 - 255.0 * d / R), tolerance)
-                << x << "," << y;
-            ASSERT_EQ(m.at(x, y), qRed(surface.pixel(x, y)));
-        }
-    for (int x = 0; x <= W; ++x) {
-        EXPECT_EQ(m.at(x, 0), m.at(std::clamp(x, 1, W - 1), 1));
-        EXPECT_EQ(m.at(x, H), m.at(std::clamp(x, 1, W - 1), H - 1));
-    }
-    for (int y = 0; y <= H; ++y) {
-        EXPECT_EQ(m.at(0, y), m.at(1, y));
-        EXPECT_EQ(m.at(W, y), m.at(W - 1, y));
-    }
-    // The corners of a long picture lie outside the largest disc, on the black background.
-    if (W > 2 * H) {
-        EXPECT_EQ(m.at(0, 0) + m.at(W, H), 0);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Shapes, CircleMask,
-                         testing::Values(std::pair{100, 80}, std::pair{101, 79}, std::pair{200, 40},
-                                         std::pair{3, 2}));
-
 using transitions::PatternFamily;
 
 // How a member's mask turns; the blinds and lines have no mask a test can know beforehand.

@@ -172,12 +172,5 @@ TEST_F(StretchRuns, EverySqueezeFrameStartsFromTheSourceReadBeforeTheLoop) {
             EXPECT_GT(redPixels(option, to), 13 * 10) << option << (to ? " To" : " From");
 }
 
-TEST_F(StretchRuns, ASelectorOutsideItsProcedureIsRefusedBeforeTheHostIsTouched) {
-    prepare(8, 6);
-    EXPECT_THROW(StretchOver(S, E, "Swap", 5, Direction::To), std::out_of_range);
-    EXPECT_THROW(SqueezeToStored(1, 0, 7), std::out_of_range);
-    EXPECT_TRUE(trace.empty());
-}
-
 } // namespace
 } // namespace kirrel::test

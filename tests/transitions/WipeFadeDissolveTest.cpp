@@ -1,7 +1,7 @@
 // The plain run shapes proved on the wipes, fades and dissolves: the host call order, progress, the
-// level each frame gets, the sources that work on the frame alone, the alpha members against their
-// plain fellows, the dissolve's noise made once per run, and the stored run shapes (the splice):
-// result lengths, slots of another size, the per-member differences and the refusal of an empty slot.
+// level each frame gets, the sources that work on the frame alone, the dissolve's halves, and the
+// stored run shapes (the splice): result lengths, the per-member differences and the refusal of an
+// empty slot.
 // Which frames a wipe changes and by how much is the wipe reference's business.
 
 #include "pixel/Filters.h"
@@ -39,22 +39,6 @@ TEST_F(WipeRun, ToTraceFollowsTheRunBracket) {
             "van_status(100); van_StatusClose(); Van_RestorePointer(); Van_Unlock()");
     EXPECT_EQ(trace, expected);
     EXPECT_FALSE(host().locked());
-}
-
-TEST_F(WipeRun, PerFrameSourcesFetchTheFrameTwiceAndKeepTheNamedChannels) {
-    load(3, 4, 4);
-    Wipe2LeftFrom(0, 2, "Negative");
-    EXPECT_EQ(calls("Van_GetRBuffer").size(), 6u)
-        << "M and the copy for the source, for each of three frames";
-    EXPECT_EQ(calls("van_status"),
-              (std::vector<std::string>{"van_status(0)", "van_status(50)", "van_status(100)"}));
-    EXPECT_EQ(frame(0).r.at(1, 1), 255 - original[0].r.at(1, 1)) << "frame 0 is the negative of itself";
-
-    load(3, 4, 4);
-    Wipe2LeftTo(0, 2, "Red & Blue Channels");
-    EXPECT_EQ(frame(2).r, original[2].r);
-    EXPECT_EQ(frame(2).b, original[2].b);
-    EXPECT_EQ(count(frame(2).g, 0), static_cast<int>(frame(2).g.size()));
 }
 
 TEST_F(WipeRun, SpanZeroIsReportedNotACrash) {
@@ -117,81 +101,6 @@ TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
     }
 }
 
-// The alpha members against their plain fellows, for odd and even sizes: all-255 alpha is the plain
-// run, all-0 alpha changes nothing. At frame Start an alpha wipe may differ from its plain fellow by
-// one edge line: the alpha From wipes all mix there, and so do the right and top To wipes, while of the
-// plain wipes only the top ones do.
-struct AlphaCase {
-    std::string name;
-    std::function<void(WipeFamily, int, int)> run; // the plain or the alpha member over S..E
-    bool edgeAtStart;
-    int w;
-};
-
-class AlphaMembers : public TransitionTest, public testing::WithParamInterface<AlphaCase> {};
-
-TEST_P(AlphaMembers, FullAlphaIsThePlainRunAndNoAlphaChangesNothing) {
-    const AlphaCase& c = GetParam();
-    const int S = 1, E = 4, h = c.w - 3;
-    load(6, c.w, h);
-    c.run(WipeFamily::Plain, S, E);
-    std::vector<Picture> plain;
-    for (int f = 0; f < 6; ++f)
-        plain.push_back(frame(f));
-
-    load(6, c.w, h);
-    host().setAlpha(flatPlane(c.w, h, 255));
-    c.run(WipeFamily::Alpha, S, E);
-    for (int f = 0; f < 6; ++f) {
-        if (f != S || !c.edgeAtStart) {
-            EXPECT_EQ(frame(f), plain[static_cast<std::size_t>(f)]) << "frame " << f;
-        }
-    }
-    if (c.edgeAtStart) {
-        int differing = 0;
-        for (std::size_t i = 0; i < plain[S].r.size(); ++i)
-            differing += frame(S).r.data()[i] != plain[S].r.data()[i];
-        EXPECT_GT(differing, 0);
-        EXPECT_LE(differing, c.w + 1);
-    }
-
-    load(6, c.w, h);
-    host().setAlpha(flatPlane(c.w, h, 0));
-    c.run(WipeFamily::Alpha, S, E);
-    for (int f = 0; f < 6; ++f)
-        EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]) << "frame " << f;
-    if (c.name.starts_with("Fade")) {
-        EXPECT_EQ(calls("Van_GetABuffer").size(), 1u) << "the alpha is read once";
-    }
-}
-
-std::vector<AlphaCase> alphaCases() {
-    static const char* names[] = {"Right", "Left", "Bottom", "Top"};
-    std::vector<AlphaCase> out;
-    for (int w : {11, 12})
-        for (bool to : {true, false}) {
-            const std::string way = to ? "To" : "From";
-            for (int m = 0; m < 4; ++m)
-                out.push_back({names[m] + way + std::to_string(w),
-                               [m, to](WipeFamily fam, int s, int e) {
-                                   to ? runWipeTo(fam, m, s, e, "Swap") : runWipeFrom(fam, m, s, e, "Swap");
-                               },
-                               (!to || m == 0 || m == 3) != (m == 3), w});
-            out.push_back({"Fade" + way + std::to_string(w),
-                           [to](WipeFamily fam, int s, int e) {
-                               if (fam == WipeFamily::Plain)
-                                   (to ? FadeTo : FadeFrom)(s, e, "Swap");
-                               else
-                                   (to ? AFadeTo : AFadeFrom)(s, e, "Swap");
-                           },
-                           false, w});
-        }
-    return out;
-}
-
-INSTANTIATE_TEST_SUITE_P(Members, AlphaMembers, testing::ValuesIn(alphaCases()),
-                         [](const auto& i) { return i.param.name; });
-
 class DissolveRun : public TransitionTest {
   protected:
     // Pixels of frame f (the picture proper) that hold the swap grey.
@@ -222,21 +131,6 @@ TEST_F(DissolveRun, SpanTwoUsesHalfThenAllAndFromRunsBack) {
     EXPECT_EQ(frame(0), host().swapPicture());
     EXPECT_EQ(frame(3), original[3]);
     EXPECT_GT(swapPixels(1), swapPixels(2));
-}
-
-TEST_F(DissolveRun, AChangedPixelStaysChangedAndTwoRunsDiffer) {
-    load(6, 30, 20);
-    DissolveTo(0, 5, "Swap");
-    for (int f = 1; f < 5; ++f)
-        for (int y = 0; y < 20; ++y)
-            for (int x = 0; x < 30; ++x)
-                if (isSwap(f, x, y)) {
-                    ASSERT_TRUE(isSwap(f + 1, x, y)) << f << ":" << x << "," << y;
-                }
-    const Picture first = frame(2);
-    load(6, 30, 20);
-    DissolveTo(0, 5, "Swap");
-    EXPECT_NE(frame(2), first) << "the noise is seeded from the clock";
 }
 
 // The primary colour as a source: the colour is read once, and the run ends on it without touching
@@ -292,25 +186,6 @@ TEST_F(StoredSplice, ToStoredInsertsTheRestWithoutProgressAndASlotThatJustFitsIn
     EXPECT_TRUE(calls("Van_InsertFrame").empty());
 }
 
-TEST_F(StoredSplice, ASlotOfAnotherSizeIsResampledAndLeftAlone) {
-    load(4, 20, 16);
-    const std::string path = stored::slotDataPath(tempDir(), 0);
-    const std::vector<Picture> slot = patternFrames(5, 9, 7, 40);
-    const std::string bytes = slotBytes(5, slot);
-    writeFile(QString::fromStdString(path), bytes);
-    auto resized = [&](int k) {
-        const Picture& s = slot[static_cast<std::size_t>(k)];
-        krl::Triple out(20, 16);
-        krl::ResizeBuffer(out.r, out.g, out.b, s.r, s.g, s.b, 20, 16, 9, 7);
-        return out;
-    };
-    Wipe2TopToStored(1, 0);
-    ASSERT_EQ(host().totalFrames(), 1 + 5);
-    EXPECT_EQ(frame(3).r, resized(2).r) << "the last animation frame is all stored frame Overlap - 1";
-    EXPECT_EQ(frame(5).g, resized(4).g);
-    EXPECT_EQ(readFile(QString::fromStdString(path)), bytes);
-}
-
 TEST_F(StoredSplice, TheTopWipesFromStoredRunSkipsItsTwoPositioningCalls) {
     // Total 4, End 2, slot 5: Extra 2, StartS 2. The other members go to StartS before each frame put
     // in front and once more before the overlap; the results, the same all the same, are the wipe
@@ -334,31 +209,6 @@ TEST_F(StoredSplice, AnEmptySlotIsRefusedBeforeAnythingChanges) {
     EXPECT_EQ(host().totalFrames(), 4);
     for (int f = 0; f < 4; ++f)
         EXPECT_EQ(frame(f), original[static_cast<std::size_t>(f)]);
-}
-
-TEST_F(StoredSplice, TheAlphaMembersKeepTheirBracketAndReadTheAlphaPerFrame) {
-    load(5, 6, 6);
-    writeSlot(0, 4, 6, 6);
-    AWipe2LeftToStored(1, 0);
-    EXPECT_EQ(calls("Van_GetABuffer").size(), 1u + 3u) << "once before the frames, then for each mixed";
-
-    // The plain stored fades take no lock and show the new length; the alpha fades keep the bracket
-    // and leave the scrubber alone.
-    load(4, 6, 6);
-    const auto slot = writeSlot(1, 6, 6, 6);
-    Fade2Stored(1, 1);
-    EXPECT_TRUE(calls("Van_Lock").empty());
-    EXPECT_TRUE(calls("van_StatusClose").empty());
-    EXPECT_EQ(host().totalFrames(), 7);
-    EXPECT_EQ(host().scrubTotal(), 7);
-    EXPECT_EQ(frame(3), slot[2]) << "the fade's last overlap frame is all stored";
-    EXPECT_EQ(frame(1), original[1]);
-    EXPECT_EQ(calls("Van_Refresh").size(), 1u);
-    load(4, 6, 6);
-    host().setAlpha(flatPlane(6, 6, 255));
-    AFade2Stored(1, 1);
-    EXPECT_EQ(calls("Van_Lock").size(), 1u);
-    EXPECT_TRUE(calls("Van_ShowScrub").empty());
 }
 
 // The alpha wipes, the fades and the dissolves splice as the plain wipes do (whose every frame the wipe
