@@ -95,17 +95,6 @@ TEST_F(MainPanel, LaunchesRefuseWithoutAnAnimationStopOnNoAndAnEmptyListOnlyStop
     EXPECT_EQ(trace, std::vector<std::string>{"Van_StopAnimation()"});
 }
 
-TEST_F(MainPanel, ShrinkAndGrowFoldThePanel) {
-    auto* minimize = main->findChild<QAction*>("menuMinimize");
-    EXPECT_EQ(main->height(), 3285 / 15);
-    trigger("menuMinimize");
-    EXPECT_EQ(minimize->text(), "[Grow]");
-    EXPECT_EQ(main->height(), 600 / 15);
-    trigger("menuMinimize");
-    EXPECT_EQ(minimize->text(), "[Shrink]");
-    EXPECT_EQ(main->height(), 3285 / 15);
-}
-
 TEST_F(MainPanel, EnsureAnimationMakesTheCountGivenWithTheDefaultText) {
     for (const char* count : {" 30", "1"}) { // a count of one makes nothing
         host().loadStill(host::Picture(10, 10));

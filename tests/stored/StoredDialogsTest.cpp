@@ -196,6 +196,15 @@ TEST_F(Splice, AttachRefusesFramesAndSizesThatDontFitBeforeSavingTheUndo) {
     apply(form);
     EXPECT_EQ(host().bufferHeight(), 13);
     EXPECT_TRUE(undoSaved());
+
+    // Side by side too wide for an animation: the refusal gives the size it would have been.
+    host().loadAnimation(std::vector<host::Picture>(3, host::Picture(20000, 1)));
+    writeSlot(3, std::vector<host::Picture>(3, host::Picture(20000, 1)));
+    choose(form, "optAttachAnim(0)");
+    choose(form, "optSlot(3)");
+    apply(form);
+    EXPECT_EQ(messagesOf(host()).back(), "The attached frames would be 40001 x 2 pixels, larger than an "
+                                         "animation can be.\nNothing has been changed.");
 }
 
 // --- Composite -----------------------------------------------------------------------------------
@@ -293,6 +302,10 @@ TEST_F(Splice, CompositeThroughAnAnimatedMaskUsesItsFramesAndDeletesTheTemporary
     EXPECT_EQ(messagesOf(host()), std::vector<std::string>{"Please Select an Animated Mask"});
     EXPECT_FALSE(undoSaved());
 
+    writeFile(maskPath + ".cut", mask.substr(0, 6));
+    answerFile((maskPath + ".cut").toStdString());
+    click(form, "cmdLoadMask");
+    EXPECT_TRUE(messagesOf(host()).back().starts_with("The mask can't be loaded.\n\n"));
     answerFile(maskPath.toStdString());
     click(form, "cmdLoadMask");
     EXPECT_EQ(text(form, "Label7"), "3 X 1 at 2 Frames");

@@ -75,6 +75,9 @@ TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
     const Made dark = [](Picture f, const Picture&) {
         return krl::IncreaseDarkness(f.r, f.g, f.b, 100, 6, 4), f;
     };
+    const Made redOnly = [](Picture f, const Picture&) {
+        return krl::MixBufferChannels(f.r, f.g, f.b, 0, 1, 6, 4), f;
+    };
     struct Row {
         void (*run)(int, int, const std::string&);
         const char* source;
@@ -85,7 +88,8 @@ TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
                          Row{FadeFrom, "Swap", 9, 5, 0, {swap, half, same}},
                          Row{FadeTo, "Negative", 6, 4, 0, {same, nullptr, negative}},
                          Row{FadeTo, "Brightness", 6, 4, 0, {same, bright, nullptr}},
-                         Row{FadeFrom, "Darkness", 6, 4, 0, {dark, nullptr, same}}}) {
+                         Row{FadeFrom, "Darkness", 6, 4, 0, {dark, nullptr, same}},
+                         Row{FadeTo, "Red Channel", 6, 4, 0, {same, nullptr, redOnly}}}) {
         const int n = static_cast<int>(r.frames.size());
         load(n, r.w, r.h);
         r.run(r.S, n - 1, r.source);
@@ -99,6 +103,9 @@ TEST_F(FadeRun, EveryFrameGetsItsShareEitherWay) {
         EXPECT_EQ(host().swapPicture(), Picture::filled(r.w, r.h, 0x505050));
         EXPECT_FALSE(host().locked());
     }
+    load(3, 6, 4);
+    FadeTo(0, 2, "White Noise (TV Snow)");
+    EXPECT_NE(frame(2), original[2]) << "the snow shows";
 }
 
 class DissolveRun : public TransitionTest {
