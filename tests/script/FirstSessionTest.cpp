@@ -37,7 +37,8 @@ TEST_F(FirstSession, OpenWipeUndoSpliceAndExportAGif) {
     ASSERT_EQ(runTool("convert", {"-size", size, "xc:white", at("swap.png")}).code, 0);
 
     // The host starts as the window does, on a picture of its own; everything else is the user's doing.
-    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 20], "swap": "swap.png"},
+    // The script carries comments, as the documentation's examples do; the last one ends the file.
+    const RunResult r = run(R"JS({"host": {"temp_dir": "tmp", "size": [20, 20], "swap": "swap.png"}, // "a"
       "steps": [
         {"answer": [{"file": "walk.gif"}]}, {"menu": "menuImportAnimGif"}, {"dump": "opened"},
         {"open": "Wipes"},
@@ -53,7 +54,7 @@ TEST_F(FirstSession, OpenWipeUndoSpliceAndExportAGif) {
         {"menu": "menuExportAnimGif"},
         {"set": {"control": "chkGlobalDelay", "value": 1}},
         {"set": {"control": "txtDelay", "text": "7"}},
-        {"answer": [{"file": "first.gif"}]}, {"click": "cmdSave"}, {"dump": "exported"}]})JS");
+        {"answer": [{"file": "first.gif"}]}, {"click": "cmdSave"}, {"dump": "exported"}]} // saved)JS");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     // No step of the walk tells the user anything went wrong.
     for (const char* dump : {"opened", "wiped", "undone", "combined", "exported"})
